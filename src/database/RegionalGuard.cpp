@@ -1,0 +1,4 @@
+#include "RegionalGuard.h"
+
+bool gRegionalChanged = false;
+bool CheckRegionalSettings() { return true; }

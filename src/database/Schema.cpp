@@ -1,0 +1,5 @@
+#include "Schema.h"
+
+bool EnsureBaseSchema() { return true; }
+void EnsureIndices() {}
+void CreateCurrentDatabase() {}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QString>
+
+class Inicial;
+
+// Brings a database of any older level to the current one, on every start.
+void VerifyDatabase(const QString& databasePath, Inicial& splash);
+// The one-time rewrite of dotted amounts into the comma form ("PuntoPorComa").
+void ApplyUpgrades(Inicial& splash);
+// Adds the Guidv column to the eight declaration tables, once ("GUID").
+void UpgradeAddGuidColumns();
+
+// "1,234.50" -> "1.234,50": commas out, dots to commas, two decimals in the
+// regional format.
+QString CommaDecimalFromDotted(const QString& text);

@@ -1,0 +1,70 @@
+#include "Globals.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <memory>
+
+#include "SqliteDatabase.h"
+#include "ZoAccess.h"
+#include "ZoParameterString.h"
+#include "declarations/Validar.h"
+
+QString gAppPath;
+QString gSql;
+QString gDecimalSymbol;
+QStringList gImportNames;
+QStringList gImportNamesPlain;
+
+namespace {
+std::unique_ptr<ZoAccess> g_access;
+} // namespace
+
+ZoAccess& gAccess()
+{
+    if (!g_access)
+        g_access = std::make_unique<ZoAccess>();
+    return *g_access;
+}
+
+ZoParameterString& gParameters()
+{
+    static ZoParameterString parameters;
+    return parameters;
+}
+
+Validar& gValidar()
+{
+    static Validar validar;
+    return validar;
+}
+
+void SetAppPath(const QString& folder)
+{
+    QString path = QDir::cleanPath(folder);
+    while (path.size() > 1 && path.endsWith(u'/'))
+        path.chop(1);
+    QDir().mkpath(path);
+    gAppPath = path;
+}
+
+QString DatabasePath() { return gAppPath + QStringLiteral("/Morvel.db"); }
+
+QString AssetsPath()
+{
+    // Installed: {prefix}/share/morvel beside {prefix}/bin; built: the
+    // source tree's assets folder.
+    const QString installed =
+        QCoreApplication::applicationDirPath() + QStringLiteral("/../share/morvel");
+    if (QFileInfo::exists(installed + QStringLiteral("/db")))
+        return QDir::cleanPath(installed);
+    return QStringLiteral(MORVEL_SOURCE_ASSETS);
+}
+
+void CloseDatabase()
+{
+    if (g_access)
+        g_access->Dispose();
+    g_access.reset();
+    SqliteDatabase::closeAll();
+}

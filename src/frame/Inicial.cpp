@@ -1,0 +1,29 @@
+#include "Inicial.h"
+
+#include "UiPort.h"
+
+void Inicial::design()
+{
+    add(QStringLiteral("imgImagen"), FieldKind::Label);
+    Field& pb = add(QStringLiteral("pb"), FieldKind::Progress);
+    pb.setVisible(false);
+    Field& lbl = add(QStringLiteral("lbl"), FieldKind::Label);
+    lbl.setVisible(false);
+}
+
+void AdvanceSplash(Inicial& splash, int step, const QString& status)
+{
+    Field& pb = splash.field(QStringLiteral("pb"));
+    Field& lbl = splash.field(QStringLiteral("lbl"));
+    if (!pb.visible())
+        pb.setVisible(true);
+    if (!lbl.visible())
+        lbl.setVisible(true);
+    if (pb.value() + step > pb.maximum())
+        pb.setValue(pb.maximum());
+    else
+        pb.setValue(pb.value() + step);
+    ui().yield();
+    if (!status.isEmpty())
+        lbl.setText(status);
+}

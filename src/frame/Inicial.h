@@ -1,0 +1,19 @@
+#pragma once
+
+#include "Controller.h"
+
+// The splash shown while the database is verified and upgraded: a picture, the
+// progress bar `pb` and the status label `lbl`, both hidden at first.
+class Inicial : public Controller
+{
+    Q_OBJECT
+public:
+    Inicial() : Controller(QStringLiteral("Inicial")) {}
+
+protected:
+    void design() override;
+};
+
+// Moves the splash's bar on by `step` (never past its maximum), lets pending
+// events run once, and shows `status` when it is not "".
+void AdvanceSplash(Inicial& splash, int step, const QString& status);

@@ -1,0 +1,491 @@
+#include "ZoAccess.h"
+
+#include <QFileInfo>
+#include <sqlite3.h>
+
+#include "Controller.h"
+#include "ErrorLog.h"
+#include "Field.h"
+#include "Globals.h"
+#include "JetSql.h"
+#include "Numbers.h"
+#include "SqliteDatabase.h"
+#include "Tovak.h"
+#include "UiPort.h"
+
+namespace {
+
+const QStringList kAmountColumns = {QStringLiteral("Importe"), QStringLiteral("Monto"),
+                                    QStringLiteral("Alícuota"),
+                                    QStringLiteral("Base Imponible"), QStringLiteral("Impuesto")};
+
+QVector<QVariant> bindsOf(const QStringList& parameters)
+{
+    // An element equal to "" is bound as Null, every other as its text.
+    QVector<QVariant> binds;
+    binds.reserve(parameters.size());
+    for (const QString& p : parameters)
+        binds.push_back(p.isEmpty() ? QVariant() : QVariant(p));
+    return binds;
+}
+
+std::optional<double> numberOf(const QVariant& v)
+{
+    if (v.isNull() || !v.isValid())
+        return std::nullopt;
+    if (v.typeId() == QMetaType::LongLong || v.typeId() == QMetaType::Double ||
+        v.typeId() == QMetaType::Int)
+        return v.toDouble();
+    return LocaleNumber(v.toString());
+}
+
+
+} // namespace
+
+QString DefaultConnectionString(const QString& databasePath)
+{
+    return QStringLiteral("Provider=SQLite;Data Source=") + databasePath +
+           QStringLiteral(";User ID=Admin;Database Password=;");
+}
+
+QString ZoAccess::ConnectionString() const
+{
+    return m_connectionString.isEmpty() ? DefaultConnectionString(::DatabasePath())
+                                        : m_connectionString;
+}
+
+QString ZoAccess::DatabasePath() const { return ReadParameter(ConnectionString(), "Data Source"); }
+
+sqlite3* ZoAccess::connection() { return SqliteDatabase::connection(DatabasePath()); }
+
+bool ZoAccess::run(const QString& sql, const QVector<QVariant>& binds, QueryResult* result)
+{
+    m_failed = false;
+    const JetTranslation jet = TranslateJetSql(sql);
+    sqlite3* db = connection();
+    QString error;
+    bool ok = db != nullptr;
+    if (!db)
+        error = QStringLiteral("No se pudo abrir la base de datos ") + DatabasePath();
+    if (ok && jet.atomic)
+        ok = RunSqlite(db, QStringLiteral("SAVEPOINT jet_atomic"), {}, nullptr, &error);
+    for (int i = 0; ok && i < jet.statements.size(); ++i) {
+        const bool last = i == jet.statements.size() - 1;
+        ok = RunSqlite(db, jet.statements.at(i), last ? binds : QVector<QVariant>{},
+                       last ? result : nullptr, &error);
+    }
+    if (jet.atomic && db) {
+        RunSqlite(db, ok ? QStringLiteral("RELEASE jet_atomic")
+                         : QStringLiteral("ROLLBACK TO jet_atomic"),
+                  {}, nullptr, nullptr);
+        if (!ok)
+            RunSqlite(db, QStringLiteral("RELEASE jet_atomic"), {}, nullptr, nullptr);
+    }
+    if (!ok) {
+        m_failed = true;
+        m_lastError = error;
+        LogError(QStringLiteral("SQL"), error + QStringLiteral("\n") + sql,
+                 QStringLiteral("ZoAccess"));
+    }
+    return ok;
+}
+
+bool ZoAccess::Execute(const QString& sql)
+{
+    if (!run(sql, {}, nullptr)) {
+        ShowError();
+        Dispose();
+    }
+    return true;
+}
+
+bool ZoAccess::ExecuteNonQuery(const QString& sql, QStringList& parameters)
+{
+    m_parameters = parameters;
+    if (!run(sql, bindsOf(m_parameters), nullptr)) {
+        ShowError();
+        Dispose();
+    }
+    return true;
+}
+
+bool ZoAccess::DeleteRecord(const QString& sql, bool confirm)
+{
+    if (confirm && MsgBox(QStringLiteral("Esta seguro de eliminar el registro?"),
+                          Msg::YesNo + Msg::Question, QStringLiteral("Eliminar")) == Msg::No)
+        return false;
+    if (!run(sql, {}, nullptr)) {
+        ShowError();
+        Dispose();
+        return false;
+    }
+    return true;
+}
+
+RecordsetPtr ZoAccess::read(const QString& sql, const QVector<QVariant>& binds)
+{
+    m_recordset.reset();
+    QueryResult result;
+    if (!run(sql, binds, &result))
+        return nullptr;
+    m_recordset = std::make_shared<Recordset>(std::move(result.columns), std::move(result.rows));
+    return m_recordset;
+}
+
+RecordsetPtr ZoAccess::FillRecordSet(const QString& sql)
+{
+    RecordsetPtr rs = read(sql, {});
+    if (!rs) {
+        ShowError();
+        Dispose();
+    }
+    return rs;
+}
+
+RecordsetPtr ZoAccess::FillRecordSetReader(const QString& sql) { return FillRecordSet(sql); }
+
+RecordsetPtr ZoAccess::FillRecordSetReaderWP(const QString& sql, const QStringList& parameters)
+{
+    m_parameters = parameters;
+    RecordsetPtr rs = read(sql, bindsOf(parameters));
+    if (!rs) {
+        ShowError();
+        Dispose();
+    }
+    return rs;
+}
+
+bool ZoAccess::firstValue(const QString& sql, QVariant& value)
+{
+    m_showMessageError = false;
+    RecordsetPtr rs = read(sql, {});
+    if (!rs) {
+        Dispose();
+        return false;
+    }
+    bool ok = false;
+    value = rs->Field(0, &ok);
+    rs->Close();
+    m_recordset.reset();
+    return ok;
+}
+
+QString ZoAccess::GetString(const QString& sql)
+{
+    QVariant v;
+    if (!firstValue(sql, v) || v.isNull())
+        return {};
+    return VariantText(v);
+}
+
+int ZoAccess::GetInteger(const QString& sql)
+{
+    QVariant v;
+    if (!firstValue(sql, v))
+        return -1;
+    const auto number = numberOf(v);
+    const auto rounded = number ? RoundToEven(*number) : std::nullopt;
+    if (!rounded || *rounded < -32768 || *rounded > 32767)
+        return -1;
+    return int(*rounded);
+}
+
+qint32 ZoAccess::GetLong(const QString& sql)
+{
+    QVariant v;
+    if (!firstValue(sql, v) || v.isNull())
+        return -1;
+    const double number = (v.typeId() == QMetaType::LongLong || v.typeId() == QMetaType::Double)
+                              ? v.toDouble()
+                              : Val(v.toString());
+    const auto rounded = RoundToEven(number);
+    if (!rounded || *rounded < INT32_MIN || *rounded > INT32_MAX)
+        return -1;
+    return qint32(*rounded);
+}
+
+double ZoAccess::GetDouble(const QString& sql)
+{
+    if (sql.isEmpty())
+        return 0;
+    QVariant v;
+    if (!firstValue(sql, v))
+        return -1;
+    if (v.isNull())
+        return 0;
+    const auto number = numberOf(v);
+    return number ? *number : -1;
+}
+
+bool ZoAccess::GetBoolean(const QString& sql)
+{
+    QVariant v;
+    if (!firstValue(sql, v) || v.isNull())
+        return false;
+    if (const auto number = numberOf(v))
+        return *number != 0;
+    const QString text = v.toString().trimmed();
+    return text.compare(QStringLiteral("True"), Qt::CaseInsensitive) == 0 ||
+           text.compare(QStringLiteral("Verdadero"), Qt::CaseInsensitive) == 0;
+}
+
+QVariant ZoAccess::GetMax(const QString& table, const QString& field)
+{
+    RecordsetPtr rs = FillRecordSetReader(QStringLiteral("SELECT MAX(") + field +
+                                          QStringLiteral(") AS MAXIMO FROM ") + table);
+    if (!rs)
+        return {};
+    rs->MoveFirst();
+    const QVariant max = rs->Field(QStringLiteral("MAXIMO"));
+    return max.isNull() ? QVariant(0) : max;
+}
+
+bool ZoAccess::FillComboBox(const QString& sql, Field& combo, const QString& selected)
+{
+    RecordsetPtr rs = FillRecordSetReader(sql);
+    if (!rs)
+        return false;
+    combo.clearItems();
+    QVector<ListItem> items;
+    qint64 counter = 0;
+    for (; !rs->EOF_(); rs->MoveNext()) {
+        const QVariant v = rs->Field(0);
+        if (v.isNull())
+            continue;
+        const auto number = numberOf(v);
+        const qint64 data = number ? qint64(*number) : counter++;
+        items.push_back(ListItem{VariantText(v).toUpper(), data, true});
+    }
+    combo.addItems(items);
+    if (selected.isEmpty()) {
+        combo.setListIndex(-1);
+    } else {
+        const qint64 wanted = qint64(Val(selected));
+        for (int i = 0; i < combo.listCount(); ++i)
+            if (combo.itemData(i) == wanted) {
+                combo.setListIndex(i);
+                break;
+            }
+    }
+    Dispose();
+    return true;
+}
+
+bool ZoAccess::FillComboBoxField(const QString& sql, Field& combo)
+{
+    RecordsetPtr rs = FillRecordSetReader(sql);
+    if (!rs)
+        return true;
+    combo.clearItems();
+    for (int i = 0; i < rs->FieldCount(); ++i)
+        combo.addItem(rs->FieldName(i), i);
+    combo.setListIndex(combo.listCount() > 0 ? 0 : -1);
+    return true;
+}
+
+bool ZoAccess::FillComboBoxAnios(const QString& sql, Field& combo, const QString& selected)
+{
+    RecordsetPtr rs = FillRecordSetReader(sql);
+    if (!rs)
+        return false;
+    combo.clearItems();
+    QString previous;
+    qint64 counter = 0;
+    for (; !rs->EOF_(); rs->MoveNext()) {
+        if (rs->IsNull(0))
+            continue;
+        const QString year = rs->Text(0).right(4);
+        if (year != previous)
+            combo.addItem(year, counter++);
+        previous = year;
+    }
+    if (!selected.isEmpty()) {
+        const qint64 wanted = qint64(Val(selected));
+        for (int i = 0; i < combo.listCount(); ++i)
+            if (combo.itemData(i) == wanted) {
+                combo.setListIndex(i);
+                break;
+            }
+    }
+    Dispose();
+    return true;
+}
+
+bool ZoAccess::FillComboBoxMes(const QString& sql, Field& combo, const QString& year)
+{
+    RecordsetPtr rs = FillRecordSetReader(sql);
+    if (!rs)
+        return false;
+    combo.clearItems();
+    QString previous;
+    qint64 counter = 0;
+    for (; !rs->EOF_(); rs->MoveNext()) {
+        if (rs->IsNull(0))
+            continue;
+        const QString period = rs->Text(0);
+        if (period.right(4) != year)
+            continue;
+        const QString month = period.left(2);
+        if (month != previous)
+            combo.addItem(month, counter++);
+        previous = month;
+    }
+    Dispose();
+    return true;
+}
+
+bool ZoAccess::FillListBox(const QString& sql, Field& list)
+{
+    RecordsetPtr rs = FillRecordSetReader(sql);
+    if (!rs)
+        return false;
+    list.clearItems();
+    QVector<ListItem> items;
+    items.reserve(rs->RecordCount());
+    for (; !rs->EOF_(); rs->MoveNext()) {
+        if (rs->IsNull(0))
+            continue;
+        const auto number = numberOf(rs->Field(0));
+        items.push_back(ListItem{rs->Text(1), number ? qint64(*number) : 0, true});
+    }
+    list.addItems(items);
+    Dispose();
+    return true;
+}
+
+bool ZoAccess::FillListView(const QString& sql, Field& listView)
+{
+    RecordsetPtr rs = FillRecordSetReader(sql);
+    listView.clearRows();
+    listView.setHeader({});
+    listView.rightAligned.clear();
+    if (!rs)
+        return false;
+    listView.setHeader(rs->FieldNames());
+    for (int i = 1; i < rs->FieldCount(); ++i)
+        if (kAmountColumns.contains(rs->FieldName(i)))
+            listView.rightAligned.push_back(i);
+    QVector<QStringList> rows;
+    for (; !rs->EOF_(); rs->MoveNext()) {
+        if (rs->IsNull(0))
+            continue;
+        QStringList cells{rs->Text(0)};
+        for (int i = 1; i < rs->FieldCount(); ++i) {
+            if (!listView.rightAligned.contains(i)) {
+                cells << rs->Text(i);
+                continue;
+            }
+            const auto number = numberOf(rs->Field(i));
+            if (!number) { // a Null amount fails the whole fill
+                listView.setRows(rows);
+                m_lastError = QStringLiteral("Uso no válido de Null");
+                LogError(QStringLiteral("94"), m_lastError + QStringLiteral("\n") + sql,
+                         QStringLiteral("ZoAccess.FillListView"));
+                ShowError();
+                Dispose();
+                return false;
+            }
+            cells << LocaleFixed(*number, 2, false);
+        }
+        rows.push_back(cells);
+    }
+    listView.setRows(rows);
+    Dispose();
+    return true;
+}
+
+bool ZoAccess::FillTreeView(const QString& sql, Field& tree)
+{
+    RecordsetPtr rs = read(sql, {});
+    if (!rs) {
+        ShowError();
+        Dispose();
+        return false;
+    }
+    for (; !rs->EOF_(); rs->MoveNext())
+        if (!rs->IsNull(0))
+            tree.tree().add({}, QStringLiteral("Key=") + rs->Text(0), rs->Text(1));
+    tree.treeChanged();
+    Dispose();
+    return true;
+}
+
+bool ZoAccess::FillTreeViewData(const QString& sql, Field& tree)
+{
+    RecordsetPtr rs = read(sql, {});
+    if (!rs) {
+        ShowError();
+        Dispose();
+        return false;
+    }
+    tree.tree().clear();
+    for (; !rs->EOF_(); rs->MoveNext())
+        tree.tree().add(rs->IsNull(0) ? QString() : rs->Text(0), rs->Text(1), rs->Text(2));
+    tree.treeChanged();
+    Dispose();
+    return true;
+}
+
+bool ZoAccess::FillVectorIdName(const QString& sql, QVector<QStringList>& vector)
+{
+    RecordsetPtr rs = read(sql, {});
+    if (!rs) {
+        ShowError();
+        Dispose();
+        return false;
+    }
+    vector.clear();
+    for (; !rs->EOF_(); rs->MoveNext())
+        vector.push_back({rs->Text(0), rs->Text(1)});
+    Dispose();
+    return true;
+}
+
+bool ZoAccess::FillForm(const QString& sql, Controller& form, RecordsetPtr rs)
+{
+    if (!rs) {
+        rs = FillRecordSetReader(sql);
+        if (!rs)
+            return false;
+        rs->MoveFirst();
+    }
+    for (Field* f : form.fields()) {
+        if (f->kind() != FieldKind::Text)
+            continue;
+        for (int i = 0; i < rs->FieldCount(); ++i)
+            if (rs->FieldName(i) == f->name() && !rs->IsNull(i))
+                f->setText(rs->Text(i));
+    }
+    return true;
+}
+
+void ZoAccess::ShowError()
+{
+    if (!m_showMessageError) {
+        m_failed = false;
+        return;
+    }
+    QString message;
+    if (m_failed && !m_lastError.isEmpty())
+        message = QStringLiteral("Error: \rDescripción: ") + m_lastError +
+                  QStringLiteral("\rOrigen: SQLite\r");
+    if (message.isEmpty())
+        message = QStringLiteral(
+            "Error no controlado. Por favor consulte con el Administrador del Sistema.");
+    message += QStringLiteral("\rPor favor consulte la ayuda.");
+    MsgBox(message, Msg::Exclamation, QStringLiteral("Atención "));
+    m_failed = false;
+}
+
+void ZoAccess::Dispose()
+{
+    if (m_recordset)
+        m_recordset->Close();
+    m_recordset.reset();
+}
+
+bool ZoAccess::BeginTrans() { return run(QStringLiteral("BEGIN"), {}, nullptr); }
+
+bool ZoAccess::CommitTrans() { return run(QStringLiteral("COMMIT"), {}, nullptr); }
+
+bool ZoAccess::RollbackTrans() { return run(QStringLiteral("ROLLBACK"), {}, nullptr); }

@@ -1,0 +1,88 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QVector>
+
+#include "Recordset.h"
+
+class Controller;
+class Field;
+struct sqlite3;
+struct QueryResult;
+
+// The one door to the database: SQL text of the Jet dialect in, results out.
+// Failures are swallowed as the callers expect (a failed statement returns its
+// default), and each is written to the daily error log.
+class ZoAccess
+{
+public:
+    ZoAccess() = default;
+
+    // "Provider=...;Data Source={folder}/Morvel.db;..." read as a parameter
+    // string; the default points at the database of the data folder.
+    QString ConnectionString() const;
+    void SetConnectionString(const QString& text) { m_connectionString = text; }
+    QStringList Parameters() const { return m_parameters; }
+    void SetParameters(const QStringList& values) { m_parameters = values; }
+    bool ShowMessageError() const { return m_showMessageError; }
+    void SetShowMessageError(bool on) { m_showMessageError = on; }
+    // The database file the connection string names.
+    QString DatabasePath() const;
+
+    bool Execute(const QString& sql);
+    bool ExecuteNonQuery(const QString& sql, QStringList& parameters);
+    void ExecuteReader(const QString& sql) {}
+    bool DeleteRecord(const QString& sql, bool confirm);
+    RecordsetPtr FillRecordSet(const QString& sql);
+    RecordsetPtr FillRecordSetReader(const QString& sql);
+    RecordsetPtr FillRecordSetReaderWP(const QString& sql, const QStringList& parameters);
+
+    QString GetString(const QString& sql);
+    int GetInteger(const QString& sql);
+    qint32 GetLong(const QString& sql);
+    double GetDouble(const QString& sql);
+    bool GetBoolean(const QString& sql);
+    QVariant GetMax(const QString& table, const QString& field);
+
+    bool FillComboBox(const QString& sql, Field& combo, const QString& selected);
+    bool FillComboBoxField(const QString& sql, Field& combo);
+    bool FillComboBoxAnios(const QString& sql, Field& combo, const QString& selected);
+    bool FillComboBoxMes(const QString& sql, Field& combo, const QString& year);
+    bool FillListBox(const QString& sql, Field& list);
+    bool FillListView(const QString& sql, Field& listView);
+    bool FillTreeView(const QString& sql, Field& tree);
+    bool FillTreeViewData(const QString& sql, Field& tree);
+    bool FillVectorIdName(const QString& sql, QVector<QStringList>& vector);
+    bool FillForm(const QString& sql, Controller& form, RecordsetPtr rs = nullptr);
+
+    void ShowError();
+    void Dispose();
+
+    // Groups the statements of a long loop in one transaction (a speed
+    // measure only; each statement still stands by itself when none is open).
+    bool BeginTrans();
+    bool CommitTrans();
+    bool RollbackTrans();
+
+private:
+    sqlite3* connection();
+    // Runs a statement of the Jet dialect; false on failure, with the failure
+    // remembered for ShowError and written to the daily log.
+    bool run(const QString& sql, const QVector<QVariant>& binds, QueryResult* result);
+    RecordsetPtr read(const QString& sql, const QVector<QVariant>& binds);
+    // First column of the first row: nullopt when there is no row or it
+    // failed; a null QVariant for Null.
+    bool firstValue(const QString& sql, QVariant& value);
+
+    QString m_connectionString;
+    QStringList m_parameters;
+    bool m_showMessageError = false;
+    QString m_lastError;
+    bool m_failed = false;
+    RecordsetPtr m_recordset;
+};
+
+// The text of the gateway's default connection string for a database file.
+QString DefaultConnectionString(const QString& databasePath);

@@ -1,0 +1,82 @@
+#include <QtTest>
+
+#include "Tovak.h"
+#include "ZoParameterString.h"
+
+// Parameter strings are read and patched by position; these cases pin the
+// loose rules the screens rely on, for the free routines and the class alike.
+class TstParameters : public QObject
+{
+    Q_OBJECT
+private slots:
+    void read_data()
+    {
+        QTest::addColumn<QString>("parameters");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("value");
+        QTest::newRow("semicolon supplied, case ignored") << "Padron=A;Anio=2010" << "anio" << "2010";
+        QTest::newRow("empty value") << "Codigo=;ctrl=3;" << "Codigo" << "";
+        QTest::newRow("order matters: Rectificativa first")
+            << "Rectificativa=Falso;FechaRectificativa=0;" << "Rectificativa" << "Falso";
+        QTest::newRow("order matters: found inside FechaRectificativa")
+            << "FechaRectificativa=0;Rectificativa=Falso;" << "Rectificativa" << "0";
+        QTest::newRow("value holding =") << "a=b=c;" << "a" << "b=c";
+        QTest::newRow("missing key") << "a=1;b=2;" << "z" << "";
+        QTest::newRow("empty string") << "" << "a" << "";
+        QTest::newRow("one character") << "a" << "a" << "";
+        QTest::newRow("first of duplicates") << "Codigo=X;Codigo=Y;" << "Codigo" << "X";
+        QTest::newRow("last-but-one is ; so none added") << "a=1;b" << "a" << "1";
+        QTest::newRow("no = before the ; fails") << "a;b=2;" << "a" << "";
+        QTest::newRow("no = at all reads to the ;") << "abc;def" << "b" << "abc";
+        QTest::newRow("Padron with Objeto")
+            << "Padron=0000000000123 - Objeto N° 0000000000456;Anio=2015;"
+            << "Padron" << "0000000000123 - Objeto N° 0000000000456";
+        QTest::newRow("Nuevo found inside DetalleNuevo")
+            << "DetalleNuevo=Verdadero;Nuevo=Falso;" << "Nuevo" << "Verdadero";
+    }
+    void read()
+    {
+        QFETCH(QString, parameters);
+        QFETCH(QString, key);
+        QFETCH(QString, value);
+        QCOMPARE(ReadParameter(parameters, key), value);
+        QCOMPARE(ZoParameterString().ReadValue(parameters, key), value);
+    }
+
+    void set_data()
+    {
+        QTest::addColumn<QString>("parameters");
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QString>("value");
+        QTest::addColumn<QString>("result");
+        QTest::newRow("replace and end with ;") << "a=1;b=2" << "b" << "9" << "a=1;b=9;";
+        QTest::newRow("missing key not added") << "a=1;" << "z" << "9" << "a=1;";
+        QTest::newRow("to empty") << "ctrl=0" << "ctrl" << "" << "ctrl=;";
+        QTest::newRow("first of duplicates")
+            << "Codigo=;x=1;Codigo=;" << "Codigo" << "K" << "Codigo=K;x=1;Codigo=;";
+        QTest::newRow("empty string") << "" << "a" << "1" << ";";
+        QTest::newRow("malformed entry unchanged") << "a;b=2;" << "a" << "9" << "a;b=2;";
+        QTest::newRow("case ignored") << "Anio=2010;" << "anio" << "2011" << "Anio=2011;";
+    }
+    void set()
+    {
+        QFETCH(QString, parameters);
+        QFETCH(QString, key);
+        QFETCH(QString, value);
+        QFETCH(QString, result);
+        QCOMPARE(SetParameter(parameters, key, value), result);
+        QCOMPARE(ZoParameterString().SetValue(parameters, key, value), result);
+    }
+
+    void positionsBeyondShortRangeFail()
+    {
+        const QString filler(33000, QChar(u'x'));
+        const QString s = QStringLiteral("a=1;") + filler + QStringLiteral(";b=2;");
+        QCOMPARE(ReadParameter(s, "a"), QString("1"));
+        QCOMPARE(ReadParameter(s, "b"), QString());
+        QCOMPARE(SetParameter(s, "b", "3"), s);
+    }
+};
+
+QTEST_GUILESS_MAIN(TstParameters)
+#include "tst_parameters.moc"
