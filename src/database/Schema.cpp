@@ -1,5 +1,137 @@
 #include "Schema.h"
 
-bool EnsureBaseSchema() { return true; }
-void EnsureIndices() {}
-void CreateCurrentDatabase() {}
+#include <QSet>
+
+#include "BaseSchema.h"
+#include "Catalogue.h"
+#include "ErrorLog.h"
+#include "Globals.h"
+#include "Inicial.h"
+#include "SqlHelpers.h"
+#include "Upgrade.h"
+#include "ZoAccess.h"
+
+namespace {
+
+const QString kSource = QStringLiteral("Schema");
+
+// The keys the forms, the tree and the registry filter by. A declaration and
+// its lines are found by Codigo, FechaRectificativa and ctrl; the tree, the
+// period copy and the agents' returns by Padron, Objeto and Periodo; premises
+// and activities by CUIT.
+struct Index {
+    const char* table;
+    const char* columns;
+};
+
+const Index kIndices[] = {
+    {"F976", "Codigo, FechaRectificativa, ctrl"},
+    {"F976", "Padron, Objeto, Periodo"},
+    {"F2001", "Codigo, FechaRectificativa, ctrl"},
+    {"F2001", "Padron, Objeto, Periodo"},
+    {"F977", "Codigo, FechaRectificativa, ctrl"},
+    {"F977", "Padron, Objeto, Periodo"},
+    {"F978", "Codigo, FechaRectificativa, ctrl"},
+    {"F978", "Padron, Objeto, Periodo"},
+    {"F985", "Codigo, FechaRectificativa, ctrl"},
+    {"F985", "Padron, Objeto, Periodo"},
+    {"F987", "Codigo, FechaRectificativa, ctrl"},
+    {"F987", "Padron, Objeto, Periodo"},
+    {"F986", "Padron, Objeto, Periodo"},
+    {"F988", "Padron, Objeto, Periodo"},
+    {"F976_Detalle", "Codigo, FechaRectificativa, ctrl"},
+    {"F2001_Detalle", "Codigo, FechaRectificativa, ctrl"},
+    {"F977_Detalle", "Codigo, FechaRectificativa, ctrl"},
+    {"F978_Detalle", "Codigo, FechaRectificativa, ctrl"},
+    {"F985_Detalle", "Codigo, FechaRectificativa, ctrl"},
+    {"F987_Detalle", "Codigo, FechaRectificativa, ctrl"},
+    {"TPadrones_Formularios", "Padron, Objeto, Periodo"},
+    {"tPadronesComerciales", "padron, objeto"},
+    {"tPadronesComerciales", "cuit"},
+    {"Actividades_x_padrones", "padron, objeto"},
+    {"Actividades_x_padrones", "cuit"},
+    {"Contribuyentes", "Cuit"},
+};
+
+QString indexName(const QString& table, const QString& columns)
+{
+    QString name = QStringLiteral("ix_") + table;
+    for (const QString& c : columns.split(u','))
+        name += u'_' + c.trimmed();
+    return name;
+}
+
+} // namespace
+
+bool EnsureBaseSchema()
+{
+    ZoAccess& db = gAccess();
+    const QString tables = TableCount(db);
+    if (tables.isEmpty()) {
+        // Not a database (or not readable): it is left exactly as it is.
+        LogError(QStringLiteral("-1"),
+                 QStringLiteral("El archivo no es una base de datos: ") + db.DatabasePath(),
+                 kSource);
+        return false;
+    }
+    if (tables != QLatin1String("0"))
+        return true;
+
+    // All or nothing: a base that stopped half way would have tables, and the
+    // next start would take it for an installed one and never finish it.
+    if (!db.BeginTrans())
+        return false;
+    QStringList statements = BaseSchemaStatements();
+    statements << CatalogueStatements();
+    for (const QString& sql : statements) {
+        if (!RunChecked(db, sql)) {
+            db.RollbackTrans();
+            LogError(QStringLiteral("-1"),
+                     QStringLiteral("No se pudo crear la base de datos; nada quedó escrito.\n") +
+                         sql,
+                     kSource);
+            return false;
+        }
+    }
+    if (!db.CommitTrans()) {
+        db.RollbackTrans();
+        return false;
+    }
+    return true;
+}
+
+void EnsureIndices()
+{
+    ZoAccess& db = gAccess();
+    // Only on tables that are there: a damaged or very old file lacks some,
+    // and a statement that is bound to fail would only fill the daily log.
+    QSet<QString> present;
+    RecordsetPtr rs =
+        db.FillRecordSet(QStringLiteral("SELECT name FROM sqlite_master WHERE type='table'"));
+    if (!rs)
+        return;
+    for (; !rs->EOF_(); rs->MoveNext())
+        present.insert(rs->Text(0).toLower());
+    db.Dispose();
+    for (const Index& index : kIndices) {
+        const QString table = QString::fromLatin1(index.table);
+        if (!present.contains(table.toLower()))
+            continue;
+        const QString columns = QString::fromLatin1(index.columns);
+        db.Execute(QStringLiteral("CREATE INDEX IF NOT EXISTS %1 ON %2 (%3)")
+                       .arg(indexName(table, columns), table, columns));
+    }
+}
+
+void CreateCurrentDatabase()
+{
+    // A file that is not a database, or a base that could not be made, is
+    // left alone: the upgrades would only add tables to an empty file.
+    if (!EnsureBaseSchema())
+        return;
+    Inicial splash;
+    VerifyDatabase(DatabasePath(), splash);
+    ApplyUpgrades(splash);
+    UpgradeAddGuidColumns();
+    EnsureIndices();
+}

@@ -86,6 +86,13 @@ void ScriptedUi::showModeless(Controller& window)
 {
     m_shown << window.windowName();
     window.setShown(true);
+    auto it = std::find_if(m_scripts.begin(), m_scripts.end(),
+                           [&](const auto& s) { return s.first == window.windowName(); });
+    if (it != m_scripts.end()) {
+        auto script = it->second;
+        m_scripts.erase(it);
+        script(window);
+    }
 }
 
 QString ScriptedUi::chooseFolder(const QString&) { return m_folder; }

@@ -51,6 +51,8 @@ public:
                            const QString& suggested) override;
     bool openDocument(const QString& path) override;
     void setBusy(bool) override {}
+    void endProgram() override { m_ended = true; }
+    bool programEnded() const { return m_ended; }
 
 private:
     struct Answer {
@@ -66,4 +68,5 @@ private:
     QString m_folder, m_openFile, m_saveFile;
     bool m_strict = true;
     int m_yields = 0;
+    bool m_ended = false;
 };

@@ -45,6 +45,8 @@ public:
     // Opens a document (the manual) with the desktop's viewer.
     virtual bool openDocument(const QString& path) = 0;
     virtual void setBusy(bool busy) = 0;
+    // Ends the program once the current event is done.
+    virtual void endProgram() = 0;
 };
 
 // The port in use: the Qt one in the program, a scripted one in tests.

@@ -12,6 +12,7 @@ TestEnv::TestEnv() : m_ui(std::make_unique<ScriptedUi>())
     QStandardPaths::setTestModeEnabled(true);
     QSettings::setDefaultFormat(QSettings::IniFormat);
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, m_dir.filePath("settings"));
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_dir.filePath("settings"));
     Regional::reload();
     SetAppPath(m_dir.filePath("data"));
     gDecimalSymbol = QStringLiteral(",");

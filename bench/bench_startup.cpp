@@ -1,0 +1,147 @@
+// Start-up time, as a person waits for it: from the start of a process to the
+// main window shown (and closed), for Morvel on an empty database and on one
+// with 2,000 taxpayers, beside a bare Qt program that shows one empty main
+// window. Each is run as its own process, several times, in the same run;
+// medians in milliseconds. The warm in-process time of Main is printed too.
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QMainWindow>
+#include <QProcess>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <algorithm>
+#include <cstdio>
+
+#include "Globals.h"
+#include "MMain.h"
+#include "Principal.h"
+#include "ZoAccess.h"
+#include "frame/view/QtUi.h"
+#include "frame/view/ViewRegistry.h"
+
+namespace {
+
+constexpr int kRuns = 9;
+
+double median(std::vector<double> v)
+{
+    std::sort(v.begin(), v.end());
+    return v[v.size() / 2];
+}
+
+void isolateSettings(const QString& folder)
+{
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder + "/settings");
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder + "/settings");
+}
+
+// The child processes: each shows its window, lets it draw, and ends.
+int bareChild(int argc, char* argv[])
+{
+    QApplication app(argc, argv);
+    QMainWindow w;
+    w.resize(900, 620);
+    w.show();
+    QApplication::processEvents();
+    return 0;
+}
+
+int morvelChild(int argc, char* argv[], const QString& folder)
+{
+    QApplication app(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    isolateSettings(folder);
+    QtUi port;
+    setUi(&port);
+    RegisterAllViews();
+    Main(folder + "/data");
+    QApplication::processEvents();
+    gPrincipal().unload();
+    CloseDatabase();
+    return 0;
+}
+
+double timeChild(const QStringList& args)
+{
+    QElapsedTimer t;
+    t.start();
+    QProcess::execute(QCoreApplication::applicationFilePath(), args);
+    return t.nsecsElapsed() / 1e6;
+}
+
+double warmStart(const QString& folder)
+{
+    QElapsedTimer t;
+    t.start();
+    Main(folder + "/data");
+    QApplication::processEvents();
+    gPrincipal().unload();
+    QApplication::processEvents();
+    const double ms = t.nsecsElapsed() / 1e6;
+    CloseDatabase();
+    return ms;
+}
+
+void prepare(const QString& folder, int taxpayers)
+{
+    isolateSettings(folder);
+    Main(folder + "/data");
+    gPrincipal().unload();
+    ZoAccess db;
+    db.BeginTrans();
+    for (int i = 1; i <= taxpayers; ++i)
+        db.Execute(QStringLiteral("INSERT INTO Contribuyentes (idContribuyente, ApellidoNombre, "
+                                  "Cuit) VALUES (%1, 'CONTRIBUYENTE %1', '20-%2-6')")
+                       .arg(i)
+                       .arg(10000000 + i));
+    db.CommitTrans();
+    CloseDatabase();
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (argc > 1 && QByteArray(argv[1]) == "--bare")
+        return bareChild(argc, argv);
+    if (argc > 2 && QByteArray(argv[1]) == "--morvel")
+        return morvelChild(argc, argv, QString::fromLocal8Bit(argv[2]));
+
+    QApplication app(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    QTemporaryDir dir;
+    QtUi port;
+    setUi(&port);
+    RegisterAllViews();
+    const QString empty = dir.filePath("empty");
+    const QString full = dir.filePath("full");
+    prepare(empty, 0);
+    prepare(full, 2000);
+
+    std::vector<double> bare, emptyRuns, fullRuns, warmEmpty, warmFull;
+    for (int i = 0; i < kRuns; ++i) {
+        bare.push_back(timeChild({"--bare"}));
+        emptyRuns.push_back(timeChild({"--morvel", empty}));
+        fullRuns.push_back(timeChild({"--morvel", full}));
+    }
+    for (int i = 0; i < kRuns; ++i) {
+        isolateSettings(empty);
+        warmEmpty.push_back(warmStart(empty));
+        isolateSettings(full);
+        warmFull.push_back(warmStart(full));
+    }
+    const double b = median(bare);
+    std::printf("process start to window shown (median of %d):\n", kRuns);
+    std::printf("  bare Qt program, empty main window: %7.1f ms\n", b);
+    std::printf("  Morvel, empty database:             %7.1f ms  (%.2fx bare)\n",
+                median(emptyRuns), median(emptyRuns) / b);
+    std::printf("  Morvel, 2,000 taxpayers:            %7.1f ms  (%.2fx bare)\n",
+                median(fullRuns), median(fullRuns) / b);
+    std::printf("target: no more than 2x bare\n");
+    std::printf("warm, Main to main window closed, in one process:\n");
+    std::printf("  empty database:                     %7.1f ms\n", median(warmEmpty));
+    std::printf("  2,000 taxpayers:                    %7.1f ms\n", median(warmFull));
+    return 0;
+}

@@ -1,0 +1,560 @@
+#include "ViewBinder.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMainWindow>
+#include <QMenu>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QStatusBar>
+#include <QTabWidget>
+#include <QTableWidget>
+#include <QTimer>
+#include <QTreeWidget>
+
+#include "TreeIcons.h"
+
+namespace {
+
+// "##-##-####" in the old masks; Qt's "0" is an optional digit, "_" the blank.
+QString qtMask(const QString& mask)
+{
+    if (mask.isEmpty())
+        return {};
+    QString out = mask;
+    out.replace(u'#', u'0');
+    return out + QStringLiteral(";_");
+}
+
+class UpdateGuard
+{
+public:
+    explicit UpdateGuard(int& counter) : m_counter(counter) { ++m_counter; }
+    ~UpdateGuard() { --m_counter; }
+
+private:
+    int& m_counter;
+};
+
+} // namespace
+
+ViewBinder::ViewBinder(QWidget* view, Controller& controller)
+    : QObject(view), m_view(view), m_controller(controller)
+{
+    connect(&controller, &Controller::focusRequested, this, &ViewBinder::focusField);
+    connect(&controller, &Controller::fieldsRebuilt, this, &ViewBinder::bindAll);
+    connect(&controller, &Controller::captionChanged, view, &QWidget::setWindowTitle);
+    bindAll();
+}
+
+void ViewBinder::bindAll()
+{
+    m_widgets.clear();
+    m_fieldOf.clear();
+    m_actions.clear();
+    m_view->setWindowTitle(m_controller.caption());
+    for (Field* f : m_controller.fields())
+        bind(f);
+    if (!m_controller.focused().isEmpty())
+        focusField(m_controller.focused());
+}
+
+void ViewBinder::bind(Field* field)
+{
+    connect(field, &Field::changed, this, &ViewBinder::push, Qt::UniqueConnection);
+    if (field->kind() == FieldKind::Menu) {
+        if (auto* action = m_view->findChild<QAction*>(field->name())) {
+            connectAction(field, action);
+        } else if (auto* menu = m_view->findChild<QMenu*>(field->name())) {
+            connectAction(field, menu->menuAction());
+        }
+        pushAll(field);
+        return;
+    }
+    auto* widget = m_view->findChild<QWidget*>(field->name());
+    if (!widget)
+        return;
+    m_widgets.insert(field, widget);
+    m_fieldOf.insert(widget, field);
+    connectWidget(field, widget);
+    pushAll(field);
+}
+
+void ViewBinder::connectAction(Field* field, QAction* action)
+{
+    m_actions.insert(field, action);
+    connect(action, &QAction::triggered, this, [this, field] {
+        if (field->items().isEmpty())
+            clickFromWidget(field);
+    });
+}
+
+void ViewBinder::connectWidget(Field* field, QWidget* widget)
+{
+    widget->installEventFilter(this);
+    if (auto* edit = qobject_cast<QLineEdit*>(widget)) {
+        connect(edit, &QLineEdit::textEdited, this, [this, field, edit] {
+            if (m_updating)
+                return;
+            {
+                UpdateGuard guard(m_updating);
+                field->setText(edit->displayText());
+                field->setSelection(edit->cursorPosition(), 0);
+            }
+            m_controller.fire(field->name(), Ev::Change);
+        });
+        connect(edit, &QLineEdit::selectionChanged, this, [this, field, edit] {
+            if (m_updating)
+                return;
+            UpdateGuard guard(m_updating);
+            if (edit->hasSelectedText())
+                field->setSelection(edit->selectionStart(), int(edit->selectedText().size()));
+        });
+        connect(edit, &QLineEdit::cursorPositionChanged, this, [this, field, edit](int, int pos) {
+            if (m_updating || edit->hasSelectedText())
+                return;
+            UpdateGuard guard(m_updating);
+            field->setSelection(pos, 0);
+        });
+    } else if (auto* combo = qobject_cast<QComboBox*>(widget)) {
+        connect(combo, &QComboBox::activated, this, [this, field](int index) {
+            if (m_updating)
+                return;
+            {
+                UpdateGuard guard(m_updating);
+                field->setListIndex(index);
+            }
+            m_controller.fire(field->name(), Ev::Change);
+            clickFromWidget(field, index);
+        });
+    } else if (auto* list = qobject_cast<QListWidget*>(widget)) {
+        connect(list, &QListWidget::currentRowChanged, this, [this, field](int row) {
+            if (m_updating)
+                return;
+            {
+                UpdateGuard guard(m_updating);
+                field->setListIndex(row);
+            }
+            clickFromWidget(field, row);
+        });
+        connect(list, &QListWidget::itemDoubleClicked, this, [this, field] {
+            EventArgs args;
+            args.index = field->listIndex();
+            m_controller.fire(field->name(), Ev::DblClick, args);
+        });
+    } else if (auto* table = qobject_cast<QTableWidget*>(widget)) {
+        connect(table, &QTableWidget::cellClicked, this, [this, field](int row, int col) {
+            {
+                UpdateGuard guard(m_updating);
+                field->setCurrentRow(row);
+                field->setCurrentColumn(col);
+            }
+            clickFromWidget(field, row);
+        });
+        connect(table, &QTableWidget::cellDoubleClicked, this, [this, field](int row, int col) {
+            {
+                UpdateGuard guard(m_updating);
+                field->setCurrentRow(row);
+                field->setCurrentColumn(col);
+            }
+            EventArgs args;
+            args.index = row;
+            m_controller.fire(field->name(), Ev::DblClick, args);
+        });
+    } else if (auto* tree = qobject_cast<QTreeWidget*>(widget)) {
+        auto indexOf = [](QTreeWidgetItem* item) { return item->data(0, Qt::UserRole).toInt(); };
+        connect(tree, &QTreeWidget::itemClicked, this, [this, field, indexOf](QTreeWidgetItem* item) {
+            field->tree().setSelected(indexOf(item));
+            clickFromWidget(field, indexOf(item));
+        });
+        connect(tree, &QTreeWidget::itemDoubleClicked, this,
+                [this, field, indexOf](QTreeWidgetItem* item) {
+                    field->tree().setSelected(indexOf(item));
+                    EventArgs args;
+                    args.index = indexOf(item);
+                    m_controller.fire(field->name(), Ev::DblClick, args);
+                });
+        connect(tree, &QTreeWidget::itemExpanded, this, [field, indexOf](QTreeWidgetItem* item) {
+            field->tree().node(indexOf(item)).expanded = true;
+        });
+        connect(tree, &QTreeWidget::itemCollapsed, this, [field, indexOf](QTreeWidgetItem* item) {
+            field->tree().node(indexOf(item)).expanded = false;
+        });
+    } else if (auto* tabs = qobject_cast<QTabWidget*>(widget)) {
+        connect(tabs, &QTabWidget::currentChanged, this, [this, field](int index) {
+            if (m_updating)
+                return;
+            {
+                UpdateGuard guard(m_updating);
+                field->setValue(index);
+            }
+            clickFromWidget(field, index);
+        });
+    } else if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
+        if (auto* push = qobject_cast<QPushButton*>(button)) {
+            push->setAutoDefault(false);
+            push->setDefault(false);
+        }
+        connect(button, &QAbstractButton::clicked, this, [this, field, button] {
+            if (m_updating)
+                return;
+            if (field->kind() == FieldKind::Check || field->kind() == FieldKind::Option) {
+                UpdateGuard guard(m_updating);
+                field->setValue(button->isChecked() ? 1 : 0);
+            }
+            clickFromWidget(field);
+        });
+    }
+}
+
+void ViewBinder::clickFromWidget(Field* field, int index)
+{
+    const bool takesFocus = field->kind() == FieldKind::Button ||
+                            field->kind() == FieldKind::Check ||
+                            field->kind() == FieldKind::Option;
+    if (takesFocus && m_refused == field) {
+        // the field left behind already held the focus and said why
+        m_refused = nullptr;
+        return;
+    }
+    if (takesFocus && m_controller.focused() != field->name() &&
+        !m_controller.setFocus(field->name()))
+        return;
+    EventArgs args;
+    args.index = index;
+    m_controller.fire(field->name(), Ev::Click, args);
+}
+
+void ViewBinder::pushAll(Field* field)
+{
+    for (Field::Aspect a : {Field::StateAspect, Field::ItemsAspect, Field::TextAspect,
+                            Field::SelectionAspect, Field::GridAspect, Field::TreeAspect})
+        push(field, a);
+}
+
+void ViewBinder::push(Field* field, Field::Aspect aspect)
+{
+    if (m_updating)
+        return;
+    UpdateGuard guard(m_updating);
+    if (field->kind() == FieldKind::Menu) {
+        if (QAction* action = m_actions.value(field)) {
+            if (field->items().isEmpty()) {
+                action->setText(field->text());
+                action->setEnabled(field->enabled());
+                action->setVisible(field->visible());
+            } else {
+                action->setVisible(false);
+                pushMenuItems(field);
+            }
+        }
+        return;
+    }
+    QWidget* w = m_widgets.value(field);
+    if (!w)
+        return;
+    if (aspect == Field::StateAspect) {
+        w->setEnabled(field->enabled());
+        if (field->visible() != !w->isHidden())
+            w->setVisible(field->visible());
+    }
+    if (auto* edit = qobject_cast<QLineEdit*>(w)) {
+        if (aspect == Field::StateAspect) {
+            edit->setReadOnly(field->locked());
+            const QString mask = qtMask(field->mask());
+            if (edit->inputMask() != mask)
+                edit->setInputMask(mask);
+        }
+        if ((aspect == Field::TextAspect || aspect == Field::StateAspect) &&
+            edit->displayText() != field->text())
+            edit->setText(field->text());
+        if (aspect == Field::SelectionAspect || aspect == Field::TextAspect) {
+            if (field->selLength() > 0)
+                edit->setSelection(field->selStart(), field->selLength());
+            else
+                edit->setCursorPosition(field->selStart());
+        }
+    } else if (auto* label = qobject_cast<QLabel*>(w)) {
+        if (aspect == Field::TextAspect && !field->text().isEmpty())
+            label->setText(field->text());
+    } else if (auto* combo = qobject_cast<QComboBox*>(w)) {
+        if (aspect == Field::ItemsAspect || aspect == Field::SelectionAspect)
+            pushItems(field, w);
+    } else if (auto* list = qobject_cast<QListWidget*>(w)) {
+        if (aspect == Field::ItemsAspect || aspect == Field::SelectionAspect)
+            pushItems(field, w);
+        Q_UNUSED(list);
+    } else if (qobject_cast<QTableWidget*>(w)) {
+        if (aspect == Field::GridAspect || aspect == Field::SelectionAspect)
+            pushGrid(field, w);
+    } else if (qobject_cast<QTreeWidget*>(w)) {
+        if (aspect == Field::TreeAspect)
+            pushTree(field, w);
+    } else if (auto* bar = qobject_cast<QProgressBar*>(w)) {
+        bar->setRange(field->minimum(), field->maximum());
+        bar->setValue(field->value());
+    } else if (auto* status = qobject_cast<QStatusBar*>(w)) {
+        if (aspect == Field::TextAspect)
+            status->showMessage(field->text());
+    } else if (auto* tabs = qobject_cast<QTabWidget*>(w)) {
+        if (aspect == Field::StateAspect && tabs->currentIndex() != field->value())
+            tabs->setCurrentIndex(field->value());
+    } else if (auto* button = qobject_cast<QAbstractButton*>(w)) {
+        if (aspect == Field::TextAspect && !field->text().isEmpty())
+            button->setText(field->text());
+        if (field->kind() == FieldKind::Check || field->kind() == FieldKind::Option)
+            button->setChecked(field->value() != 0);
+    } else if (auto* group = qobject_cast<QGroupBox*>(w)) {
+        if (aspect == Field::TextAspect && !field->text().isEmpty())
+            group->setTitle(field->text());
+    }
+}
+
+QMenu* ViewBinder::menuOf(Field* field) const
+{
+    QAction* placeholder = m_actions.value(field);
+    if (!placeholder)
+        return nullptr;
+    for (QMenu* menu : m_view->findChildren<QMenu*>())
+        if (menu->actions().contains(placeholder))
+            return menu;
+    return nullptr;
+}
+
+void ViewBinder::pushMenuItems(Field* field)
+{
+    // A long list (thousands of taxpayers) is built when its menu opens, not
+    // every time the list changes.
+    QMenu* menu = menuOf(field);
+    if (!menu)
+        return;
+    if (!m_pendingMenus.contains(field)) {
+        m_pendingMenus.insert(field);
+        connect(menu, &QMenu::aboutToShow, this, [this, field] { buildMenuItems(field); });
+    }
+    m_staleMenus.insert(field);
+}
+
+void ViewBinder::buildMenuItems(Field* field)
+{
+    if (!m_staleMenus.remove(field))
+        return;
+    QMenu* menu = menuOf(field);
+    QAction* placeholder = m_actions.value(field);
+    if (!menu)
+        return;
+    for (QAction* old : m_menuItems.value(field)) {
+        menu->removeAction(old);
+        old->deleteLater();
+    }
+    QList<QAction*> created;
+    for (int i = 0; i < field->listCount(); ++i) {
+        auto* action = new QAction(field->items().at(i).text, menu);
+        action->setEnabled(field->items().at(i).enabled);
+        connect(action, &QAction::triggered, this, [this, field, i] { clickFromWidget(field, i); });
+        created.append(action);
+    }
+    menu->insertActions(placeholder, created);
+    m_menuItems.insert(field, created);
+}
+
+void ViewBinder::pushItems(Field* field, QWidget* w)
+{
+    QStringList texts;
+    for (const ListItem& item : field->items())
+        texts << item.text;
+    if (auto* combo = qobject_cast<QComboBox*>(w)) {
+        bool same = combo->count() == texts.size();
+        for (int i = 0; same && i < texts.size(); ++i)
+            same = combo->itemText(i) == texts.at(i);
+        if (!same) {
+            combo->clear();
+            combo->addItems(texts);
+        }
+        combo->setCurrentIndex(field->listIndex());
+        if (combo->isEditable() && field->listIndex() < 0)
+            combo->setEditText(field->text());
+    } else if (auto* list = qobject_cast<QListWidget*>(w)) {
+        bool same = list->count() == texts.size();
+        for (int i = 0; same && i < texts.size(); ++i)
+            same = list->item(i)->text() == texts.at(i);
+        if (!same) {
+            list->clear();
+            list->addItems(texts);
+        }
+        list->setCurrentRow(field->listIndex());
+    }
+}
+
+void ViewBinder::pushGrid(Field* field, QWidget* w)
+{
+    auto* table = static_cast<QTableWidget*>(w);
+    table->setUpdatesEnabled(false);
+    table->setColumnCount(field->columnCount());
+    table->setHorizontalHeaderLabels(field->header());
+    table->setRowCount(field->rowCount());
+    for (int r = 0; r < field->rowCount(); ++r) {
+        for (int c = 0; c < field->columnCount(); ++c) {
+            QTableWidgetItem* item = table->item(r, c);
+            if (!item) {
+                item = new QTableWidgetItem;
+                item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+                table->setItem(r, c, item);
+            }
+            item->setText(field->cell(r, c));
+            item->setTextAlignment(field->rightAligned.contains(c)
+                                       ? int(Qt::AlignRight | Qt::AlignVCenter)
+                                       : int(Qt::AlignLeft | Qt::AlignVCenter));
+        }
+    }
+    if (field->currentRow() >= 0 && field->currentRow() < field->rowCount())
+        table->selectRow(field->currentRow());
+    table->resizeColumnsToContents();
+    table->setUpdatesEnabled(true);
+}
+
+void ViewBinder::pushTree(Field* field, QWidget* w)
+{
+    auto* tree = static_cast<QTreeWidget*>(w);
+    tree->setUpdatesEnabled(false);
+    tree->clear();
+    const TreeModel& model = field->tree();
+    QVector<QTreeWidgetItem*> items(model.count(), nullptr);
+    for (int i = 0; i < model.count(); ++i) {
+        const TreeNode& node = model.node(i);
+        auto* item = node.parent < 0 ? new QTreeWidgetItem(tree)
+                                     : new QTreeWidgetItem(items.at(node.parent));
+        item->setText(0, node.text);
+        item->setData(0, Qt::UserRole, i);
+        item->setIcon(0, TreeIcon(node.image));
+        items[i] = item;
+    }
+    for (int i = 0; i < model.count(); ++i)
+        items.at(i)->setExpanded(model.node(i).expanded);
+    if (model.selected() >= 0 && model.selected() < items.size())
+        tree->setCurrentItem(items.at(model.selected()));
+    tree->setUpdatesEnabled(true);
+}
+
+void ViewBinder::focusField(const QString& name)
+{
+    for (auto it = m_widgets.cbegin(); it != m_widgets.cend(); ++it) {
+        if (it.key()->name() != name || !it.value())
+            continue;
+        if (!it.value()->hasFocus()) {
+            m_focusing = true;
+            it.value()->setFocus(Qt::OtherFocusReason);
+            m_focusing = false;
+        }
+        return;
+    }
+}
+
+int ViewBinder::keyCodeOf(int qtKey, const QString& text)
+{
+    switch (qtKey) {
+    case Qt::Key_Backspace: return 8;
+    case Qt::Key_Tab: return 9;
+    case Qt::Key_Return:
+    case Qt::Key_Enter: return 13;
+    case Qt::Key_Shift: return 16;
+    case Qt::Key_Escape: return 27;
+    case Qt::Key_Left: return 37;
+    case Qt::Key_Up: return 38;
+    case Qt::Key_Right: return 39;
+    case Qt::Key_Down: return 40;
+    case Qt::Key_Delete: return 46;
+    default: break;
+    }
+    if (qtKey >= Qt::Key_F1 && qtKey <= Qt::Key_F12)
+        return 112 + (qtKey - Qt::Key_F1);
+    if ((qtKey >= Qt::Key_A && qtKey <= Qt::Key_Z) || (qtKey >= Qt::Key_0 && qtKey <= Qt::Key_9))
+        return qtKey;
+    return text.isEmpty() ? 0 : text.at(0).toUpper().unicode();
+}
+
+bool ViewBinder::handleKey(Field* field, QKeyEvent* event)
+{
+    const int code = keyCodeOf(event->key(), event->text());
+    EventArgs down;
+    down.key = code;
+    down.shift = int(event->modifiers() >> 25) & 7;
+    m_controller.fireFormKeyDown(down);
+    if (code != 0 && down.key == 0)
+        return true;
+    m_controller.fire(field->name(), Ev::KeyDown, down);
+    if (code != 0 && down.key == 0)
+        return true;
+    int ascii = 0;
+    if (code == 8 || code == 13 || code == 27)
+        ascii = code;
+    else if (!event->text().isEmpty() && event->text().at(0).isPrint())
+        ascii = event->text().at(0).unicode();
+    if (ascii == 0)
+        return false;
+    if (ascii >= 32 && field->maxLength() > 0 &&
+        field->text().size() - field->selLength() >= field->maxLength())
+        return true; // the limit binds typing only; the logic may write more
+    EventArgs press;
+    press.key = ascii;
+    m_controller.fire(field->name(), Ev::KeyPress, press);
+    if (press.key == 0)
+        return true;
+    if (press.key != ascii) {
+        if (auto* edit = qobject_cast<QLineEdit*>(m_widgets.value(field))) {
+            edit->insert(QString(QChar(press.key)));
+            emit edit->textEdited(edit->text());
+        }
+        return true;
+    }
+    // Enter in a text box does nothing by itself, as in the old windows.
+    return ascii == 13 && qobject_cast<QLineEdit*>(m_widgets.value(field));
+}
+
+bool ViewBinder::eventFilter(QObject* watched, QEvent* event)
+{
+    auto* widget = qobject_cast<QWidget*>(watched);
+    Field* field = widget ? m_fieldOf.value(widget) : nullptr;
+    if (!field)
+        return false;
+    switch (event->type()) {
+    case QEvent::FocusIn:
+        if (!m_focusing && m_controller.focused() != field->name()) {
+            m_refused = nullptr;
+            if (!m_controller.setFocus(field->name())) {
+                m_refused = field;
+                const QString back = m_controller.focused();
+                QTimer::singleShot(0, this, [this, back] { focusField(back); });
+            }
+        }
+        break;
+    case QEvent::KeyPress:
+        return handleKey(field, static_cast<QKeyEvent*>(event));
+    case QEvent::KeyRelease: {
+        auto* key = static_cast<QKeyEvent*>(event);
+        if (key->isAutoRepeat())
+            break;
+        EventArgs up;
+        up.key = keyCodeOf(key->key(), key->text());
+        up.shift = int(key->modifiers() >> 25) & 7;
+        m_controller.fire(field->name(), Ev::KeyUp, up);
+        break;
+    }
+    case QEvent::MouseButtonDblClick:
+        if (qobject_cast<QLineEdit*>(widget) || qobject_cast<QAbstractButton*>(widget))
+            m_controller.fire(field->name(), Ev::DblClick);
+        break;
+    default:
+        break;
+    }
+    return false;
+}

@@ -1,0 +1,58 @@
+#pragma once
+
+#include <QHash>
+#include <QObject>
+#include <QPointer>
+#include <QSet>
+#include <QWidget>
+
+#include "Controller.h"
+
+class QAction;
+class QMenu;
+
+// Keeps each widget of a view in step with the controller's field of the same
+// name, both ways, and forwards the widget's events to the controller.
+class ViewBinder : public QObject
+{
+    Q_OBJECT
+public:
+    ViewBinder(QWidget* view, Controller& controller);
+
+    // Rebinds after the controller rebuilt its fields (a new load).
+    void bindAll();
+
+    // The key code of the old keyboard events for a Qt key.
+    static int keyCodeOf(int qtKey, const QString& text);
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void bind(Field* field);
+    void connectWidget(Field* field, QWidget* widget);
+    void connectAction(Field* field, QAction* action);
+    void push(Field* field, Field::Aspect aspect);
+    void pushAll(Field* field);
+    void pushMenuItems(Field* field);
+    void buildMenuItems(Field* field);
+    QMenu* menuOf(Field* field) const;
+    void pushGrid(Field* field, QWidget* widget);
+    void pushTree(Field* field, QWidget* widget);
+    void pushItems(Field* field, QWidget* widget);
+    void focusField(const QString& name);
+    bool handleKey(Field* field, QKeyEvent* event);
+    void clickFromWidget(Field* field, int index = -1);
+
+    QWidget* m_view;
+    Controller& m_controller;
+    QHash<Field*, QPointer<QWidget>> m_widgets;
+    QHash<QWidget*, Field*> m_fieldOf;
+    QHash<Field*, QAction*> m_actions;
+    QHash<Field*, QList<QAction*>> m_menuItems;
+    QSet<Field*> m_pendingMenus; // menus that build their items when opened
+    QSet<Field*> m_staleMenus;   // ... and whose items changed since
+    int m_updating = 0; // pushing field state into widgets
+    bool m_focusing = false;
+    Field* m_refused = nullptr; // its focus was refused by the field left behind
+};

@@ -1,0 +1,160 @@
+#include <QtTest>
+
+#include "Globals.h"
+#include "MMain.h"
+#include "Person.h"
+#include "Principal.h"
+#include "RegionalSettings.h"
+#include "TestSupport.h"
+#include "ZoAccess.h"
+#include "database/Schema.h"
+
+namespace {
+
+QString dumpDatabase()
+{
+    QString out;
+    RecordsetPtr tables = gAccess().FillRecordSet(
+        "SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY name");
+    for (; tables && !tables->EOF_(); tables->MoveNext()) {
+        const QString table = tables->Text(0);
+        RecordsetPtr rs = gAccess().FillRecordSet("SELECT * FROM " + table + " ORDER BY 1");
+        out += table + ": " + (rs ? rs->FieldNames().join(",") : QString()) + "\n";
+        for (; rs && !rs->EOF_(); rs->MoveNext()) {
+            QStringList cells;
+            for (int i = 0; i < rs->FieldCount(); ++i)
+                cells << (rs->IsNull(i) ? "<null>" : rs->Text(i));
+            out += cells.join("|") + "\n";
+        }
+    }
+    return out;
+}
+
+QStringList menuTexts()
+{
+    QStringList out;
+    for (const ListItem& item : gPrincipal().field("mnuListadoContribuyentes").items())
+        out << item.text + (item.enabled ? "" : " [off]");
+    return out;
+}
+
+} // namespace
+
+// The start of a run and the main window, driven through their fields with a
+// scripted person.
+class TstPrincipal : public QObject
+{
+    Q_OBJECT
+    std::unique_ptr<TestEnv> env;
+
+private slots:
+    void init() { env = std::make_unique<TestEnv>(); }
+    void cleanup()
+    {
+        if (gPrincipal().isLoaded())
+            gPrincipal().unload();
+        env.reset();
+    }
+
+    void firstStartShowsTheSplashThenAnEmptyList()
+    {
+        QStringList statuses;
+        env->ui().onShow("Inicial", [&](Controller& splash) {
+            QObject::connect(&splash.field("lbl"), &Field::changed, [&](Field* f, Field::Aspect a) {
+                if (a == Field::TextAspect)
+                    statuses << f->text();
+            });
+        });
+        QVERIFY(Main(env->dataPath()));
+        QCOMPARE(statuses, (QStringList{"Verificando Base de Datos...", "Aplicando mejoras..."}));
+        QCOMPARE(env->ui().shownWindows(), (QStringList{"Inicial", "Principal"}));
+        QCOMPARE(gPrincipal().caption(), QString("Sistema Morvel de Declaraciones"));
+        QCOMPARE(menuTexts(), QStringList{"(Vacio) [off]"});
+        QCOMPARE(gPrincipal()["txtVersion"].text(), VersionText());
+        QVERIFY(QFileInfo::exists(DatabasePath()));
+        QCOMPARE(gDecimalSymbol, QString(","));
+        QCOMPARE(gImportNames.size(), 13);
+        VERIFY_UI_CLEAN(*env);
+    }
+
+    void secondStartChangesNothing()
+    {
+        QVERIFY(Main(env->dataPath()));
+        gAccess().Execute("INSERT INTO Contribuyentes (idContribuyente, ApellidoNombre, Cuit) "
+                          "VALUES (1, 'PEREZ JUAN', '20-12345678-6')");
+        gAccess().Execute("INSERT INTO F976 (Codigo, BaseImponible) VALUES ('X', '1.234,50')");
+        gPrincipal().unload();
+        const QString before = dumpDatabase();
+        CloseDatabase();
+        QVERIFY(Main(env->dataPath()));
+        QCOMPARE(dumpDatabase(), before);
+    }
+
+    void menuListsTaxpayers_data()
+    {
+        QTest::addColumn<QStringList>("rows");
+        QTest::addColumn<QStringList>("menu");
+        QTest::newRow("none") << QStringList{} << QStringList{"(Vacio) [off]"};
+        QTest::newRow("two") << QStringList{"1|PEREZ JUAN|20-12345678-6", "2|ACME S.A.|30-71234567-1"}
+                             << QStringList{"1: PEREZ JUAN - 20-12345678-6", "2: ACME S.A. - 30-71234567-1"};
+        QTest::newRow("stops before a row without CUIT")
+            << QStringList{"1|A|20-1", "2|B|", "3|C|20-3"} << QStringList{"1: A - 20-1"};
+    }
+    void menuListsTaxpayers()
+    {
+        QFETCH(QStringList, rows);
+        QFETCH(QStringList, menu);
+        env->createDatabase();
+        for (const QString& row : rows) {
+            const QStringList c = row.split('|');
+            gAccess().Execute(QString("INSERT INTO Contribuyentes (idContribuyente, ApellidoNombre, Cuit) "
+                                      "VALUES (%1, '%2', '%3')").arg(c[0], c[1], c[2]));
+        }
+        gPrincipal().FillMenu();
+        QCOMPARE(menuTexts(), menu);
+        // a second fill replaces the list, never appends to it
+        gPrincipal().FillMenu();
+        QCOMPARE(menuTexts(), menu);
+    }
+
+    void menuCommands()
+    {
+        env->createDatabase();
+        Person person(gPrincipal());
+        person.click("mnuAcercaDe");
+        QCOMPARE(env->ui().shownWindows(), QStringList{"frmAbout"});
+        person.click("mnuManualUso");
+        person.key("txtVersion", KeyCode::F1);
+        QCOMPARE(env->ui().openedDocuments().size(), 2);
+        QVERIFY(env->ui().openedDocuments().first().endsWith("/help/index.html"));
+        QVERIFY(QFileInfo::exists(env->ui().openedDocuments().first()));
+        person.click("mnuSalir");
+        QVERIFY(env->ui().programEnded());
+        QVERIFY(!gPrincipal().isLoaded());
+    }
+
+    void notADatabaseIsKeptAndTheWindowOpensEmpty()
+    {
+        QFile f(env->dataPath() + "/Morvel.db");
+        QVERIFY(f.open(QIODevice::WriteOnly));
+        const QByteArray junk = QByteArray("not a database, but a person's file. ").repeated(100);
+        f.write(junk);
+        f.close();
+        QVERIFY(Main(env->dataPath()));
+        QCOMPARE(menuTexts(), QStringList{"(Vacio) [off]"});
+        CloseDatabase();
+        QVERIFY(f.open(QIODevice::ReadOnly));
+        QCOMPARE(f.readAll(), junk);
+    }
+
+    void rejectedRegionalSettingsEndBeforeTheSplash()
+    {
+        Regional::set(Regional::SShortDate, "M/d/yyyy");
+        QVERIFY(!Main(env->dataPath()));
+        QVERIFY(env->ui().shownWindows().isEmpty());
+        QVERIFY(env->ui().lastText().contains("tiene como fecha"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TstPrincipal)
+#include "tst_principal.moc"
