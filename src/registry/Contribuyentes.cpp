@@ -1,0 +1,5 @@
+#include "Contribuyentes.h"
+
+Contribuyentes::Contribuyentes() : Controller(QStringLiteral("Contribuyentes")) {}
+
+void Contribuyentes::design() {}
