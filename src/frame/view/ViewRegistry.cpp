@@ -22,6 +22,11 @@ QWidget* CreateView(const QString& windowName)
 }
 
 void RegisterFrameViews();
+void RegisterRegistryViews();
+void RegisterNavigationViews();
+void RegisterDeclarationsViews();
+void RegisterOutputViews();
+void RegisterBackupViews();
 
 void RegisterAllViews()
 {
@@ -30,4 +35,9 @@ void RegisterAllViews()
         return;
     done = true;
     RegisterFrameViews();
+    RegisterRegistryViews();
+    RegisterNavigationViews();
+    RegisterDeclarationsViews();
+    RegisterOutputViews();
+    RegisterBackupViews();
 }
