@@ -3,6 +3,10 @@
 // Usage: morvel_screens <output folder>
 #include <QApplication>
 #include <QDir>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPainter>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -22,8 +26,27 @@ QString g_out;
 
 void save(QWidget* view, const QString& name)
 {
-    view->adjustSize();
     view->grab().save(g_out + u'/' + name + QStringLiteral(".png"));
+}
+
+// The main window with the taxpayers' menu open, as one picture.
+void saveWithMenu(QMainWindow* main, const QString& name)
+{
+    auto* declaracion = main->findChild<QMenu*>(QStringLiteral("mnuDeclaracion"));
+    auto* list = main->findChild<QMenu*>(QStringLiteral("mnuContribuyentes"));
+    if (!declaracion || !list)
+        return;
+    emit list->aboutToShow();
+    QPixmap shot = main->grab();
+    QPainter p(&shot);
+    const QPoint origin = main->menuBar()->actionGeometry(declaracion->menuAction()).bottomLeft();
+    declaracion->adjustSize();
+    p.drawPixmap(origin, declaracion->grab());
+    list->adjustSize();
+    const QRect item = declaracion->actionGeometry(list->menuAction());
+    p.drawPixmap(origin + QPoint(declaracion->width() - 4, item.top()), list->grab());
+    p.end();
+    shot.save(g_out + u'/' + name + QStringLiteral(".png"));
 }
 
 // Opens the controller's view (not modal), lets it draw, saves it, closes it.
@@ -35,6 +58,7 @@ void shoot(Controller& window, const QString& name, const std::function<void()>&
     QWidget* view = OpenView(window);
     if (!view)
         return;
+    view->adjustSize();
     view->show();
     QApplication::processEvents();
     save(view, name);
@@ -68,11 +92,11 @@ int main(int argc, char* argv[])
     });
     Main(data.filePath("data"));
     QApplication::processEvents();
-    if (QWidget* main = QApplication::activeWindow())
-        save(main, QStringLiteral("Principal"));
     for (QWidget* w : QApplication::topLevelWidgets())
-        if (w->isVisible() && w->windowTitle() == gPrincipal().caption())
-            save(w, QStringLiteral("Principal"));
+        if (auto* main = qobject_cast<QMainWindow*>(w); main && main->isVisible()) {
+            save(main, QStringLiteral("Principal"));
+            saveWithMenu(main, QStringLiteral("Principal_menu"));
+        }
     frmAbout about;
     shoot(about, QStringLiteral("frmAbout"));
     CloseDatabase();

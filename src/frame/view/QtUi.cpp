@@ -50,7 +50,7 @@ private:
 
 void centreOnOwner(QWidget* view)
 {
-    view->adjustSize();
+    view->resize(view->size().expandedTo(view->sizeHint()));
     QWidget* owner = QApplication::activeWindow();
     QRect area = owner && owner != view ? owner->frameGeometry()
                                         : view->screen()->availableGeometry();
