@@ -52,6 +52,17 @@ void Field::setText(const QString& text)
     notify(TextAspect);
 }
 
+void Field::setEditedText(const QString& text)
+{
+    m_listIndex = -1;
+    if (m_text == text) {
+        notify(SelectionAspect);
+        return;
+    }
+    m_text = text;
+    notify(TextAspect);
+}
+
 void Field::setEnabled(bool on)
 {
     if (m_enabled == on)

@@ -48,6 +48,9 @@ public:
     // text: the text of a box, the caption of a label, button or menu item
     const QString& text() const { return m_text; }
     void setText(const QString& text);
+    // Text typed into the box of a combo: no entry of the list is selected
+    // any more, the text stays as typed.
+    void setEditedText(const QString& text);
     bool enabled() const { return m_enabled; }
     void setEnabled(bool on);
     bool visible() const { return m_visible; }

@@ -27,8 +27,19 @@ void insertPlain(Field& f, QChar c)
     if (f.maxLength() > 0 && text.size() >= f.maxLength())
         return;
     text.insert(start, c);
-    f.setText(text);
+    if (f.kind() == FieldKind::Combo)
+        f.setEditedText(text);
+    else
+        f.setText(text);
     f.setSelection(start + 1, 0);
+}
+
+// Text boxes and the text part of a combo (an open list such as the rates)
+// take typing.
+bool typable(const Field& f)
+{
+    return f.enabled() && !f.locked() &&
+           (f.kind() == FieldKind::Text || f.kind() == FieldKind::Combo);
 }
 
 } // namespace
@@ -82,7 +93,7 @@ void Person::typeChar(Field& f, QChar c)
         backspace(f);
         return;
     }
-    if (!f.enabled() || f.locked() || f.kind() != FieldKind::Text)
+    if (!typable(f))
         return;
     const QString before = f.text();
     const QChar typed(press.key);
@@ -96,7 +107,7 @@ void Person::typeChar(Field& f, QChar c)
 
 void Person::backspace(Field& f)
 {
-    if (!f.enabled() || f.locked() || f.kind() != FieldKind::Text)
+    if (!typable(f))
         return;
     const QString before = f.text();
     QString text = before;
@@ -105,6 +116,14 @@ void Person::backspace(Field& f)
     if (length == 0 && start > 0) {
         --start;
         length = 1;
+    }
+    if (f.kind() == FieldKind::Combo) {
+        text.remove(start, length);
+        f.setEditedText(text);
+        f.setSelection(start, 0);
+        if (f.text() != before)
+            m_window.fire(f.name(), Ev::Change);
+        return;
     }
     if (f.mask().isEmpty()) {
         text.remove(start, length);

@@ -4,17 +4,31 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QHash>
 #include <QProcess>
 #include <QStandardPaths>
 #include <QSysInfo>
+#include <QTemporaryFile>
+#include <optional>
+#include <vector>
 
 #include "ErrorLog.h"
 #include "Globals.h"
+#include "SqlText.h"
+#include "Tovak.h"
 #include "UiPort.h"
+#include "Util.h"
+#include "Windows1252.h"
+#include "ZoAccess.h"
+#include "ZoHashGuid.h"
 
-ZoGenerateDisk::ZoGenerateDisk()
-    : m_temporaryPath(gAppPath + QStringLiteral("/tmp/TEMPFILE.DJ"))
+ZoGenerateDisk::ZoGenerateDisk() : m_temporaryPath(gAppPath + QStringLiteral("/tmp/TEMPFILE.DJ")) {}
+
+QString WorkFolder()
 {
+    const QString folder = gAppPath + QStringLiteral("/tmp");
+    QDir().mkpath(folder);
+    return folder;
 }
 
 QString SevenZipProgram()
@@ -37,8 +51,8 @@ int RunSevenZip(const QStringList& arguments)
     process.setProcessChannelMode(QProcess::MergedChannels);
     process.start(program, arguments);
     if (!process.waitForStarted() || !process.waitForFinished(-1)) {
-        LogError(QStringLiteral("-1"), QStringLiteral("7za no pudo ejecutarse: ") +
-                                           process.errorString(),
+        LogError(QStringLiteral("-1"),
+                 QStringLiteral("7za no pudo ejecutarse: ") + process.errorString(),
                  QStringLiteral("ZoGenerateDisk"));
         return -1;
     }
@@ -123,6 +137,494 @@ bool ZoGenerateDisk::Is64bit()
     return QSysInfo::buildCpuArchitecture() != QSysInfo::currentCpuArchitecture();
 }
 
-bool ZoGenerateDisk::CreateFile(const QString&, bool) { return false; }
-bool ZoGenerateDisk::CreateHeader(const QString&) { return false; }
-bool ZoGenerateDisk::CreateDatosPadron(const QString&) { return false; }
+// --- The submission file ------------------------------------------------------
+
+namespace {
+
+const QString kTitle = QStringLiteral("Atención !");
+
+// How a field of records 3 and 4 is written.
+enum class Render {
+    Text,      // the stored text; Null gives an empty field
+    Amount,    // the text as a dotted amount: "1.234,50" gives 1234.50
+    RawAmount, // as Amount, read without the Null guard: a Null is an error
+    Type4,     // the first four characters of the text
+    ShortCode, // padrón, month, year and the letter of the declaration
+};
+
+struct RecordField {
+    const char* column;
+    Render render;
+};
+
+} // namespace
+
+// What sets one form's records apart from another's: its table, how its rows
+// are found, and the fields of records 3 and 4 in the order the office reads
+// them. In the queries {table}, {codigo}, {fecha}, {ctrl}, {padron},
+// {objeto}, {mes} and {anio} are filled in, {rect} is the rectifying clause
+// with its trailing blank and {rect-} the same without it.
+struct FormLayout {
+    const char* form;
+    const char* formQuery;
+    const char* detailQuery;
+    std::vector<RecordField> record3;
+    std::vector<RecordField> record4;
+    bool splitPeriod = false;  // an "mm-yyyy" Periodo is split into month and year first
+    bool dashFreeCode = false; // the row code loses every "-"
+};
+
+namespace {
+
+const char* const kAnnexQuery =
+    "SELECT * FROM {table} WHERE Padron = '{padron}' AND OBJETO = '{objeto}' AND Periodo = "
+    "'{mes}-{anio}' {rect-} AND ctrl = '{ctrl}'";
+const char* const kAnnexDetailQuery =
+    "SELECT * FROM {table}_Detalle WHERE Codigo = '{codigo}' AND ctrl = '{ctrl}'";
+const char* const kAgentQuery =
+    "SELECT * FROM {table} WHERE Padron = '{padron}' AND Objeto = '{objeto}' AND Periodo = "
+    "'{mes}-{anio}' {rect}AND FECHARECTIFICATIVA = '{fecha}' AND ctrl = '{ctrl}'";
+
+const std::vector<RecordField> kAnnexRecord3 = {
+    {"Padron", Render::Text},        {"Domicilio", Render::Text},
+    {"RazonSocial", Render::Text},   {"Periodo", Render::Text},
+    {"Rectificativa", Render::Text}, {"FechaRectificativa", Render::Text},
+    {"Transporte", Render::Amount},  {"TotalPercepciones", Render::Amount},
+};
+
+const std::vector<RecordField> kAgentRecord3 = {
+    {"Padron", Render::Text},        {"Periodo", Render::Text},
+    {"Rectificativa", Render::Text}, {"FechaRectificativa", Render::Text},
+    {"RazonSocial", Render::Text},   {"Contribuyente", Render::Text},
+    {"domicilio", Render::Text},
+};
+
+// Record 4 of an annex; only the annexes of perceptions carry the voucher
+// type.
+std::vector<RecordField> annexRecord4(const char* typeColumn, Render typeRender)
+{
+    std::vector<RecordField> fields = {{"Fecha", Render::Text}};
+    if (typeColumn)
+        fields.push_back({typeColumn, typeRender});
+    fields.insert(fields.end(), {{"NroComprobante", Render::Text},
+                                 {"Denominacion", Render::Text},
+                                 {"Cuit", Render::Text},
+                                 {"Padron", Render::Text},
+                                 {"ImportePercibido", Render::Amount}});
+    return fields;
+}
+
+std::vector<RecordField> agentRecord4(const char* collected)
+{
+    return {{collected, Render::Amount},
+            {"AccesoriosCoef", Render::Amount},
+            {"Multas", Render::Amount},
+            {"Otros", Render::Amount},
+            {"ImporteDepositar", Render::Amount}};
+}
+
+FormLayout annex(const char* form, const char* typeColumn, Render typeRender)
+{
+    return {form, kAnnexQuery, kAnnexDetailQuery, kAnnexRecord3,
+            annexRecord4(typeColumn, typeRender)};
+}
+
+const std::vector<FormLayout>& formLayouts()
+{
+    static const std::vector<FormLayout> layouts = {
+        {"F976",
+         "SELECT * FROM {table} WHERE Codigo = '{codigo}' AND FECHARECTIFICATIVA = '{fecha}' "
+         "AND ctrl = '{ctrl}'",
+         "SELECT * FROM {table}_Detalle WHERE Codigo = '{codigo}' AND FECHARECTIFICATIVA = "
+         "'{fecha}'  AND ctrl = '{ctrl}'",
+         {{"Padron", Render::Text},
+          {"Periodo", Render::Text},
+          {"Rectificativa", Render::Text},
+          {"FechaRectificativa", Render::Text},
+          {"BaseImponible", Render::RawAmount},
+          {"Impuesto", Render::RawAmount},
+          {"Accesorios", Render::Amount},
+          {"Multas", Render::Amount},
+          {"PagoACuenta", Render::Amount},
+          {"Percepciones", Render::Amount},
+          {"Retenciones", Render::Amount},
+          {"SaldoAFavor", Render::Amount},
+          // The balance carried from earlier returns goes as the form shows it.
+          {"SaldoAFavorF", Render::Text},
+          {"SubtotalDeterminado", Render::Amount},
+          {"TotalAPagar", Render::Amount},
+          {"Tasa", Render::Amount}},
+         {{"", Render::ShortCode},
+          {"TipoActividad", Render::Text},
+          {"CodigoActividad", Render::Text},
+          {"BaseImponible", Render::Amount},
+          {"Alicuota", Render::Amount},
+          {"Impuesto", Render::Amount}},
+         /* splitPeriod */ true,
+         /* dashFreeCode */ false},
+        {"F2001",
+         "SELECT * FROM {table} WHERE Padron = '{padron}' AND OBJETO = '{objeto}'  AND Periodo = "
+         "'{mes}-{anio}' {rect}AND FECHARECTIFICATIVA = '{fecha}' AND ctrl = '{ctrl}'",
+         "SELECT * FROM {table}_Detalle WHERE Codigo = '{codigo}' AND FECHARECTIFICATIVA = "
+         "'{fecha}' AND ctrl = '{ctrl}'",
+         {{"Padron", Render::Text},
+          {"Periodo", Render::Text},
+          {"Rectificativa", Render::Text},
+          {"FechaRectificativa", Render::Text},
+          {"BaseImponible", Render::RawAmount},
+          {"Impuesto", Render::RawAmount},
+          {"Total", Render::Amount},
+          {"SaldoAFavor", Render::Amount},
+          {"Retenciones", Render::Amount},
+          {"Percepciones", Render::Amount},
+          {"Desgrabaciones", Render::Amount},
+          {"SubtotalCol12", Render::Amount},
+          {"SubtotalColumna2", Render::Amount},
+          {"DiferenciaCol12", Render::Amount},
+          {"DiferenciaColumna2", Render::Amount},
+          {"PagoACuenta", Render::Amount},
+          {"TotalAPagar", Render::Amount}},
+         // The activity's code before its type, the other way round from F976.
+         {{"", Render::ShortCode},
+          {"CodigoActividad", Render::Text},
+          {"TipoActividad", Render::Text},
+          {"BaseImponible", Render::Amount},
+          {"Alicuota", Render::Amount},
+          {"Impuesto", Render::Amount}},
+         /* splitPeriod */ false,
+         /* dashFreeCode */ true},
+        annex("F977", nullptr, Render::Text),
+        annex("F978", "TipoComprobante", Render::Text),
+        annex("F985", nullptr, Render::Text),
+        annex("F987", "TipoComprobante", Render::Type4),
+        // The agents' returns have no detail table: record 4 comes from the
+        // form's own table, asked again. F986 asks without the date of the
+        // rectification, and so lists every version of the same ctrl.
+        {"F986", kAgentQuery,
+         "SELECT * FROM {table} WHERE Padron = '{padron}' AND Objeto = '{objeto}' AND Periodo = "
+         "'{mes}-{anio}' {rect}AND ctrl = '{ctrl}'",
+         kAgentRecord3, agentRecord4("ImpPercibidoF985")},
+        {"F988", kAgentQuery,
+         "SELECT * FROM {table} WHERE Padron = '{padron}' AND Objeto = '{objeto}' AND Periodo = "
+         "'{mes}-{anio}' {rect-}AND FECHARECTIFICATIVA = '{fecha}' AND ctrl = '{ctrl}'",
+         kAgentRecord3, agentRecord4("ImpPercibidoF987")},
+    };
+    return layouts;
+}
+
+const FormLayout* layoutOf(const QString& form)
+{
+    for (const FormLayout& layout : formLayouts())
+        if (form == QLatin1String(layout.form))
+            return &layout;
+    return nullptr;
+}
+
+bool isTrueWord(const QString& text)
+{
+    return text == QLatin1String("True") || text == QLatin1String("Verdadero");
+}
+
+bool isFalseWord(const QString& text)
+{
+    return text == QLatin1String("False") || text == QLatin1String("Falso");
+}
+
+// The field's text, or nullopt where reading it is an error: no current row,
+// no such column, or a Null read without the guard.
+std::optional<QString> renderField(const Recordset* rs, const RecordField& field,
+                                   const QString& shortCode)
+{
+    if (field.render == Render::ShortCode)
+        return shortCode;
+    bool ok = false;
+    const QVariant value = rs ? rs->Field(QLatin1String(field.column), &ok) : QVariant();
+    if (!ok || (field.render == Render::RawAmount && value.isNull()))
+        return std::nullopt;
+    const QString text = NullToText(value);
+    switch (field.render) {
+    case Render::Amount:
+    case Render::RawAmount: return AmountToSqlText(text);
+    case Render::Type4: return text.left(4);
+    default: return text;
+    }
+}
+
+// One record from the current row. A field that cannot be read keeps the
+// value it had in the record before (empty in the first): the old writer went
+// on past such a statement, and its line then lacked or repeated the value.
+QString recordLine(int type, const std::vector<RecordField>& fields, const Recordset* rs,
+                   const QString& shortCode, QStringList& values, const QString& form)
+{
+    while (values.size() < int(fields.size()))
+        values << QString();
+    QStringList unread;
+    QString line = QString::number(type) + u'@';
+    for (size_t i = 0; i < fields.size(); ++i) {
+        if (const auto text = renderField(rs, fields[i], shortCode))
+            values[int(i)] = *text;
+        else
+            unread << QLatin1String(fields[i].column);
+        line += values.at(int(i)) + u'@';
+    }
+    if (!unread.isEmpty())
+        LogError(QStringLiteral("3021"),
+                 QStringLiteral("Registro %1 de %2 sin: %3").arg(type).arg(form, unread.join(", ")),
+                 QStringLiteral("ZoGenerateDisk"));
+    return line;
+}
+
+// The record of the premises, in the order of its columns; null stands for
+// the padrón as parsed.
+const char* const kPremisesColumns[] = {"cuit",
+                                        nullptr,
+                                        "objeto",
+                                        "grupo",
+                                        "categoria",
+                                        "razon_social",
+                                        "nombre_fantasia",
+                                        "percepcion",
+                                        "retencion",
+                                        "calle_numero",
+                                        "localidad_departamento",
+                                        "cp"};
+
+} // namespace
+
+void ZoGenerateDisk::ParseParametros()
+{
+    const QString padron = ReadParameter(Parametros, QStringLiteral("Padron"));
+    m_Padron = padron.left(13);
+    m_Objeto = padron.mid(26, 13);
+    m_idContribuyente = ReadParameter(Parametros, QStringLiteral("idContribuyente"));
+    m_Anio = ReadParameter(Parametros, QStringLiteral("Anio"));
+    m_Periodo = ReadParameter(Parametros, QStringLiteral("Periodo"));
+    m_Formulario = ReadParameter(Parametros, QStringLiteral("Formulario"));
+    m_Rectificativa = ReadParameter(Parametros, QStringLiteral("Rectificativa"));
+    m_FechaRectificativa = ReadParameter(Parametros, QStringLiteral("FechaRectificativa"));
+    if (m_FechaRectificativa == QLatin1String("__-__-____"))
+        m_FechaRectificativa = QStringLiteral("0");
+    m_Nuevo = ReadParameter(Parametros, QStringLiteral("Nuevo"));
+    m_ConDatos = ReadParameter(Parametros, QStringLiteral("ConDatos"));
+    m_ctrl = ReadParameter(Parametros, QStringLiteral("ctrl"));
+}
+
+bool ZoGenerateDisk::DriveExists(const QString& path) const
+{
+    // The folder must be there and take a file: a relative name has no
+    // folder to answer for it.
+    if (!QDir::isAbsolutePath(path))
+        return false;
+    const QString folder = QFileInfo(path).absolutePath();
+    if (!QFileInfo(folder).isDir())
+        return false;
+    QTemporaryFile probe(folder + QStringLiteral("/.morvel-XXXXXX"));
+    return probe.open();
+}
+
+bool ZoGenerateDisk::CreateFile(const QString& path, bool noCompress)
+{
+    if (path.startsWith(QLatin1String("//")) || path.contains(QLatin1String("\\\\")) ||
+        path.contains(QLatin1String("smb:"), Qt::CaseInsensitive)) {
+        MsgBox(QStringLiteral("No se puede generar el archivo en unidades de red."),
+               Msg::Exclamation, kTitle);
+        return false;
+    }
+    WorkFolder();
+    if (!DriveExists(path)) {
+        MsgBox(QStringLiteral("No se puede acceder a la unidad. Verifique por favor."),
+               Msg::Exclamation, kTitle);
+        return false;
+    }
+    Parametros.replace(QStringLiteral("Padrón N° "), QStringLiteral("Padron="));
+    ParseParametros();
+
+    m_complete = false;
+    m_writeFailed = false;
+    const FormLayout* layout = layoutOf(m_Formulario);
+    const bool result = layout ? WriteForm(*layout) : false;
+    if (noCompress)
+        return result;
+
+    // Only a text written to its end goes out: an envelope or premises the
+    // writer refused, a write that failed, or an unknown form would
+    // otherwise be zipped as if it were a good declaration.
+    if (layout && m_complete && !m_writeFailed)
+        Compress(m_temporaryPath, path);
+    else
+        LogError(QStringLiteral("-1"),
+                 QStringLiteral("No se generó ") + path +
+                     QStringLiteral(": el texto de la declaración quedó incompleto (") +
+                     m_Formulario + u')',
+                 QStringLiteral("ZoGenerateDisk.CreateFile"));
+    DeleteFile(m_temporaryPath);
+    return result;
+}
+
+bool ZoGenerateDisk::CreateHeader(const QString& temporaryPath)
+{
+    QFile::remove(temporaryPath);
+    if (!WriteLines(temporaryPath, {}, true))
+        return false;
+    m_kind = isFalseWord(m_Rectificativa) ? QStringLiteral("O") : QStringLiteral("R");
+
+    RecordsetPtr codes = gAccess().FillRecordSet(
+        QStringLiteral("SELECT * FROM tCodigos_Formularios WHERE idFormulario = '") +
+        Sq(m_Formulario) + u'\'');
+    if (!codes || codes->EOF_()) {
+        LogError(QStringLiteral("3021"),
+                 QStringLiteral("Sin códigos en tCodigos_Formularios para ") + m_Formulario,
+                 QStringLiteral("ZoGenerateDisk.CreateHeader"));
+        return false;
+    }
+    const QString tipo = codes->Text(QStringLiteral("tipo_imponible"));
+    QString concepto = codes->Text(QStringLiteral("impuesto_concepto"));
+    const QString codigo = codes->Text(QStringLiteral("codigo_formulario"));
+
+    // The annexes of retentions and perceptions suffered declare under the
+    // concept of the premises' regime.
+    if (codigo == QLatin1String("0089") || codigo == QLatin1String("0090")) {
+        const QString regimen = gAccess().GetString(
+            QStringLiteral("SELECT regimen FROM tPadronesComerciales WHERE padron = '") +
+            Sq(m_Padron) + QStringLiteral("' AND OBJETO = '") + Sq(m_Objeto) + u'\'');
+        if (regimen == QLatin1String("2"))
+            return false;
+        const QString prefix = regimen == QLatin1String("0")   ? QStringLiteral("0012")
+                               : regimen == QLatin1String("1") ? QStringLiteral("0011")
+                                                               : QString();
+        if (concepto.left(4) != prefix)
+            concepto =
+                prefix + u'-' +
+                (codigo == QLatin1String("0089") ? QStringLiteral("0008") : QStringLiteral("0009"));
+    }
+
+    const QString monthYear = m_Periodo.size() < 3 ? m_Periodo + u'@' + m_Anio + u'@'
+                                                   : QString(m_Periodo).replace(u'-', u'@') + u'@';
+    QString line = QStringLiteral("1@") + m_kind + u'@' + monthYear + m_Padron + u'@' + tipo +
+                   u'@' + concepto + u'@' + codigo + u'@' + m_Objeto + u'@' +
+                   GetDeclarationGuidv(Parametros) + u'@';
+    if (line.size() > 6 && line.at(6) == u'-')
+        line = line.left(6) + u'@' + line.mid(7, 4) + line.mid(12);
+    return WriteLines(temporaryPath, {line}, false);
+}
+
+bool ZoGenerateDisk::CreateDatosPadron(const QString& temporaryPath)
+{
+    RecordsetPtr rs = gAccess().FillRecordSet(
+        QStringLiteral("SELECT * FROM tPadronesComerciales  WHERE Padron = '") + Sq(m_Padron) +
+        QStringLiteral("' AND Objeto = '") + Sq(m_Objeto) + QStringLiteral("' "));
+    QString line = QStringLiteral("2@");
+    for (const char* column : kPremisesColumns) {
+        if (!column) {
+            line += m_Padron + u'@';
+            continue;
+        }
+        bool ok = false;
+        const QVariant value = rs ? rs->Field(QLatin1String(column), &ok) : QVariant();
+        // The group is read without the Null guard: a premises without one
+        // has no record 2.
+        if (!ok || (value.isNull() && qstrcmp(column, "grupo") == 0)) {
+            LogError(QStringLiteral("94"),
+                     QStringLiteral("Local comercial sin ") + QLatin1String(column) +
+                         QStringLiteral(": ") + m_Padron + QStringLiteral(" - ") + m_Objeto,
+                     QStringLiteral("ZoGenerateDisk.CreateDatosPadron"));
+            return false;
+        }
+        line += NullToText(value) + u'@';
+    }
+    return WriteLines(temporaryPath, {line}, false);
+}
+
+QString ZoGenerateDisk::FillQuery(const QString& sqlTemplate, const QString& table,
+                                  const QString& code) const
+{
+    const bool rectifying = isTrueWord(m_Rectificativa);
+    const QString rect = rectifying ? QStringLiteral("AND RECTIFICATIVA in ('True','Verdadero') ")
+                                    : QStringLiteral("AND RECTIFICATIVA in ('Falso','False') ");
+    const QHash<QString, QString> values = {
+        {QStringLiteral("table"), table},
+        {QStringLiteral("codigo"), Sq(code)},
+        {QStringLiteral("fecha"), Sq(m_FechaRectificativa)},
+        {QStringLiteral("ctrl"), Sq(m_ctrl)},
+        {QStringLiteral("padron"), Sq(m_Padron)},
+        {QStringLiteral("objeto"), Sq(m_Objeto)},
+        {QStringLiteral("mes"), Sq(m_Periodo)},
+        {QStringLiteral("anio"), Sq(m_Anio)},
+        {QStringLiteral("rect"), rect},
+        {QStringLiteral("rect-"), rect.chopped(1)},
+    };
+    // One pass, so that no value is read again as a placeholder.
+    QString sql;
+    int from = 0;
+    while (true) {
+        const int open = int(sqlTemplate.indexOf(u'{', from));
+        const int close = open < 0 ? -1 : int(sqlTemplate.indexOf(u'}', open));
+        if (close < 0)
+            break;
+        sql += sqlTemplate.mid(from, open - from) +
+               values.value(sqlTemplate.mid(open + 1, close - open - 1));
+        from = close + 1;
+    }
+    return sql + sqlTemplate.mid(from);
+}
+
+bool ZoGenerateDisk::WriteForm(const FormLayout& layout)
+{
+    // A refused envelope or premises ends the text there; the writer's own
+    // answer stays true, as callers have always been told.
+    if (!CreateHeader(m_temporaryPath))
+        return true;
+    if (!CreateDatosPadron(m_temporaryPath))
+        return true;
+
+    if (layout.splitPeriod && m_Periodo.contains(u'-')) {
+        m_Anio = m_Periodo.section(u'-', 1, 1);
+        m_Periodo = m_Periodo.section(u'-', 0, 0);
+    }
+    QString code = m_Padron + m_Periodo + m_Anio + m_Objeto;
+    if (layout.dashFreeCode)
+        code.remove(u'-');
+    code += isTrueWord(m_Rectificativa) ? u'R' : u'O';
+    const QString shortCode = code.left(19) + code.right(1);
+    const QString table = QLatin1String(layout.form);
+
+    QStringList lines;
+    QStringList values;
+    RecordsetPtr row =
+        gAccess().FillRecordSet(FillQuery(QLatin1String(layout.formQuery), table, code));
+    lines << recordLine(3, layout.record3, row.get(), shortCode, values, table);
+
+    values.clear();
+    RecordsetPtr details =
+        gAccess().FillRecordSet(FillQuery(QLatin1String(layout.detailQuery), table, code));
+    for (; details && !details->EOF_(); details->MoveNext())
+        lines << recordLine(4, layout.record4, details.get(), shortCode, values, table);
+
+    if (WriteLines(m_temporaryPath, lines, false))
+        m_complete = true;
+    return true;
+}
+
+bool ZoGenerateDisk::WriteLines(const QString& path, const QStringList& lines, bool truncate)
+{
+    QFile file(path);
+    const QIODevice::OpenMode mode =
+        QIODevice::WriteOnly | (truncate ? QIODevice::Truncate : QIODevice::Append);
+    bool ok = file.open(mode);
+    if (ok) {
+        QByteArray bytes;
+        for (const QString& line : lines)
+            bytes += ToWindows1252(line) + QByteArrayLiteral("\r\n");
+        ok = file.write(bytes) == bytes.size() && file.flush();
+        file.close();
+        ok = ok && file.error() == QFileDevice::NoError;
+    }
+    if (!ok) {
+        m_writeFailed = true;
+        LogError(QStringLiteral("61"),
+                 QStringLiteral("No se pudo escribir ") + path + QStringLiteral(": ") +
+                     file.errorString(),
+                 QStringLiteral("ZoGenerateDisk"));
+    }
+    return ok;
+}

@@ -1,6 +1,11 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
+
+#include "Recordset.h"
+
+struct FormLayout;
 
 // Writes the submission file of one declaration (records 1 to 4, Windows-1252
 // with CR LF) and zips it with the external archiver; also the wrapper of the
@@ -14,9 +19,19 @@ public:
     QString Path;
 
     // Writes the declaration's records to the temporary file and, unless
-    // noCompress, zips it into `path`. The result is the writer's.
+    // noCompress, zips it into `path`. A network path, or a folder that does
+    // not exist or cannot be written, is refused with a message (false). The
+    // result is otherwise the writer's: true for the eight forms, whether or
+    // not the destination came out. The destination appears only whole: a
+    // text the writer could not complete (header or premises refused, a write
+    // that failed) or a failed archiver leaves no destination and no
+    // temporary file behind. With noCompress the temporary file stays.
     bool CreateFile(const QString& path, bool noCompress = false);
+    // Record 1, the envelope; starts the temporary file afresh. False when
+    // the form has no codes, or for a premises of regime "2" on the annexes
+    // of retentions and perceptions suffered (the file is then left empty).
     bool CreateHeader(const QString& temporaryPath);
+    // Record 2, the premises; false when the premises has no row or no group.
     bool CreateDatosPadron(const QString& temporaryPath);
 
     // Zips `source` alone into `destination` through 7za ("a -tzip").
@@ -35,8 +50,35 @@ public:
     QString TemporaryPath() const { return m_temporaryPath; }
 
 private:
+    void ParseParametros();
+    bool DriveExists(const QString& path) const;
+    // The one writer of records 3 and 4, driven by the form's layout.
+    bool WriteForm(const FormLayout& layout);
+    QString FillQuery(const QString& sqlTemplate, const QString& table, const QString& code) const;
+    // Appends lines, each ended by CR LF, in Windows-1252; `truncate` starts
+    // the file afresh. A failed open or write is remembered.
+    bool WriteLines(const QString& path, const QStringList& lines, bool truncate);
+
     QString m_temporaryPath;
+    QString m_idContribuyente;
+    QString m_Padron;
+    QString m_Objeto;
+    QString m_Anio;
+    QString m_Periodo;
+    QString m_Formulario;
+    QString m_Rectificativa;
+    QString m_FechaRectificativa;
+    QString m_Nuevo;
+    QString m_ConDatos;
+    QString m_ctrl;
+    QString m_kind;
+    bool m_complete = false;
+    bool m_writeFailed = false;
 };
+
+// The folder of the work files of the submission file and of the digest
+// ({data folder}/tmp), created when missing.
+QString WorkFolder();
 
 // The archiver: 7za beside the program, else on the PATH; "" when missing.
 QString SevenZipProgram();

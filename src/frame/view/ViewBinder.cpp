@@ -126,6 +126,20 @@ void ViewBinder::connectWidget(Field* field, QWidget* widget)
             field->setSelection(pos, 0);
         });
     } else if (auto* combo = qobject_cast<QComboBox*>(widget)) {
+        if (QLineEdit* edit = combo->lineEdit()) {
+            // an open list (the rates): the typed text is the field's text
+            m_fieldOf.insert(edit, field);
+            edit->installEventFilter(this);
+            connect(edit, &QLineEdit::textEdited, this, [this, field](const QString& text) {
+                if (m_updating)
+                    return;
+                {
+                    UpdateGuard guard(m_updating);
+                    field->setEditedText(text);
+                }
+                m_controller.fire(field->name(), Ev::Change);
+            });
+        }
         connect(combo, &QComboBox::activated, this, [this, field](int index) {
             if (m_updating)
                 return;
@@ -289,6 +303,9 @@ void ViewBinder::push(Field* field, Field::Aspect aspect)
     } else if (auto* combo = qobject_cast<QComboBox*>(w)) {
         if (aspect == Field::ItemsAspect || aspect == Field::SelectionAspect)
             pushItems(field, w);
+        if (aspect == Field::TextAspect && combo->isEditable() &&
+            combo->currentText() != field->text())
+            combo->setEditText(field->text());
     } else if (auto* list = qobject_cast<QListWidget*>(w)) {
         if (aspect == Field::ItemsAspect || aspect == Field::SelectionAspect)
             pushItems(field, w);
@@ -510,7 +527,10 @@ bool ViewBinder::handleKey(Field* field, QKeyEvent* event)
     if (press.key == 0)
         return true;
     if (press.key != ascii) {
-        if (auto* edit = qobject_cast<QLineEdit*>(m_widgets.value(field))) {
+        auto* edit = qobject_cast<QLineEdit*>(m_widgets.value(field));
+        if (auto* combo = qobject_cast<QComboBox*>(m_widgets.value(field)))
+            edit = combo->lineEdit();
+        if (edit) {
             edit->insert(QString(QChar(press.key)));
             emit edit->textEdited(edit->text());
         }

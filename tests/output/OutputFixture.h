@@ -1,0 +1,105 @@
+#pragma once
+
+#include <QFile>
+#include <QHash>
+#include <QString>
+#include <QStringList>
+
+#include "Globals.h"
+#include "TestSupport.h"
+#include "ZoAccess.h"
+
+// The declarations of January 2010 of premises 0000000012345 / 0000000000001
+// that the golden submission texts under tests/data/output were written from.
+namespace OutputFixture {
+
+inline const QString kPadron = QStringLiteral("0000000012345");
+inline const QString kObjeto = QStringLiteral("0000000000001");
+
+inline QString dataFile(const QString& name)
+{
+    return QStringLiteral(MORVEL_OUTPUT_DATA "/") + name;
+}
+
+inline QByteArray readAll(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+inline QByteArray golden(const QString& form)
+{
+    return readAll(dataFile(form + QStringLiteral(".txt")));
+}
+
+// Runs the statements of declaraciones.sql, one a line.
+inline bool loadDeclarations()
+{
+    QFile file(dataFile(QStringLiteral("declaraciones.sql")));
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n');
+    for (const QString& line : lines) {
+        const QString sql = line.trimmed();
+        if (sql.isEmpty() || sql.startsWith(QLatin1String("--")))
+            continue;
+        gAccess().Execute(sql);
+    }
+    return true;
+}
+
+// The database with the declarations, built once by the schema step and
+// copied into each test's own folder: a build per test would cost a second
+// of disk flushes every time.
+class FixtureDatabase
+{
+public:
+    bool build(bool withDeclarations = true)
+    {
+        TestEnv env;
+        env.createDatabase();
+        if (withDeclarations && !loadDeclarations())
+            return false;
+        CloseDatabase();
+        m_bytes = readAll(DatabasePath());
+        return !m_bytes.isEmpty();
+    }
+    // Into the data folder of a fresh TestEnv, before its first statement.
+    bool install() const
+    {
+        QFile file(DatabasePath());
+        return file.open(QIODevice::WriteOnly) && file.write(m_bytes) == m_bytes.size();
+    }
+
+private:
+    QByteArray m_bytes;
+};
+
+// The version of each form that the fixture generates: Rectificativa,
+// FechaRectificativa and ctrl.
+inline QStringList versionOf(const QString& form)
+{
+    static const QHash<QString, QStringList> rectifications = {
+        {"F2001", {"Verdadero", "15-03-2010", "1"}},
+        {"F978", {"Verdadero", "10-02-2010", "1"}},
+        {"F987", {"Verdadero", "25-02-2010", "1"}},
+        {"F988", {"Verdadero", "20-02-2010", "1"}}};
+    return rectifications.value(form, {"Falso", "0", "0"});
+}
+
+// The parameter string a form hands to the generation: the month apart from
+// the year, or "mm-yyyy" with no year when `anio` is empty.
+inline QString parameters(const QString& form, const QString& periodo = QStringLiteral("01"),
+                          const QString& anio = QStringLiteral("2010"))
+{
+    const QStringList v = versionOf(form);
+    const QString letter = v.at(0) == QLatin1String("Verdadero") ? "R" : "O";
+    return "Padron=" + kPadron + " - Objeto N° " + kObjeto + ";Periodo=" + periodo + ";" +
+           (anio.isEmpty() ? QString() : "Anio=" + anio + ";") + "Rectificativa=" + v.at(0) +
+           ";Codigo=" + kPadron + "012010" + kObjeto + letter + ";Formulario=" + form +
+           ";FechaRectificativa=" + v.at(1) + ";ctrl=" + v.at(2) + ";Nuevo=False;ConDatos=True;";
+}
+
+inline const QStringList kForms = {"F976", "F2001", "F977", "F978", "F985", "F987", "F986", "F988"};
+
+} // namespace OutputFixture

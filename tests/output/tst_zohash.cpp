@@ -1,0 +1,139 @@
+#include <QCryptographicHash>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include "output/Windows1252.h"
+#include "output/ZoHash.h"
+
+namespace {
+
+// A message of `length` bytes: the digits repeated.
+QByteArray message(int length)
+{
+    return QByteArray("0123456789").repeated(40).left(length);
+}
+
+QString published(const QByteArray& bytes)
+{
+    return QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex().toUpper();
+}
+
+} // namespace
+
+// The digest of declarations: the published MD5 wherever its feeding agrees
+// with it, and the stored digests' own values where it does not.
+class TstZoHash : public QObject
+{
+    Q_OBJECT
+    QTemporaryDir m_dir;
+    ZoHash hash;
+
+    QString file(const QString& name, const QByteArray& bytes)
+    {
+        QFile f(m_dir.filePath(name));
+        if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
+            qFatal("cannot write %s", qPrintable(name));
+        return f.fileName();
+    }
+
+private slots:
+    void agreesWithPublished_data()
+    {
+        QTest::addColumn<int>("length");
+        for (int length : {0, 1, 55, 57, 60, 63, 64, 65, 100, 119, 128, 183})
+            QTest::addRow("%d bytes", length) << length;
+    }
+    void agreesWithPublished()
+    {
+        QFETCH(int, length);
+        QCOMPARE(hash.DigestStrToHexStr(QString::fromLatin1(message(length))),
+                 published(message(length)));
+    }
+
+    // Values worked out by hand from the transform on the blocks the feeding
+    // leaves: at 56 (modulo 64) no 0x80 byte; past 120, with 57 to 63 bytes in
+    // the last block, the length takes the place of its bytes 56 to 63.
+    void departsFromPublished_data()
+    {
+        QTest::addColumn<int>("length");
+        QTest::addColumn<QString>("digest");
+        QTest::newRow("56 bytes") << 56 << "CE030CF1CC14C92276B6D4EF2C79DA6C";
+        QTest::newRow("120 bytes") << 120 << "C605C3C3A7B5695DCFB77E5DBDBB1F03";
+        QTest::newRow("248 bytes") << 248 << "737A15AD5A313AD76308075F10C15E53";
+        QTest::newRow("124 bytes") << 124 << "D985CCCA1DC2AC4E87D64E1D29F6FCAA";
+        QTest::newRow("127 bytes") << 127 << "AD0182F47C2CADC43DD5DA287A0D060F";
+        QTest::newRow("190 bytes") << 190 << "D86C8ABDA2D62421BDC31102D26A6CFD";
+    }
+    void departsFromPublished()
+    {
+        QFETCH(int, length);
+        QFETCH(QString, digest);
+        QCOMPARE(hash.DigestStrToHexStr(QString::fromLatin1(message(length))), digest);
+        QVERIFY(digest != published(message(length)));
+        // A file of a length that is not a multiple of 64 digests as its text.
+        QCOMPARE(hash.DigestFileToHexStr(file("m.bin", message(length))), digest);
+    }
+
+    void updatesInPieces()
+    {
+        hash.MD5Init();
+        const QByteArray bytes = message(150);
+        hash.MD5Update(30, bytes.mid(0, 30));
+        hash.MD5Update(0, QByteArray());
+        hash.MD5Update(40, bytes.mid(30, 40));
+        hash.MD5Update(80, bytes.mid(70));
+        QVERIFY(hash.MD5Final());
+        QCOMPARE(hash.GetValues(), published(bytes));
+    }
+
+    void filesOfWholeBlocks()
+    {
+        const QString empty = published({});
+        QCOMPARE(hash.DigestFileToHexStr(file("empty.bin", {})), empty);
+        // The last full block of a file never reaches the digest.
+        QCOMPARE(hash.DigestFileToHexStr(file("64.bin", message(64))), empty);
+        QByteArray other = message(192);
+        other.replace(130, 5, "XXXXX");
+        QCOMPARE(hash.DigestFileToHexStr(file("a.bin", message(192))), published(message(128)));
+        QCOMPARE(hash.DigestFileToHexStr(file("b.bin", other)), published(message(128)));
+
+        bool ok = true;
+        QCOMPARE(hash.DigestFileToHexStr(m_dir.filePath("none.bin"), &ok), QString());
+        QVERIFY(!ok);
+    }
+
+    void registers()
+    {
+        hash.MD5Init();
+        QCOMPARE(hash.RegisterA(), QString("1732584193"));
+        QCOMPARE(hash.RegisterB(), QString("-271733879"));
+        QCOMPARE(hash.GetValues(), QString("0123456789ABCDEFFEDCBA9876543210"));
+        QCOMPARE(hash.LongLeftRotate(qint32(0x80000001u), 1), 3);
+        QCOMPARE(hash.LongLeftRotate(0x12345678, 8), 0x34567812);
+    }
+
+    void ansiText_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::newRow("latin") << "Año Ñandú N°"
+                               << QByteArray("A\xF1o \xD1"
+                                             "and\xFA N\xB0");
+        QTest::newRow("typographic") << "€ – “a”"
+                                     << QByteArray("\x80 \x96 \x93"
+                                                   "a\x94");
+        QTest::newRow("ends of the table") << "Ÿ‚" << QByteArray("\x9F\x82");
+        QTest::newRow("undefined byte") << QString(QChar(0x81)) << QByteArray("\x81");
+        QTest::newRow("not in the code page") << "中x😀" << QByteArray("?x?");
+    }
+    void ansiText()
+    {
+        QFETCH(QString, text);
+        QFETCH(QByteArray, bytes);
+        QCOMPARE(ToWindows1252(text), bytes);
+        QCOMPARE(hash.DigestStrToHexStr(text), published(bytes));
+    }
+};
+
+QTEST_GUILESS_MAIN(TstZoHash)
+#include "tst_zohash.moc"
