@@ -1,14 +1,11 @@
 #pragma once
 
-#include "DetalleDialog.h"
+#include "DetalleActividad.h"
 
-// The detail dialog of F2001: one line of the declaration.
-class F2001_Detalle : public DetalleDialog
+// The line dialog of F2001: one activity of the PROCOM return.
+class F2001_Detalle : public DetalleActividad
 {
     Q_OBJECT
 public:
     F2001_Detalle();
-
-protected:
-    void design() override;
 };

@@ -1,5 +1,10 @@
 #include "F976_Detalle.h"
 
-F976_Detalle::F976_Detalle() : DetalleDialog(QStringLiteral("F976_Detalle")) {}
-
-void F976_Detalle::design() {}
+F976_Detalle::F976_Detalle()
+    : DetalleActividad(QStringLiteral("F976_Detalle"),
+                       {QStringLiteral("F976_Detalle"), QStringLiteral("F976"),
+                        QStringLiteral("txtAlicuota3"), false, false,
+                        QStringLiteral("El dato ingresado es incorrecto. Por favor verifique."),
+                        true})
+{
+}

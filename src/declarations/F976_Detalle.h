@@ -1,14 +1,11 @@
 #pragma once
 
-#include "DetalleDialog.h"
+#include "DetalleActividad.h"
 
-// The detail dialog of F976: one line of the declaration.
-class F976_Detalle : public DetalleDialog
+// The line dialog of F976: one activity of the general regime's return.
+class F976_Detalle : public DetalleActividad
 {
     Q_OBJECT
 public:
     F976_Detalle();
-
-protected:
-    void design() override;
 };

@@ -1,14 +1,11 @@
 #pragma once
 
-#include "DetalleDialog.h"
+#include "DetalleComprobante.h"
 
-// The detail dialog of F977: one line of the declaration.
-class F977_Detalle : public DetalleDialog
+// The receipt dialog of F977: one retention the taxpayer suffered.
+class F977_Detalle : public DetalleComprobante
 {
     Q_OBJECT
 public:
     F977_Detalle();
-
-protected:
-    void design() override;
 };

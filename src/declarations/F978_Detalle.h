@@ -1,14 +1,11 @@
 #pragma once
 
-#include "DetalleDialog.h"
+#include "DetalleComprobante.h"
 
-// The detail dialog of F978: one line of the declaration.
-class F978_Detalle : public DetalleDialog
+// The receipt dialog of F978: one perception the taxpayer suffered.
+class F978_Detalle : public DetalleComprobante
 {
     Q_OBJECT
 public:
     F978_Detalle();
-
-protected:
-    void design() override;
 };

@@ -1,14 +1,11 @@
 #pragma once
 
-#include "DetalleDialog.h"
+#include "DetalleComprobante.h"
 
-// The detail dialog of F985: one line of the declaration.
-class F985_Detalle : public DetalleDialog
+// The receipt dialog of F985: one retention the agent made.
+class F985_Detalle : public DetalleComprobante
 {
     Q_OBJECT
 public:
     F985_Detalle();
-
-protected:
-    void design() override;
 };

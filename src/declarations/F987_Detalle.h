@@ -1,14 +1,12 @@
 #pragma once
 
-#include "DetalleDialog.h"
+#include "DetalleComprobante.h"
 
-// The detail dialog of F987: one line of the declaration.
-class F987_Detalle : public DetalleDialog
+// The receipt dialog of F987: one perception the agent made; a stored type
+// is shown with its description from the catalogue.
+class F987_Detalle : public DetalleComprobante
 {
     Q_OBJECT
 public:
     F987_Detalle();
-
-protected:
-    void design() override;
 };

@@ -9,6 +9,7 @@
 #include "ZoAccess.h"
 #include "ZoParameterString.h"
 #include "declarations/Validar.h"
+#include "navigation/ZoForms.h"
 
 QString gAppPath;
 QString gSql;
@@ -66,5 +67,6 @@ void CloseDatabase()
     if (g_access)
         g_access->Dispose();
     g_access.reset();
+    ResetForms();
     SqliteDatabase::closeAll();
 }

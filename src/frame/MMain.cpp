@@ -10,6 +10,7 @@
 #include "database/RegionalGuard.h"
 #include "database/Schema.h"
 #include "database/Upgrade.h"
+#include "declarations/FormulariosDDJJ.h"
 
 bool Main(const QString& dataFolder)
 {
@@ -40,6 +41,7 @@ bool Main(const QString& dataFolder)
     InitBackupSettings();
     RunScheduledBackup(0);
     InitImportColumnNames();
+    RegistrarFormularios();
     gPrincipal().show(false);
     splash.unload();
     ui().setBusy(false);

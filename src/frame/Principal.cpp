@@ -5,6 +5,8 @@
 #include "UiPort.h"
 #include "ZoAccess.h"
 #include "backup/Backup.h"
+#include "navigation/ContribuyentesDatos.h"
+#include "registry/Contribuyentes.h"
 #include "frmAbout.h"
 
 namespace {
@@ -113,14 +115,31 @@ void Principal::openListedTaxpayer(int index)
         Sq(cuit) + u'\'');
     if (id == -1)
         return;
-    Q_UNUSED(name);
-    // the taxpayer's declaration tree opens here
+    openTaxpayerData(id, name, cuit);
     FillMenu();
+}
+
+void Principal::openTaxpayerData(int id, const QString& name, const QString& cuit)
+{
+    ContribuyentesDatos datos;
+    datos.IdContribuyente = id;
+    datos.NombreContribuyente = name;
+    datos.CuitContribuyente = cuit;
+    datos.show(true);
 }
 
 void Principal::openNewTaxpayer()
 {
-    // the taxpayer dialog opens here in new mode
+    Contribuyentes dialog;
+    dialog.NewRecord = true;
+    dialog.Id.clear();
+    dialog.show(true);
+    FillMenu();
+    if (!dialog.Saved)
+        return;
+    const QString cuit = gAccess().GetString(
+        QStringLiteral("SELECT Cuit FROM Contribuyentes WHERE idContribuyente = ") + dialog.Id);
+    openTaxpayerData(dialog.Id.toInt(), dialog.GetNombre, cuit);
     FillMenu();
 }
 

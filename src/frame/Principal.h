@@ -26,6 +26,7 @@ private:
     void designMenu();
     void openListedTaxpayer(int index);
     void openNewTaxpayer();
+    void openTaxpayerData(int id, const QString& name, const QString& cuit);
     void openManual();
     void showAbout();
 };

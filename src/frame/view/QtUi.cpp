@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDesktopServices>
+#include <QDialog>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFileDialog>
@@ -92,6 +93,16 @@ QWidget* OpenView(Controller& window)
         guarded->close();
         guarded->deleteLater();
     });
+    // Escape in a dialog hides it without a close event: treat it as the
+    // close box, which the controller may refuse.
+    if (auto* dialog = qobject_cast<QDialog*>(view)) {
+        QObject::connect(dialog, &QDialog::rejected, &window, [guarded, &window] {
+            if (!window.isLoaded() || !window.isShown())
+                return;
+            if (!window.closeByUser() && guarded)
+                guarded->show();
+        });
+    }
     window.setShown(true);
     return view;
 }

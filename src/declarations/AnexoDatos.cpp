@@ -1,0 +1,26 @@
+#include "AnexoDatos.h"
+
+DefinicionFormulario DefinicionAnexo(const QString& id, const QString& caption,
+                                     const QString& captionTotal, const QStringList& columnas,
+                                     const QStringList& titulos)
+{
+    DefinicionFormulario d;
+    d.id = id;
+    d.caption = caption;
+    d.tabla = id;
+    d.tablaDetalle = id + QStringLiteral("_Detalle");
+    d.tablaPruebaAgregar = d.tablaDetalle;
+    d.columnasGrilla = columnas;
+    d.titulosGrilla = titulos;
+    d.columnasDerecha = {int(columnas.size()) - 1};
+    d.columnasUltimo = int(columnas.size());
+    d.tituloMonto = QStringLiteral("Mensaje");
+    d.mensajeMonto = QStringLiteral("El dato ingresado es incorrecto. Por favor verifique.-");
+    d.campos = {
+        {QStringLiteral("txtTransporte"), QStringLiteral("Transporte"),
+         QStringLiteral("Transporte"), TipoCampo::Ingresado},
+        {QStringLiteral("txtTotalPercepciones"), captionTotal, QStringLiteral("TotalPercepciones"),
+         TipoCampo::Derivado},
+    };
+    return d;
+}

@@ -1,0 +1,23 @@
+#include "FormulariosDDJJ.h"
+
+#include "F2001.h"
+#include "F976.h"
+#include "F977.h"
+#include "F978.h"
+
+namespace {
+
+template <class Form> void registrar(const char* id)
+{
+    RegisterDeclarationForm(QString::fromLatin1(id), [] { return std::make_unique<Form>(); });
+}
+
+} // namespace
+
+void RegistrarFormularios()
+{
+    registrar<F976>("F976");
+    registrar<F2001>("F2001");
+    registrar<F977>("F977");
+    registrar<F978>("F978");
+}

@@ -1,0 +1,502 @@
+#include "DetailImporter.h"
+
+#include <QRegularExpression>
+#include <cmath>
+
+#include "Field.h"
+#include "Globals.h"
+#include "Numbers.h"
+#include "SpreadsheetReader.h"
+#include "SqlText.h"
+#include "TextLineReader.h"
+#include "Tovak.h"
+#include "UiPort.h"
+#include "Util.h"
+#include "ZoAccess.h"
+#include "ZoImport.h"
+
+namespace {
+
+const QStringList kAlicuotas = {
+    QStringLiteral("0,60"), QStringLiteral("0,43"), QStringLiteral("1,20"), QStringLiteral("2,00"),
+    QStringLiteral("2,40"), QStringLiteral("3,60"), QStringLiteral("6,00"),
+};
+
+// Lines are written a few hundred to a statement: one statement a line would
+// spend more on the statement than on the line.
+constexpr int kFilasPorLote = 200;
+constexpr qsizetype kLargoDeLote = 1 << 20;
+
+const QString kContinuar = QStringLiteral("¿Continuar con la lectura del archivo?");
+
+// Columns of the inserts, in the order of the values.
+const QStringList kColumnasActividad = {
+    QStringLiteral("Codigo"),
+    QStringLiteral("FechaRectificativa"),
+    QStringLiteral("CodigoDetalle"),
+    QStringLiteral("TipoActividad"),
+    QStringLiteral("CodigoActividad"),
+    QStringLiteral("BaseImponible"),
+    QStringLiteral("Alicuota"),
+    QStringLiteral("Impuesto"),
+    QStringLiteral("ctrl"),
+};
+
+bool esVerdadero(const QString& text)
+{
+    const QString t = text.trimmed();
+    return t.compare(QLatin1String("True"), Qt::CaseInsensitive) == 0 ||
+           t.compare(QLatin1String("Verdadero"), Qt::CaseInsensitive) == 0;
+}
+
+// The declaration's rectification date as the detail rows carry it.
+QString fechaDeLinea(const QString& value)
+{
+    const QString t = value.trimmed();
+    if (t.isEmpty() || t == QLatin1String("0") || t == QLatin1String("__-__-____") ||
+        t.compare(QLatin1String("NO"), Qt::CaseInsensitive) == 0)
+        return QStringLiteral("0");
+    const QDate day = TextToDate(t);
+    return day.isValid() ? day.toString(QStringLiteral("dd-MM-yyyy")) : t.left(10);
+}
+
+qint64 centavos(const QString& amount)
+{
+    return qRound64(TextToDouble(amount) * 100.0);
+}
+
+bool soloDigitos(const QString& text)
+{
+    if (text.isEmpty())
+        return false;
+    return std::all_of(text.begin(), text.end(), [](QChar c) { return c >= u'0' && c <= u'9'; });
+}
+
+// A figure padded with zeros to `width` digits, as the "000..." pattern does;
+// any other text stays as it is.
+QString ceros(const QString& text, int width)
+{
+    const QString t = text.trimmed();
+    return soloDigitos(t) ? t.rightJustified(width, u'0') : t;
+}
+
+} // namespace
+
+DetailImporter::DetailImporter(const ImportRule& rule, const QString& parametros, int mes, int anio,
+                               Field* progress)
+    : m_rule(rule), m_progress(progress)
+{
+    const QString padron = ReadParameter(parametros, QStringLiteral("Padron"));
+    m_padron = padron.left(13);
+    m_objeto = padron.mid(26, 13);
+    m_periodo = ReadParameter(parametros, QStringLiteral("Periodo"));
+    m_anioParam = ReadParameter(parametros, QStringLiteral("Anio"));
+    const bool largo = m_periodo.size() > 2;
+    m_mes = mes > 0 ? mes : m_periodo.left(2).toInt();
+    m_anio = anio > 0 ? anio : (largo ? m_periodo.right(4) : m_anioParam).toInt();
+    m_rectificativa = esVerdadero(ReadParameter(parametros, QStringLiteral("Rectificativa")));
+    m_fecha = fechaDeLinea(ReadParameter(parametros, QStringLiteral("FechaRectificativa")));
+    m_ctrl = ReadParameter(parametros, QStringLiteral("ctrl")).trimmed();
+    if (m_ctrl.isEmpty())
+        m_ctrl = QStringLiteral("0");
+    m_codigo = ReadParameter(parametros, QStringLiteral("Codigo")).trimmed();
+    if (m_codigo.size() != 33)
+        m_codigo = m_padron + QStringLiteral("%1").arg(m_mes, 2, 10, QChar(u'0')) +
+                   QString::number(m_anio) + m_objeto + (m_rectificativa ? u'R' : u'O');
+}
+
+// --- Reading ------------------------------------------------------------------
+
+bool DetailImporter::ImportarTexto(const QString& path)
+{
+    m_origen = Origen::Texto;
+    m_tabla = m_rule.tablaTexto;
+    TextLineReader reader;
+    if (!reader.open(path)) {
+        MsgBox(reader.errorText(), Msg::Information);
+        return false;
+    }
+    if (m_progress) {
+        m_progress->setMinimum(0);
+        m_progress->setMaximum(int(qMin<qint64>(reader.lineCount(), INT_MAX)));
+        m_progress->setValue(0);
+        m_progress->setVisible(true);
+    }
+    comenzar();
+    QString line;
+    while (reader.next(line)) {
+        ++m_linea;
+        avanzar();
+        if (ZoImport::Detenido()) {
+            confirmar();
+            return false;
+        }
+        const QStringList campos = line.split(u'@');
+        const QString tipo = campos.first().trimmed();
+        Paso paso = Paso::Sigue;
+        if (tipo == u"1") {
+            paso = m_rule.familia == ImportFamily::Agentes ? cabeceraAgente(campos)
+                                                           : cabeceraDeclaracion(campos);
+            m_conCabecera = paso == Paso::Sigue;
+        } else if (tipo == u"2") {
+            paso = m_conCabecera ? detalleTexto(campos)
+                                 : detener(QStringLiteral("Archivo incorrecto, falta el registro "
+                                                          "de cabecera."));
+        } else if (tipo == u"3" && m_rule.familia == ImportFamily::Agentes) {
+            paso = m_conCabecera ? pie(campos)
+                                 : detener(QStringLiteral("Archivo incorrecto, falta el registro "
+                                                          "de cabecera."));
+        }
+        if (paso == Paso::Detiene)
+            return false;
+    }
+    confirmar();
+    if (!m_conCabecera) {
+        MsgBox(QStringLiteral("El archivo no contiene registros para importar. Verifique que sea "
+                              "un archivo de importación del formulario ") +
+                   m_rule.formulario + u'.',
+               Msg::Information);
+        return false;
+    }
+    if (m_rule.familia == ImportFamily::Agentes && !m_conPie) {
+        MsgBox(QStringLiteral("El archivo no tiene el registro de totales al final. Por favor "
+                              "verifique."),
+               Msg::Information);
+        return false;
+    }
+    return true;
+}
+
+bool DetailImporter::ImportarHoja(const QString& path, bool encabezado)
+{
+    m_origen = Origen::Hoja;
+    m_tabla = m_rule.tablaHoja;
+    const auto reader = SpreadsheetReader::ForFile(path);
+    if (!reader || !reader->read(path)) {
+        MsgBox(QStringLiteral("No se pudo abrir el archivo de Excel:\n") + path +
+                   (reader ? QStringLiteral("\n") + reader->errorText() : QString()),
+               Msg::Information, QStringLiteral("Importar archivo de Excel"));
+        return false;
+    }
+    if (!ZoImport::VerificarColumnas(reader->rows(), reader->columnCount(), encabezado,
+                                     m_rule.columnas))
+        return false;
+    const auto& rows = reader->rows();
+    const int first = encabezado ? 1 : 0;
+    if (m_progress) {
+        m_progress->setMinimum(0);
+        m_progress->setMaximum(int(qMax<qsizetype>(0, rows.size() - first)));
+        m_progress->setValue(0);
+        m_progress->setVisible(true);
+    }
+    comenzar();
+    for (qsizetype r = first; r < rows.size(); ++r) {
+        ++m_linea;
+        avanzar();
+        if (ZoImport::Detenido()) {
+            confirmar();
+            return false;
+        }
+        const QStringList& celdas = rows.at(r);
+        if (std::all_of(celdas.begin(), celdas.end(),
+                        [](const QString& c) { return c.trimmed().isEmpty(); }))
+            continue;
+        QStringList linea = m_rule.familia == ImportFamily::Actividades
+                                ? celdas.mid(0, 5)
+                                : comprobanteDeColumnas(celdas, 0);
+        if (detalle(linea) == Paso::Detiene)
+            return false;
+    }
+    confirmar();
+    return true;
+}
+
+void DetailImporter::avanzar()
+{
+    if (m_progress && m_progress->maximum() > 0) {
+        const qint64 step = qMax<qint64>(1, m_progress->maximum() / 200);
+        if (m_linea % step == 0 || m_linea >= m_progress->maximum())
+            m_progress->setValue(int(qMin<qint64>(m_linea, m_progress->maximum())));
+    }
+    // Pending events run often enough for the window to stay alive, and not
+    // at every line, which would cost more than the line itself.
+    if (!m_desdeYield.isValid() || m_desdeYield.elapsed() >= 30) {
+        ui().yield();
+        m_desdeYield.restart();
+    }
+}
+
+// --- Messages and the transaction ---------------------------------------------
+
+void DetailImporter::comenzar()
+{
+    m_transaccion = gAccess().BeginTrans();
+}
+
+void DetailImporter::confirmar()
+{
+    escribirLote();
+    if (m_transaccion)
+        gAccess().CommitTrans();
+    m_transaccion = false;
+}
+
+DetailImporter::Paso DetailImporter::detener(const QString& texto)
+{
+    confirmar();
+    const QString prefijo = m_origen == Origen::Texto ? QStringLiteral("Error en línea ")
+                                                      : QStringLiteral("Error en fila ");
+    MsgBox(prefijo + QString::number(m_linea) + u'\n' + texto, Msg::Information);
+    return Paso::Detiene;
+}
+
+bool DetailImporter::preguntar(const QString& texto, const QString& pregunta)
+{
+    confirmar();
+    const QString prefijo = m_origen == Origen::Texto ? QStringLiteral("Error en línea ")
+                                                      : QStringLiteral("Error en fila ");
+    const bool si = MsgBox(prefijo + QString::number(m_linea) + u'\n' + texto + u'\n' + pregunta,
+                           Msg::YesNo + Msg::Information) == Msg::Yes;
+    comenzar();
+    return si;
+}
+
+// --- Header and trailer records ----------------------------------------------
+
+QString DetailImporter::periodoArchivo() const
+{
+    if (m_periodo.size() == 7)
+        return QString(m_periodo).remove(u'-');
+    return m_periodo + m_anioParam;
+}
+
+DetailImporter::Paso DetailImporter::cabeceraDeclaracion(const QStringList& campos)
+{
+    const QString codigo = campos.value(1).trimmed();
+    const QString formulario = campos.value(2).trimmed();
+    if (codigo.left(13) != m_padron)
+        return detener(QStringLiteral("Número de Padrón incorrecto en Archivo"));
+    if (codigo.mid(13, 6) != periodoArchivo())
+        return detener(QStringLiteral("Periodo incorrecto en Archivo"));
+    if (codigo.size() < 14 || codigo.mid(codigo.size() - 14, 13) != m_objeto)
+        return detener(QStringLiteral("Número de Objeto incorrecto en Archivo"));
+    if (tipoDeclaracion(codigo.right(1) == u"R") == Paso::Detiene)
+        return Paso::Detiene;
+    if (formulario != m_rule.formulario)
+        return detener(QStringLiteral("Archivo incorrecto, el archivo que desea importar "
+                                      "pertenece a un formulario ") +
+                       formulario);
+    m_codigoArchivo = codigo;
+    return Paso::Sigue;
+}
+
+DetailImporter::Paso DetailImporter::cabeceraAgente(const QStringList& campos)
+{
+    const QString formulario = campos.value(1).trimmed();
+    if (formulario != m_rule.formulario)
+        return detener(QStringLiteral("Archivo incorrecto, el archivo que desea importar "
+                                      "pertenece a un formulario ") +
+                       formulario);
+    if (tipoDeclaracion(campos.value(2).trimmed() == u"R") == Paso::Detiene)
+        return Paso::Detiene;
+    bool ok = false;
+    const int mes = campos.value(3).trimmed().toInt(&ok);
+    if (!ok || mes != m_mes)
+        return detener(QStringLiteral("Periodo incorrecto en Archivo"));
+    const int anio = campos.value(4).trimmed().toInt(&ok);
+    if (!ok || anio != m_anio)
+        return detener(QStringLiteral("Año incorrecto en Archivo"));
+    const QString cuit = gAccess().GetString(
+        QStringLiteral("SELECT cuit FROM tPadronesComerciales WHERE padron = '") + Sq(m_padron) +
+        QStringLiteral("' AND objeto = '") + Sq(m_objeto) + u'\'');
+    const QString delArchivo = QString(campos.value(5)).remove(u'-').trimmed();
+    if (delArchivo.isEmpty() || delArchivo != QString(cuit).remove(u'-').trimmed())
+        return detener(QStringLiteral("CUIT incorrecto en Archivo"));
+    return Paso::Sigue;
+}
+
+DetailImporter::Paso DetailImporter::tipoDeclaracion(bool rectificativa)
+{
+    if (rectificativa && !m_rectificativa)
+        return detener(QStringLiteral("Archivo incorrecto, el archivo que desea importar es una "
+                                      "Rectificativa"));
+    if (!rectificativa && m_rectificativa)
+        return detener(QStringLiteral("Archivo incorrecto, el archivo que desea importar es un "
+                                      "Original"));
+    return Paso::Sigue;
+}
+
+DetailImporter::Paso DetailImporter::pie(const QStringList& campos)
+{
+    m_conPie = true;
+    bool ok = false;
+    const qint64 cantidad = campos.value(1).trimmed().toLongLong(&ok);
+    if (!ok || cantidad != m_linea - 2)
+        return detener(QStringLiteral("La cantidad de elementos en el detalle no coincide con la "
+                                      "cantidad especificada al final del archivo. Por favor "
+                                      "verifique."));
+    const QString total = NormalizeAmount(campos.value(2).trimmed());
+    if (!IsNumericText(total) || centavos(total) != m_sumaCentavos)
+        return detener(QStringLiteral("La suma de los importes en el detalle no coincide con el "
+                                      "total especificado al final del archivo."));
+    return Paso::Sigue;
+}
+
+// --- Detail lines --------------------------------------------------------------
+
+QStringList DetailImporter::comprobanteDeColumnas(const QStringList& celdas, int desde) const
+{
+    QStringList linea = celdas.mid(desde);
+    if (!m_rule.conTipo)
+        linea.insert(Tipo, QString());
+    while (linea.size() < Importe + 1)
+        linea.append(QString());
+    return linea;
+}
+
+DetailImporter::Paso DetailImporter::detalleTexto(const QStringList& campos)
+{
+    switch (m_rule.familia) {
+    case ImportFamily::Actividades: return detalle(campos.mid(1));
+    case ImportFamily::Agentes: return detalle(comprobanteDeColumnas(campos, 1));
+    case ImportFamily::Anexos: break;
+    }
+    // A line of another declaration: Yes leaves it out and reads on.
+    if (campos.value(1).trimmed() != m_codigoArchivo)
+        return preguntar(QStringLiteral("Código no coincide con cabecera."), kContinuar)
+                   ? Paso::Sigue
+                   : Paso::Detiene;
+    return detalle(comprobanteDeColumnas(campos, 2));
+}
+
+DetailImporter::Paso DetailImporter::detalle(QStringList linea)
+{
+    return m_rule.familia == ImportFamily::Actividades ? actividad(std::move(linea))
+                                                       : comprobante(std::move(linea));
+}
+
+DetailImporter::Paso DetailImporter::actividad(QStringList linea)
+{
+    while (linea.size() < Impuesto + 1)
+        linea.append(QString());
+    escribirLote();
+    const QString existentes = gAccess().GetString(
+        QStringLiteral("SELECT count(*) FROM ") + m_tabla + QStringLiteral(" WHERE Codigo = '") +
+        Sq(m_codigo) + QStringLiteral("' AND FECHARECTIFICATIVA = '") + Sq(m_fecha) +
+        QStringLiteral("' AND ctrl = '") + Sq(m_ctrl) + u'\'');
+    if (existentes.toInt() >= 4)
+        return detener(QStringLiteral("El formulario ") + m_rule.formulario +
+                       QStringLiteral(" no puede contener mas de 4 registros en el detalle"));
+    const QString base = NormalizeAmount(linea.at(Base).trimmed());
+    const QString impuesto = NormalizeAmount(linea.at(Impuesto).trimmed());
+    QString alicuota = linea.at(Alicuota).trimmed();
+    // A number cell of a sheet reads with "." as its decimal; it stands for the
+    // rate the person sees in the regional form.
+    static const QRegularExpression numeroDeHoja(QStringLiteral("^\\d+(\\.\\d+)?$"));
+    if (m_origen == Origen::Hoja && numeroDeHoja.match(alicuota).hasMatch())
+        alicuota = NormalizeAmount(alicuota);
+    if (!kAlicuotas.contains(alicuota))
+        return preguntar(QStringLiteral("El valor de alícuota no es válido"), kContinuar)
+                   ? Paso::Sigue
+                   : Paso::Detiene;
+    const double calculado = RoundDecimal(TextToDouble(base) * TextToDouble(alicuota) / 100.0, 2);
+    if (qRound64(calculado * 100.0) != centavos(impuesto) &&
+        !preguntar(QStringLiteral("El valor del impuesto no es el mismo que el valor calculado "
+                                  "(Base Imponible * Alícuota)"),
+                   QStringLiteral("¿Ignorar el error?")))
+        return Paso::Sigue;
+    insertar(kColumnasActividad, {m_codigo, m_fecha, siguienteDetalle(), linea.at(TipoActividad),
+                                  linea.at(CodigoActividad), base, alicuota, impuesto, m_ctrl});
+    return Paso::Sigue;
+}
+
+DetailImporter::Paso DetailImporter::comprobante(QStringList linea)
+{
+    const QString fecha = linea.at(Fecha).trimmed();
+    const bool conPeriodo = m_origen == Origen::Hoja || m_rule.familia == ImportFamily::Agentes;
+    const QString formato =
+        m_origen == Origen::Hoja
+            ? QStringLiteral("Formato de fecha incorrecto. El mismo debe ser DD-MM-YYYY.")
+            : m_rule.fechaTexto;
+    if (!ZoImport::EsFecha(fecha))
+        return detener(formato);
+    if (conPeriodo && !ZoImport::FechaPeriodo(fecha, m_mes, m_anio))
+        return detener(QStringLiteral("Fecha incorrecta, posterior al periodo."));
+    if (!ZoImport::EsCuitValido(linea.at(Cuit)))
+        return detener(QStringLiteral("El CUIT informado no es válido. Verifique."));
+    const QString importe = NormalizeAmount(linea.at(Importe).trimmed());
+    const QString tipo = linea.at(Tipo).trimmed();
+    const qint64 monto = centavos(importe);
+    m_sumaCentavos += tipo.startsWith(QLatin1String("NC")) ? -monto : monto;
+
+    QStringList columnas = {QStringLiteral("Codigo"), QStringLiteral("FechaRectificativa"),
+                            QStringLiteral("CodigoDetalle"), QStringLiteral("Fecha")};
+    QStringList valores = {m_codigo, m_fecha, siguienteDetalle(), fecha};
+    if (m_rule.conTipo) {
+        columnas << QStringLiteral("TipoComprobante");
+        valores << tipoGuardado(tipo);
+    }
+    columnas << QStringLiteral("NroComprobante") << QStringLiteral("Denominacion")
+             << QStringLiteral("Cuit") << QStringLiteral("Padron")
+             << QStringLiteral("ImportePercibido") << QStringLiteral("ctrl");
+    valores << ceros(linea.at(Numero), 15) << linea.at(Denominacion)
+            << FormatCuit(QString(linea.at(Cuit)).remove(u'-').trimmed())
+            << ceros(linea.at(Padron), 13) << importe << m_ctrl;
+    insertar(columnas, valores);
+    return Paso::Sigue;
+}
+
+// --- Storing -------------------------------------------------------------------
+
+QString DetailImporter::siguienteDetalle()
+{
+    // The maximum is read once; the import is the only writer meanwhile, so
+    // counting on from it gives the numbers a MAX per line would.
+    if (m_proximo < 0) {
+        const QString maximo =
+            gAccess().GetString(QStringLiteral("SELECT MAX(CODIGODETALLE) as maximo FROM ") +
+                                m_tabla + QStringLiteral(" WHERE CODIGO = '") + Sq(m_codigo) +
+                                QStringLiteral("' AND FECHARECTIFICATIVA = '") + Sq(m_fecha) +
+                                QStringLiteral("' AND ctrl = '") + Sq(m_ctrl) + u'\'');
+        m_proximo = (maximo.isEmpty() || maximo == u"-1") ? 1 : qint64(Val(maximo)) + 1;
+    }
+    return QStringLiteral("%1").arg(m_proximo++, 4, 10, QChar(u'0'));
+}
+
+QString DetailImporter::tipoGuardado(const QString& tipo)
+{
+    const QString codigo = tipo.left(4);
+    auto it = m_comprobantes.constFind(codigo);
+    if (it == m_comprobantes.constEnd())
+        it = m_comprobantes.insert(
+            codigo, gAccess().GetString(
+                        QStringLiteral("SELECT descripcion FROM tComprobantes WHERE valor = '") +
+                        Sq(codigo) + u'\''));
+    return codigo + QStringLiteral(" - ") + it.value();
+}
+
+void DetailImporter::insertar(const QStringList& columnas, const QStringList& valores)
+{
+    const QString cabecera = QStringLiteral("INSERT INTO ") + m_tabla + QStringLiteral(" (") +
+                             columnas.join(u',') + QStringLiteral(") VALUES ");
+    if (cabecera != m_loteCabecera)
+        escribirLote();
+    m_loteCabecera = cabecera;
+    m_lote += m_loteFilas == 0 ? QStringLiteral("('") : QStringLiteral(",('");
+    for (int i = 0; i < valores.size(); ++i) {
+        if (i > 0)
+            m_lote += QStringLiteral("','");
+        m_lote += Sq(valores.at(i));
+    }
+    m_lote += QStringLiteral("')");
+    if (++m_loteFilas >= kFilasPorLote || m_lote.size() > kLargoDeLote)
+        escribirLote();
+}
+
+void DetailImporter::escribirLote()
+{
+    if (m_loteFilas > 0)
+        gAccess().Execute(m_loteCabecera + m_lote);
+    m_lote.clear();
+    m_loteFilas = 0;
+}

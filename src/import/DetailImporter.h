@@ -1,0 +1,87 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QHash>
+#include <QString>
+#include <QStringList>
+
+#include "ImportRule.h"
+
+class Field;
+
+// The engine shared by the twelve import rules: it knows the declaration at
+// hand, reads a text file or a spreadsheet's rows, checks each line as its
+// form's family demands, and inserts it into the detail table. A message
+// with the information icon ends the import at that line; the lines inserted
+// before it stay. The inserts are grouped in a transaction for speed only:
+// it is committed before any message is shown and at the end.
+class DetailImporter
+{
+public:
+    DetailImporter(const ImportRule& rule, const QString& parametros, int mes, int anio,
+                   Field* progress);
+
+    // The text rule of the form; false when it stopped or could not read.
+    bool ImportarTexto(const QString& path);
+    // The spreadsheet rule of the form; false when it stopped or could not read.
+    bool ImportarHoja(const QString& path, bool encabezado);
+
+    // The fields of a detail line in the order of the activity insert, or of
+    // the annex insert (TipoComprobante empty where the form has none).
+    enum Actividad { CodigoActividad, TipoActividad, Base, Alicuota, Impuesto };
+    enum Comprobante { Fecha, Tipo, Numero, Denominacion, Cuit, Padron, Importe };
+
+private:
+    enum class Origen { Texto, Hoja };
+    enum class Paso { Sigue, Detiene };
+
+    // Declaration at hand.
+    QString periodoArchivo() const;
+    // Messages: the line's prefix, the text; questions answered Yes or No.
+    Paso detener(const QString& texto);
+    bool preguntar(const QString& texto, const QString& pregunta);
+    void comenzar();
+    void confirmar();
+    void avanzar();
+
+    Paso cabeceraDeclaracion(const QStringList& campos);
+    Paso cabeceraAgente(const QStringList& campos);
+    Paso tipoDeclaracion(bool rectificativa);
+    Paso pie(const QStringList& campos);
+    Paso detalleTexto(const QStringList& campos);
+    Paso detalle(QStringList linea);
+    Paso actividad(QStringList linea);
+    Paso comprobante(QStringList linea);
+    QStringList comprobanteDeColumnas(const QStringList& celdas, int desde) const;
+
+    QString siguienteDetalle();
+    QString tipoGuardado(const QString& tipo);
+    // Lines wait in a batch that is written before any message, before the
+    // lines are counted, and at the end.
+    void insertar(const QStringList& columnas, const QStringList& valores);
+    void escribirLote();
+
+    const ImportRule& m_rule;
+    Origen m_origen = Origen::Texto;
+    QString m_tabla;
+    QString m_padron, m_objeto, m_codigo, m_fecha, m_ctrl;
+    bool m_rectificativa = false;
+    int m_mes = 0;
+    int m_anio = 0;
+    QString m_periodo;   // the parameter's Periodo
+    QString m_anioParam; // the parameter's Anio
+    Field* m_progress = nullptr;
+
+    qint64 m_linea = 0; // number of the line or row in hand
+    bool m_conCabecera = false;
+    bool m_conPie = false;
+    QString m_codigoArchivo; // the header's row code (annexes)
+    qint64 m_sumaCentavos = 0;
+    qint64 m_proximo = -1; // next CodigoDetalle, read once
+    bool m_transaccion = false;
+    QString m_loteCabecera;
+    QString m_lote;
+    int m_loteFilas = 0;
+    QHash<QString, QString> m_comprobantes;
+    QElapsedTimer m_desdeYield;
+};

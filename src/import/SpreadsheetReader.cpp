@@ -1,0 +1,100 @@
+#include "SpreadsheetReader.h"
+
+#include <QDate>
+#include <QFileInfo>
+#include <QLocale>
+#include <cmath>
+
+#include "XlsReader.h"
+#include "XlsxReader.h"
+
+namespace {
+
+// Cells beyond these bounds are not detail lines of any form; a damaged file
+// that claims more must not make the reader allocate without end.
+constexpr int kMaxColumns = 256;
+constexpr int kMaxRows = 1048576;
+
+} // namespace
+
+std::unique_ptr<SpreadsheetReader> SpreadsheetReader::ForFile(const QString& path)
+{
+    const QString name = QFileInfo(path).fileName().toLower();
+    if (name.endsWith(u's'))
+        return std::make_unique<XlsReader>();
+    if (name.endsWith(u'x'))
+        return std::make_unique<XlsxReader>();
+    return nullptr;
+}
+
+bool SpreadsheetReader::read(const QString& path)
+{
+    m_rows.clear();
+    m_columns = 0;
+    m_error.clear();
+    if (!QFileInfo(path).isFile()) {
+        fail(QStringLiteral("El archivo no existe."));
+        return false;
+    }
+    if (!readFirstSheet(path)) {
+        m_rows.clear();
+        m_columns = 0;
+        if (m_error.isEmpty())
+            fail(QStringLiteral("El archivo no es una hoja de cálculo válida."));
+        return false;
+    }
+    // Rows after the last value are formatting, not data.
+    while (!m_rows.isEmpty()) {
+        const QStringList& last = m_rows.constLast();
+        const bool empty = std::all_of(last.begin(), last.end(),
+                                       [](const QString& c) { return c.trimmed().isEmpty(); });
+        if (!empty)
+            break;
+        m_rows.removeLast();
+    }
+    for (QStringList& row : m_rows) {
+        while (!row.isEmpty() && row.constLast().trimmed().isEmpty())
+            row.removeLast();
+        m_columns = qMax(m_columns, int(row.size()));
+    }
+    for (QStringList& row : m_rows)
+        while (row.size() < m_columns)
+            row.append(QString());
+    return true;
+}
+
+void SpreadsheetReader::setCell(int row, int col, const QString& text)
+{
+    if (row < 0 || col < 0 || row >= kMaxRows || col >= kMaxColumns || text.isEmpty())
+        return;
+    if (m_rows.size() <= row)
+        m_rows.resize(row + 1);
+    QStringList& cells = m_rows[row];
+    while (cells.size() <= col)
+        cells.append(QString());
+    cells[col] = text;
+}
+
+QString SpreadsheetReader::NumberText(double value)
+{
+    if (!std::isfinite(value))
+        return QString();
+    if (value == 0)
+        return QStringLiteral("0");
+    return QString::number(value, 'f', QLocale::FloatingPointShortest);
+}
+
+QString SpreadsheetReader::SerialDateText(double serial, bool epoch1904)
+{
+    if (!std::isfinite(serial) || serial < 0 || serial > 2958465)
+        return NumberText(serial);
+    const qint64 days = qint64(std::floor(serial));
+    QDate date;
+    if (epoch1904)
+        date = QDate(1904, 1, 1).addDays(days);
+    else if (days < 60) // the days before the calendar's phantom 29-02-1900
+        date = QDate(1899, 12, 31).addDays(days);
+    else
+        date = QDate(1899, 12, 30).addDays(days);
+    return date.toString(QStringLiteral("dd-MM-yyyy"));
+}

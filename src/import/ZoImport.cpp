@@ -1,0 +1,193 @@
+#include "ZoImport.h"
+
+#include <QFileInfo>
+
+#include "Controller.h"
+#include "DetailImporter.h"
+#include "Field.h"
+#include "Globals.h"
+#include "ImportRule.h"
+#include "Tovak.h"
+#include "UiPort.h"
+#include "Util.h"
+
+namespace {
+
+const QString kAtencion = QStringLiteral("¡Atención!");
+
+// The command buttons and grids of a form, disabled for the length of an
+// import and given back their own state afterwards.
+class FormLock
+{
+public:
+    FormLock(Controller* form, bool active)
+    {
+        if (!form || !active)
+            return;
+        for (Field* f : form->fields())
+            if (f->kind() == FieldKind::Button || f->kind() == FieldKind::Grid) {
+                m_saved.append({f, f->enabled()});
+                f->setEnabled(false);
+            }
+    }
+    ~FormLock()
+    {
+        for (const auto& [field, enabled] : m_saved)
+            field->setEnabled(enabled);
+    }
+
+private:
+    QVector<QPair<Field*, bool>> m_saved;
+};
+
+QString letra(int column)
+{
+    return QString(QChar(u'A' + column));
+}
+
+QString sinAcentos(const QString& name)
+{
+    if (gImportNames.isEmpty())
+        InitImportColumnNames();
+    const int i = int(gImportNames.indexOf(name));
+    return i >= 0 ? gImportNamesPlain.value(i, name) : name;
+}
+
+} // namespace
+
+QString& ZoImport::CarpetaAnterior()
+{
+    static QString folder;
+    if (folder.isEmpty())
+        folder = gAppPath;
+    return folder;
+}
+
+QString ZoImport::Filtro()
+{
+    return QStringLiteral("Archivo de Texto (*.txt);;Hoja de cálculo de Excel (*.xls *.xlsx);;"
+                          "Todos los archivos (*)");
+}
+
+bool ZoImport::elegirArchivo(QString& path)
+{
+    path = Path;
+    if (path.isEmpty()) {
+        path = ui().chooseOpenFile(QStringLiteral("Buscar Archivo"), Filtro(), CarpetaAnterior());
+        if (path.isEmpty())
+            return false;
+        const int cut = int(qMax(path.lastIndexOf(u'/'), path.lastIndexOf(u'\\')));
+        if (cut > 0)
+            CarpetaAnterior() = path.left(cut);
+    }
+    return true;
+}
+
+bool ZoImport::Importar(QString& parametros, bool controls)
+{
+    s_detener = false;
+    QString path;
+    if (!elegirArchivo(path))
+        return false;
+    const ImportRule* rule = ImportRule::Find(
+        IdFormulario.isEmpty() ? ReadParameter(parametros, QStringLiteral("Formulario"))
+                               : IdFormulario);
+    if (!rule)
+        return false;
+    FormLock lock(Formulario, controls);
+    const QString nombre = QFileInfo(path).fileName().toLower();
+    bool result = false;
+    DetailImporter importer(*rule, parametros, Mes, Anio, ProgressBar);
+    if (nombre.contains(QLatin1String(".txt"))) {
+        ui().setBusy(true);
+        result = importer.ImportarTexto(path);
+    } else if (nombre.contains(QLatin1String(".xls"))) {
+        const bool encabezado =
+            MsgBox(QStringLiteral("La hoja del archivo Excel, ¿tiene encabezado?"),
+                   Msg::YesNo + Msg::Question,
+                   QStringLiteral("Importar archivo de Excel")) == Msg::Yes;
+        ui().setBusy(true);
+        result = importer.ImportarHoja(path, encabezado);
+    }
+    ui().setBusy(false);
+    if (ProgressBar)
+        ProgressBar->setVisible(false);
+    return result;
+}
+
+bool ZoImport::ImportarDesde(Controller& form, QString& parametros, Field* progress)
+{
+    ZoImport import;
+    import.IdFormulario = ReadParameter(parametros, QStringLiteral("Formulario"));
+    if (!ImportRule::Find(import.IdFormulario))
+        import.IdFormulario = form.windowName();
+    import.ProgressBar = progress;
+    import.Formulario = &form;
+    return import.Importar(parametros, true);
+}
+
+QString ZoImport::DeleteZeros(const QString& text)
+{
+    qsizetype i = 0;
+    while (i < text.size() && text.at(i) == u'0')
+        ++i;
+    return text.mid(i);
+}
+
+bool ZoImport::EsFecha(const QString& fecha)
+{
+    return fecha.size() == 10 && fecha.at(2) == fecha.at(5) && TextToDate(fecha).isValid();
+}
+
+bool ZoImport::FechaPeriodo(const QString& fecha, int mes, int anio)
+{
+    if (!EsFecha(fecha))
+        return false;
+    const int dia = fecha.left(2).toInt();
+    const int mesFecha = fecha.mid(3, 2).toInt();
+    const int anioFecha = fecha.right(4).toInt();
+    if (dia >= 32 || mesFecha >= 13 || anioFecha >= 2051)
+        return false;
+    return anioFecha * 100 + mesFecha <= anio * 100 + mes;
+}
+
+bool ZoImport::EsCuitValido(const QString& cuit)
+{
+    QString digits = QString(cuit).remove(u'-');
+    if (digits.size() != 11)
+        return false;
+    for (QChar c : digits)
+        if (c < u'0' || c > u'9')
+            return false;
+    return IsValidCuit(digits);
+}
+
+bool ZoImport::VerificarColumnas(const QVector<QStringList>& rows, int columnCount, bool encabezado,
+                                 const QStringList& columnas)
+{
+    if (columnCount != columnas.size()) {
+        QString texto = QStringLiteral("La cantidad de columnas no es correcta. ") +
+                        (encabezado ? QStringLiteral("Verifique el encabezado de las ")
+                                    : QStringLiteral("Verifique la existencia de las ")) +
+                        QString::number(columnas.size()) + QStringLiteral(" columnas: ");
+        for (int i = 0; i < columnas.size(); ++i)
+            texto += u'\n' + letra(i) + QStringLiteral(" - ") + columnas.at(i);
+        MsgBox(texto, Msg::Information, kAtencion);
+        return false;
+    }
+    if (!encabezado || rows.isEmpty())
+        return true;
+    const QStringList& titulos = rows.first();
+    for (int i = 0; i < columnas.size(); ++i) {
+        const QString titulo = titulos.value(i).trimmed();
+        if (titulo == columnas.at(i) || titulo == sinAcentos(columnas.at(i)))
+            continue;
+        MsgBox(QStringLiteral("No se encontró el campo '") + columnas.at(i) +
+                   QStringLiteral("' en la columna ") + letra(i) +
+                   QStringLiteral(".\nDeberá respetar exactamente el nombre establecido para "
+                                  "cada columna. (Ver Ayuda)"),
+               Msg::Information, kAtencion);
+        return false;
+    }
+    return true;
+}

@@ -1,0 +1,98 @@
+#include "TreeIndex.h"
+
+#include "FormTables.h"
+#include "TreeModel.h"
+
+namespace {
+
+const QString kPeriodo = QStringLiteral(";Periodo=");
+const QString kFormulario = QStringLiteral(";Formulario=");
+
+// The key cut after the value of `marker`, or "" when the key lacks it.
+QString cutAfterValue(const QString& key, const QString& marker)
+{
+    const int at = int(key.indexOf(marker));
+    if (at < 0)
+        return {};
+    const int end = int(key.indexOf(u';', at + marker.size()));
+    return end < 0 ? key : key.left(end);
+}
+
+// The value of `marker` when it is the last entry of `text`, else "". A key
+// contains such a text exactly when its own cut after that value equals it,
+// provided no value the tree uses is the beginning of another: two-digit
+// months and the eight form ids are such values.
+QString lastValueOf(const QString& text, const QString& marker)
+{
+    const int at = int(text.indexOf(marker));
+    if (at <= 0 || text.indexOf(u';', at + marker.size()) >= 0)
+        return {};
+    return text.mid(at + marker.size());
+}
+
+bool isTwoDigitMonth(const QString& value)
+{
+    return value.size() == 2 && value.at(0).isDigit() && value.at(1).isDigit();
+}
+
+bool startsLikeATreeKey(const QString& text)
+{
+    return text.startsWith(QStringLiteral("Padrón N° ")) ||
+           text.startsWith(QStringLiteral("Padron="));
+}
+
+} // namespace
+
+void TreeIndex::reset(const TreeModel& tree)
+{
+    m_tree = &tree;
+    m_count = 0;
+    m_lastKey.clear();
+    m_periods.clear();
+    m_forms.clear();
+    m_months.clear();
+}
+
+void TreeIndex::sync(const TreeModel& tree)
+{
+    const bool same = m_tree == &tree && tree.count() >= m_count &&
+                      (m_count == 0 || tree.node(m_count - 1).key == m_lastKey);
+    if (!same)
+        reset(tree);
+    for (int i = m_count; i < tree.count(); ++i)
+        take(tree.node(i).key, i);
+    m_count = tree.count();
+    m_lastKey = m_count > 0 ? tree.node(m_count - 1).key : QString();
+}
+
+void TreeIndex::take(const QString& key, int index)
+{
+    const QString period = cutAfterValue(key, kPeriodo);
+    if (!period.isEmpty())
+        m_periods.insert(period);
+    const QString form = cutAfterValue(key, kFormulario);
+    if (!form.isEmpty())
+        m_forms.insert(form);
+    if (key.contains(QStringLiteral("Periodo")) && !key.contains(QStringLiteral("Formulario")))
+        m_months.push_back(index);
+}
+
+bool TreeIndex::anyKeyContains(const TreeModel& tree, const QString& text)
+{
+    sync(tree);
+    if (text.isEmpty())
+        return tree.count() > 0;
+    if (tree.contains(text))
+        return true;
+    if (startsLikeATreeKey(text)) {
+        const QString form = lastValueOf(text, kFormulario);
+        if (FormTables::find(form) && FormTables::find(form)->id == form)
+            return m_forms.contains(text);
+        if (!text.contains(kFormulario) && isTwoDigitMonth(lastValueOf(text, kPeriodo)))
+            return m_periods.contains(text);
+    }
+    for (const TreeNode& node : tree.nodes())
+        if (node.key.contains(text))
+            return true;
+    return false;
+}

@@ -1,0 +1,636 @@
+#include "ZoForms.h"
+
+#include "DeclarationReader.h"
+#include "ErrorLog.h"
+#include "Field.h"
+#include "FormTables.h"
+#include "Globals.h"
+#include "NavigationText.h"
+#include "Numbers.h"
+#include "PadronCascade.h"
+#include "PeriodCopy.h"
+#include "SeleccionFormulario.h"
+#include "SqlText.h"
+#include "UiPort.h"
+#include "Util.h"
+#include "ZoAccess.h"
+#include "ZoParameterString.h"
+#include "registry/Contribuyentes.h"
+
+namespace {
+
+std::unique_ptr<ZoForms> g_forms;
+
+const QString kCarpeta = QStringLiteral("Carpeta");
+const QString kLocCom = QStringLiteral("LocCom");
+const QString kAtencion = QStringLiteral("Atención !");
+const QString kF976 = QStringLiteral("F976");
+const QString kF2001 = QStringLiteral("F2001");
+const QString kF977 = QStringLiteral("F977");
+const QString kF978 = QStringLiteral("F978");
+
+// The key of a form not yet started, after its month's key and its id.
+const QString kNewFormTail = QStringLiteral(
+    ";Rectificativa=Falso;FechaRectificativa=0;FechaRectificativaNueva=0;Nuevo=Verdadero;"
+    "ConDatos=Falso;idEncFormulario=-1;ctrl=0");
+
+QString quoted(const QString& value)
+{
+    return u'\'' + Sq(value) + u'\'';
+}
+
+QString read(const QString& parameters, const QString& key)
+{
+    return gParameters().ReadValue(parameters, key);
+}
+
+// The text after `marker` in a tree key, `length` characters of it.
+QString after(const QString& key, const QString& marker, int length)
+{
+    const int at = int(key.indexOf(marker));
+    return at < 0 ? QString() : key.mid(at + marker.size(), length);
+}
+
+// The padrón of a month's key, which begins with its premises' caption (or,
+// in a dispatched string, with "Padron=").
+QString padronOfKey(const QString& key)
+{
+    const QString marker = key.contains(QStringLiteral("Padrón N° ")) ? QStringLiteral("Padrón N° ")
+                                                                      : QStringLiteral("Padron=");
+    return after(key, marker, 13);
+}
+
+// Which forms each regime and pair of agent flags may start. A flag is off
+// only when it reads exactly "0".
+struct Offer {
+    const char* regimen;
+    bool retencion;
+    bool percepcion;
+    const char* forms;
+};
+
+const Offer kOffers[] = {
+    {"0", true, false, "'F976','F986','F978','F977','F985'"},
+    {"0", false, true, "'F976','F978','F988','F977','F987'"},
+    {"0", true, true, "'F976','F978','F986','F988','F977','F985','F987'"},
+    {"0", false, false, "'F976','F978','F977'"},
+    {"1", true, false, "'F2001','F986','F978','F977','F985'"},
+    {"1", false, true, "'F2001','F978','F988','F977','F987'"},
+    {"1", true, true, "'F2001','F978','F986','F988','F977','F985','F987'"},
+    {"1", false, false, "'F2001','F978','F977'"},
+    {"2", true, false, "'F985','F986'"},
+    {"2", false, true, "'F987','F988'"},
+    {"2", true, true, "'F985','F986','F987','F988'"},
+};
+
+} // namespace
+
+// One build of (part of) the tree: the tree being filled and what its
+// statements answered, so that a month asks the database only what no other
+// month of the same build asked before. Nothing writes to the tables while a
+// build runs, so every answer stays what the statement would give again.
+class TreeBuild
+{
+public:
+    explicit TreeBuild(Field& tree) : field(tree), model(tree.tree()) {}
+
+    QString regimen(const QString& padron, const QString& objeto)
+    {
+        const QString key = padron + u'|' + objeto;
+        auto it = m_regimen.constFind(key);
+        if (it == m_regimen.cend())
+            it = m_regimen.insert(
+                key,
+                gAccess()
+                    .GetString(QStringLiteral("Select regimen from tPadronesComerciales "
+                                              "where padron = ") +
+                               quoted(padron) + QStringLiteral(" and Objeto = ") + quoted(objeto))
+                    .trimmed());
+        return *it;
+    }
+
+    // The first value of `column` in `table` for the month, latest Id first:
+    // all months of a premises are read in one statement.
+    QString latestAmount(const QString& table, const QString& column, const QString& padron,
+                         const QString& objeto, const QString& period)
+    {
+        const QString key = table + u'|' + padron + u'|' + objeto;
+        auto it = m_amounts.find(key);
+        if (it == m_amounts.end())
+            it = m_amounts.insert(key, readAmounts(table, padron, objeto));
+        return it->value(period + u'|' + column.toLower());
+    }
+
+    Field& field;
+    TreeModel& model;
+
+private:
+    static QHash<QString, QString> readAmounts(const QString& table, const QString& padron,
+                                               const QString& objeto)
+    {
+        QHash<QString, QString> out;
+        const RecordsetPtr rs = gAccess().FillRecordSet(
+            QStringLiteral("SELECT periodo, retenciones, percepciones FROM ") + table +
+            QStringLiteral(" WHERE padron = ") + quoted(padron) + QStringLiteral(" and objeto = ") +
+            quoted(objeto) + QStringLiteral(" ORDER BY Id DESC"));
+        for (; rs && !rs->EOF_(); rs->MoveNext()) {
+            const QString period = rs->Text(0);
+            for (const char* column : {"retenciones", "percepciones"}) {
+                const QString key = period + u'|' + QString::fromLatin1(column);
+                if (!out.contains(key))
+                    out.insert(key, rs->Text(QString::fromLatin1(column)));
+            }
+        }
+        return out;
+    }
+
+    QHash<QString, QString> m_regimen;
+    QHash<QString, QHash<QString, QString>> m_amounts;
+};
+
+ZoForms& gForms()
+{
+    if (!g_forms)
+        g_forms = std::make_unique<ZoForms>();
+    return *g_forms;
+}
+
+void ResetForms()
+{
+    g_forms.reset();
+}
+
+ZoForms::ZoForms() = default;
+ZoForms::~ZoForms() = default;
+
+// --- The tree -------------------------------------------------------------------
+
+void ZoForms::FillTreeViewContribuyenteOpciones(Field& tree, const QString& idContribuyente)
+{
+    TreeModel& model = tree.tree();
+    model.clear();
+    model.add({}, QStringLiteral("Modificar=0;idContribuyente=") + idContribuyente,
+              QStringLiteral("Modificar datos personales"), QStringLiteral("Modificar"));
+    model.add({}, QStringLiteral("Eliminar=0;idContribuyente=") + idContribuyente,
+              QStringLiteral("Eliminar Contribuyente"), QStringLiteral("Eliminar"));
+    tree.treeChanged();
+}
+
+void ZoForms::FillTreeViewLocales(Field& tree, const QString& idContribuyente)
+{
+    const QString id = idContribuyente.trimmed();
+    if (id.isEmpty() || id == QLatin1String("0"))
+        return;
+    ZoAccess& db = gAccess();
+    QString cuit =
+        db.GetString(QStringLiteral("Select cuit from Contribuyentes where idContribuyente = ") +
+                     QString::number(id.toLongLong()))
+            .trimmed();
+    cuit.remove(u'-');
+    if (cuit.isEmpty()) // no taxpayer, or one without a CUIT to join premises by
+        return;
+    const RecordsetPtr premises = db.FillRecordSet(
+        QStringLiteral("Select padron, objeto, retencion, percepcion, regimen from "
+                       "tPadronesComerciales where Cuit = ") +
+        quoted(cuit));
+    if (!premises || premises->RecordCount() == 0)
+        return;
+    TreeBuild build(tree);
+    const int root = build.model.add({}, kLocCom, QStringLiteral("Padrones Comerciales"), kCarpeta);
+    if (root >= 0)
+        build.model.node(root).expanded = true;
+    for (; !premises->EOF_(); premises->MoveNext()) {
+        const QString padron = premises->Text(QStringLiteral("padron"));
+        const QString objeto = premises->Text(QStringLiteral("objeto"));
+        const QString key = PremisesCaption(padron, objeto);
+        build.model.add(kLocCom, key, key, kCarpeta);
+        m_index.sync(build.model);
+        const int earlierMonths = int(m_index.months().size());
+        addDeclarations(build, key, padron, objeto);
+        const RecordsetPtr forms =
+            GetSelectFormulariosNuevos(premises->Text(QStringLiteral("retencion")).trimmed(),
+                                       premises->Text(QStringLiteral("percepcion")).trimmed(),
+                                       premises->Text(QStringLiteral("regimen")).trimmed());
+        if (!forms || forms->RecordCount() == 0)
+            continue;
+        // Each premises offers its forms in its own months. (A walk over all
+        // the months of the tree would visit those of the earlier premises
+        // again, and hand them the forms of this one's flags.)
+        m_index.sync(build.model);
+        const QVector<int> months = m_index.months().mid(earlierMonths);
+        for (int month : months)
+            fillPeriodo(build, *forms, month);
+    }
+    tree.treeChanged();
+}
+
+void ZoForms::addDeclarations(TreeBuild& build, const QString& premisesKey, const QString& padron,
+                              const QString& objeto)
+{
+    const RecordsetPtr rs = gAccess().FillRecordSet(
+        QStringLiteral("SELECT pf.Id, pf.Padron, pf.Objeto, pf.Periodo, pf.idFormulario, "
+                       "pf.Rectificativa, pf.FechaRectificativa, pc.idContribuyente, pf.ctrl, "
+                       "fo.LeyendaGenerado, fo.Orden FROM TPadrones_Formularios pf, Formularios "
+                       "fo, tPadronesComerciales pc WHERE pc.padron = pf.padron AND pc.objeto = "
+                       "pf.objeto AND pf.idFormulario = fo.idFormulario AND pf.padron = ") +
+        quoted(padron) + QStringLiteral(" AND pf.objeto = ") + quoted(objeto) +
+        QStringLiteral(" ORDER BY right(pf.Periodo,4), mid(pf.Periodo,1,2), fo.Orden, pf.id, "
+                       "pf.FechaRectificativa DESC"));
+    QString year, month, yearKey, monthKey;
+    int rectifications = 0;
+    for (; rs && !rs->EOF_(); rs->MoveNext()) {
+        const QString period = rs->Text(QStringLiteral("Periodo"));
+        if (period.right(4) != year || yearKey.isEmpty()) {
+            year = period.right(4);
+            yearKey = premisesKey + QStringLiteral(";Anio=") + year;
+            build.model.ensureVisible(build.model.add(
+                premisesKey, yearKey, QStringLiteral("Formularios Año: ") + year, kCarpeta));
+            monthKey.clear(); // a new year opens its own months
+        }
+        if (period.left(2) != month || monthKey.isEmpty()) {
+            month = period.left(2);
+            monthKey = yearKey + QStringLiteral(";Periodo=") + month;
+            build.model.add(yearKey, monthKey, QStringLiteral("Periodo: ") + month, kCarpeta);
+        }
+        const QString rect = rs->Text(QStringLiteral("Rectificativa"));
+        const QString date = rs->Text(QStringLiteral("FechaRectificativa"));
+        const QString ctrl = rs->Text(QStringLiteral("ctrl"));
+        QString caption = rs->Text(QStringLiteral("LeyendaGenerado"));
+        if (IsYesText(rect)) {
+            ++rectifications;
+            caption += QStringLiteral(" (Rectif. N° ") + QString::number(rectifications) + u' ' +
+                       date + u')';
+        } else {
+            rectifications = 0;
+        }
+        QString key =
+            monthKey + QStringLiteral(";Formulario=") + rs->Text(QStringLiteral("idFormulario")) +
+            QStringLiteral(";Nuevo=Falso;ConDatos=Verdadero;Rectificativa=") + rect +
+            QStringLiteral(";FechaRectificativa=") + date + QStringLiteral(";ctrl=") + ctrl;
+        // A row from before ctrl existed takes the count of its rectification.
+        if (read(key, QStringLiteral("ctrl")).isEmpty())
+            key += QString::number(rectifications);
+        build.model.add(monthKey, key, caption, QStringLiteral("Archivo"));
+    }
+}
+
+void ZoForms::FillTreeViewPeriodo(const RecordsetPtr& forms, Field& tree, int monthNode)
+{
+    if (!forms || monthNode < 0 || monthNode >= tree.tree().count())
+        return;
+    TreeBuild build(tree);
+    fillPeriodo(build, *forms, monthNode);
+    tree.treeChanged();
+}
+
+void ZoForms::fillPeriodo(TreeBuild& build, const Recordset& forms, int monthNode)
+{
+    const QString monthKey = build.model.node(monthNode).key;
+    const QString prefix = monthKey + QStringLiteral(";Formulario=");
+    const QString padron = padronOfKey(monthKey);
+    const QString objeto = after(monthKey, QStringLiteral("Objeto N° "), 13);
+    for (const QVector<QVariant>& row : forms.rows()) {
+        const QString id = VariantText(row.value(0));
+        const QString caption = VariantText(row.value(1));
+        if (m_index.anyKeyContains(build.model, prefix + id))
+            continue;
+        // One main return per month, whatever the regime says now.
+        if ((id == kF2001 || id == kF976) &&
+            (m_index.anyKeyContains(build.model, prefix + kF2001) ||
+             m_index.anyKeyContains(build.model, prefix + kF976)))
+            continue;
+        const QString regimen = build.regimen(padron, objeto);
+        if ((id == kF977 || id == kF978) && regimen != QLatin1String("2") &&
+            !offersAnnex(build, id, regimen, monthKey, padron, objeto))
+            continue;
+        const bool add =
+            regimen == QLatin1String("2") ||
+            (regimen == QLatin1String("0") &&
+             caption != QStringLiteral("Nuevo - T.I.S.S.H. Procom DDJJ Mensual: F2001")) ||
+            (regimen == QLatin1String("1") &&
+             caption != QStringLiteral("Nuevo - T.I.S.S.H. Régimen General DDJJ Mensual: F976"));
+        if (add)
+            build.model.add(monthKey, prefix + id + kNewFormTail, caption, QStringLiteral("Blank"));
+    }
+    build.model.node(monthNode).expanded = true;
+}
+
+// An annex is offered only when the month's main return declares an amount
+// for it to back up.
+bool ZoForms::offersAnnex(TreeBuild& build, const QString& formulario, const QString& regimen,
+                          const QString& monthKey, const QString& padron, const QString& objeto)
+{
+    const QString table = regimen == QLatin1String("0") ? kF976 : kF2001;
+    const QString column =
+        formulario == kF977 ? QStringLiteral("retenciones") : QStringLiteral("percepciones");
+    const QString period = after(monthKey, QStringLiteral(";Periodo="), 2) + u'-' +
+                           after(monthKey, QStringLiteral(";Anio="), 4);
+    const QString amount = build.latestAmount(table, column, padron, objeto, period);
+    const auto value = LocaleNumber(QStringLiteral("0") + amount);
+    return value && *value != 0;
+}
+
+bool ZoForms::VerifyNode(const QString& key, Field& tree, const QString& regimen)
+{
+    const TreeModel& model = tree.tree();
+    if (key.startsWith(QStringLiteral("Anio=")) || key.startsWith(QStringLiteral("Periodo="))) {
+        const TreeNode* selected = model.selectedNode();
+        if (!selected)
+            return false;
+        if (selected->key.contains(key))
+            return true;
+        for (int child : selected->children)
+            if (model.node(child).key.contains(key))
+                return true;
+        return false;
+    }
+    if (!regimen.isEmpty()) {
+        const QString other = regimen == QLatin1String("1")   ? kF976
+                              : regimen == QLatin1String("0") ? kF2001
+                                                              : QString();
+        if (other.isEmpty())
+            return false;
+        for (const TreeNode& node : model.nodes())
+            if (node.key.contains(other))
+                return true;
+        return false;
+    }
+    return m_index.anyKeyContains(model, key);
+}
+
+QString ZoForms::SelectFormulariosNuevosSql(const QString& retencion, const QString& percepcion,
+                                            const QString& regimen)
+{
+    const bool ret = retencion != QLatin1String("0");
+    const bool per = percepcion != QLatin1String("0");
+    QString clause;
+    for (const Offer& offer : kOffers)
+        if (regimen == QLatin1String(offer.regimen) && offer.retencion == ret &&
+            offer.percepcion == per)
+            clause = QStringLiteral(" WHERE idFormulario in (") + QString::fromLatin1(offer.forms) +
+                     u')';
+    return QStringLiteral("select idFormulario, LeyendaNuevo, Orden from Formularios") + clause +
+           QStringLiteral(" ORDER BY Orden");
+}
+
+RecordsetPtr ZoForms::GetSelectFormulariosNuevos(const QString& retencion,
+                                                 const QString& percepcion, const QString& regimen)
+{
+    return gAccess().FillRecordSet(SelectFormulariosNuevosSql(retencion, percepcion, regimen));
+}
+
+bool ZoForms::VerificaRegimen(const QString& regimen, const QString& formulario)
+{
+    if (formulario == kF2001 && regimen == QLatin1String("0"))
+        return false;
+    if (formulario == kF976 && regimen == QLatin1String("1"))
+        return false;
+    return true;
+}
+
+// --- Years and periods ----------------------------------------------------------
+
+void ZoForms::FillTreeViewNuevoAnio(Field& tree, const QString& anio,
+                                    const QString& idContribuyente, const QString& selectedKey)
+{
+    Q_UNUSED(idContribuyente);
+    if (anio.trimmed().isEmpty() || !IsNumericText(anio))
+        return;
+    if (VerifyNode(QStringLiteral("Anio=") + anio, tree)) {
+        MsgBox(QStringLiteral("Año ingresado."), Msg::Exclamation, kAtencion);
+        return;
+    }
+    tree.tree().add(selectedKey, selectedKey + QStringLiteral(";Anio=") + anio,
+                    QStringLiteral("Formularios Año: ") + anio, kCarpeta);
+    tree.treeChanged();
+}
+
+void ZoForms::FillTreeViewNuevoPeriodo(Field& tree, const QString& periodo, int yearNode,
+                                       const QString& idContribuyente, const QString& padron,
+                                       const QString& objeto, const QString& retencion,
+                                       const QString& percepcion, const QString& regimen)
+{
+    Q_UNUSED(idContribuyente);
+    Q_UNUSED(padron);
+    Q_UNUSED(objeto);
+    TreeModel& model = tree.tree();
+    if (yearNode < 0 || yearNode >= model.count() || periodo.trimmed().isEmpty() ||
+        !IsNumericText(periodo) || periodo.toInt() < 1)
+        return;
+    const QString yearKey = model.node(yearNode).key;
+    const QString month = TwoDigits(periodo);
+    const QString monthKey = yearKey + QStringLiteral(";Periodo=") + month;
+    // The month's key, looked for as any node's key text.
+    if (VerifyNode(monthKey, tree)) {
+        MsgBox(QStringLiteral("Periodo ya ingresado."), Msg::Exclamation, kAtencion);
+        return;
+    }
+    const RecordsetPtr forms = GetSelectFormulariosNuevos(retencion, percepcion, regimen);
+    if (!forms || forms->RecordCount() == 0)
+        return;
+    const int node = model.add(yearKey, monthKey, QStringLiteral("Periodo: ") + month, kCarpeta);
+    if (node < 0)
+        return;
+    TreeBuild build(tree);
+    fillPeriodo(build, *forms, node);
+    model.ensureVisible(node);
+    model.node(node).expanded = true;
+    tree.treeChanged();
+}
+
+void ZoForms::InsertCopiaDDJJ(const QString& idContribuyente, const QString& periodoModelo,
+                              const QString& anioModelo, const QString& anio,
+                              const QString& periodo, const QString& padron, const QString& objeto)
+{
+    Q_UNUSED(idContribuyente);
+    ZoAccess& db = gAccess();
+    if (db.GetLong(QStringLiteral("SELECT MAX(id) as Maximo from TPADRONES_FORMULARIOS")) <= 0)
+        return;
+    const QString modelPeriod = TwoDigits(periodoModelo) + u'-' + anioModelo.trimmed();
+    const RecordsetPtr forms = db.FillRecordSet(
+        QStringLiteral("SELECT DISTINCT(IDFORMULARIO) FROM TPADRONES_FORMULARIOS WHERE Padron = ") +
+        quoted(padron) + QStringLiteral(" AND Objeto = ") + quoted(objeto) +
+        QStringLiteral(" AND PERIODO = ") + quoted(modelPeriod) +
+        QStringLiteral(" AND RECTIFICATIVA in ('Falso','False') AND FECHARECTIFICATIVA = '0' "
+                       "AND ctrl = '0'"));
+    const PeriodCopy copy(padron, objeto, modelPeriod, TwoDigits(periodo), anio.trimmed());
+    // One transaction for speed; what was copied before a failure is kept.
+    db.BeginTrans();
+    bool ok = forms != nullptr;
+    for (; ok && !forms->EOF_(); forms->MoveNext())
+        if (const FormTables* form = FormTables::find(forms->Text(0)))
+            ok = copy.Copy(*form);
+    db.CommitTrans();
+    if (!ok)
+        MsgBox(QStringLiteral("Error al intentar generar la copia."), Msg::Exclamation);
+}
+
+// --- Dispatch -------------------------------------------------------------------
+
+void ZoForms::refill(Field& tree, const QString& idContribuyente)
+{
+    FillTreeViewContribuyenteOpciones(tree, idContribuyente);
+    FillTreeViewLocales(tree, idContribuyente);
+}
+
+void ZoForms::ShowForm(Field& tree, const QString& idContribuyente, int& result)
+{
+    result = 0;
+    const TreeNode* node = tree.tree().selectedNode();
+    if (!node)
+        return;
+    const ZoParameterString& ps = gParameters();
+    QString key = node->key;
+    if (ps.ReadValue(key, QStringLiteral("ctrl")).isEmpty())
+        key += QStringLiteral(";ctrl=0");
+    QString id = idContribuyente;
+    if (key.startsWith(u'P')) {
+        key.replace(QStringLiteral("Padrón N° "), QStringLiteral("Padron="));
+        const QString padron = ps.ReadValue(key, QStringLiteral("Padron"));
+        const QString cuit = gAccess().GetString(
+            QStringLiteral("SELECT Cuit FROM tPadronesComerciales WHERE Padron = ") +
+            quoted(PadronOfValue(padron)) + QStringLiteral(" and objeto = ") +
+            quoted(ObjetoOfValue(padron)) + u' ');
+        // The premises keep the bare CUIT, the taxpayers the masked one.
+        const QString owner = gAccess().GetString(
+            QStringLiteral("Select idContribuyente from Contribuyentes where Cuit = ") +
+            quoted(FormatCuit(DigitsOnly(cuit))));
+        key += QStringLiteral(";idContribuyente=") + owner + u';';
+    } else if (key.startsWith(u'M')) {
+        id = ps.ReadValue(key, QStringLiteral("idContribuyente"));
+        if (id.isEmpty())
+            return;
+    }
+
+    if (key.contains(QStringLiteral("odificar"))) {
+        Contribuyentes dialog;
+        dialog.Id = id;
+        dialog.NewRecord = false;
+        dialog.show(true);
+        refill(tree, idContribuyente);
+        return;
+    }
+    if (key.contains(QStringLiteral("liminar"))) {
+        if (deleteTaxpayer(idContribuyente))
+            result = 2;
+        return;
+    }
+    if (IsNoText(ps.ReadValue(key, QStringLiteral("Nuevo")))) {
+        SeleccionFormulario selection;
+        selection.Parametros = key;
+        selection.show(true);
+        const int option = selection.OpcionesSeleccion;
+        if ((option == 1 || option == 2) && CountVersions(selection.Parametros) >= 3) {
+            MsgBox(QStringLiteral("Ya existen 3 formularios rectificativos ") +
+                       ps.ReadValue(key, QStringLiteral("Formulario")) +
+                       QStringLiteral(".\r\nNo se puede continuar."),
+                   Msg::Information, QStringLiteral("Advertencia..."));
+            selection.unload();
+            return;
+        }
+        selection.unload();
+        if (option == -1)
+            return;
+        if (option == 3) {
+            refill(tree, idContribuyente);
+            return;
+        }
+        key = selection.Parametros;
+    }
+    const QString formulario = ps.ReadValue(key, QStringLiteral("Formulario"));
+    if (formulario.isEmpty() || !FormTables::find(formulario))
+        return;
+    CargaForm(key, formulario);
+    refill(tree, idContribuyente);
+}
+
+int ZoForms::CountVersions(const QString& parameters)
+{
+    const ZoParameterString& ps = gParameters();
+    const QString padron = ps.ReadValue(parameters, QStringLiteral("Padron"));
+    const QString periodo = ps.ReadValue(parameters, QStringLiteral("Periodo"));
+    const QString period =
+        periodo.size() > 2
+            ? periodo
+            : TwoDigits(periodo) + u'-' + ps.ReadValue(parameters, QStringLiteral("Anio"));
+    const bool rect = IsYesText(ps.ReadValue(parameters, QStringLiteral("Rectificativa")));
+    const RecordsetPtr rs = gAccess().FillRecordSet(
+        QStringLiteral("SELECT * FROM TPadrones_Formularios WHERE Padron = ") +
+        quoted(PadronOfValue(padron)) + QStringLiteral(" AND Objeto = ") +
+        quoted(padron.right(13)) + QStringLiteral(" AND Periodo = ") + quoted(period) +
+        QStringLiteral(" AND idFormulario = ") +
+        quoted(ps.ReadValue(parameters, QStringLiteral("Formulario"))) +
+        (rect ? QStringLiteral(" AND Rectificativa in ('True','Verdadero')")
+              : QStringLiteral(" AND Rectificativa in ('False','Falso')")));
+    return rs ? rs->RecordCount() : 0;
+}
+
+bool ZoForms::deleteTaxpayer(const QString& idContribuyente)
+{
+    if (ContribuyenteHasForms(idContribuyente)) {
+        MsgBox(QStringLiteral("No puede eliminar un Contribuyente que posea formularios cargados"),
+               Msg::Information);
+        return false;
+    }
+    if (MsgBox(QStringLiteral("Desea eliminar el contribuyente?"), Msg::YesNo + Msg::Question) !=
+        Msg::Yes)
+        return false;
+    const QString id = QString::number(idContribuyente.trimmed().toLongLong());
+    ZoAccess& db = gAccess();
+    QString cuit = db.GetString(
+        QStringLiteral("SELECT Cuit FROM Contribuyentes WHERE idContribuyente = ") + id);
+    cuit.remove(u'-');
+    const RecordsetPtr premises = db.FillRecordSet(
+        QStringLiteral("SELECT * FROM tPadronesComerciales WHERE Cuit = ") + quoted(cuit));
+    // Each premises by padrón and objeto: another taxpayer's objeto of the
+    // same padrón is not this taxpayer's to delete.
+    QVector<QPair<QString, QString>> keys;
+    for (; premises && !premises->EOF_(); premises->MoveNext())
+        keys.append(
+            {premises->Text(QStringLiteral("padron")), premises->Text(QStringLiteral("objeto"))});
+    for (const auto& k : keys)
+        PadronCascade::Run(k.first, k.second);
+    return db.DeleteRecord(
+        QStringLiteral("DELETE FROM CONTRIBUYENTES WHERE IDCONTRIBUYENTE = ") + id, false);
+}
+
+void ZoForms::DeletePadron(const QString& padron, const QString& objeto)
+{
+    PadronCascade::Run(padron, objeto);
+}
+
+void ZoForms::CargaForm(QString parameters, const QString& formulario)
+{
+    const DeclarationHeader header = DeclarationReader::Read(parameters);
+    m_headers.insert(formulario.toUpper(), header);
+    DeclarationForm* form = Formulario(formulario);
+    if (!form) {
+        LogError(QStringLiteral("0"),
+                 QStringLiteral("No hay formulario para ") + formulario + QStringLiteral(": ") +
+                     parameters,
+                 QStringLiteral("ZoForms.CargaForm"));
+        return;
+    }
+    form->Parametros = parameters;
+    form->ContribuyenteId = header.IdContribuyente;
+    form->Encabezado = header;
+    form->show(true);
+}
+
+DeclarationHeader ZoForms::Encabezado(const QString& formulario) const
+{
+    return m_headers.value(formulario.toUpper());
+}
+
+DeclarationForm* ZoForms::Formulario(const QString& formulario)
+{
+    const QString id = formulario.toUpper();
+    auto it = m_forms.find(id);
+    if (it == m_forms.end()) {
+        std::shared_ptr<DeclarationForm> created = CreateDeclarationForm(id);
+        if (!created)
+            return nullptr;
+        it = m_forms.insert(id, std::move(created));
+    }
+    return it->get();
+}

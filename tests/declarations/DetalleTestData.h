@@ -1,0 +1,44 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include "Globals.h"
+#include "SqlText.h"
+#include "ZoAccess.h"
+
+// One declaration of premises 1234, objeto 1, March 2024, original, as the
+// forms hand it to their detail dialogs.
+namespace DetalleTest {
+
+inline const QString kPadron = QStringLiteral("0000000001234");
+inline const QString kObjeto = QStringLiteral("0000000000001");
+inline const QString kCodigo = kPadron + QStringLiteral("032024") + kObjeto + QStringLiteral("O");
+
+// The string of a form's "Agregar"; with `id`, the string of "Modificar".
+inline QString Parametros(const QString& formulario, const QString& id = {})
+{
+    QString s = QStringLiteral("Padron=") + kPadron + QStringLiteral(" - Objeto N° ") + kObjeto +
+                QStringLiteral(";Periodo=03-2024;");
+    if (!id.isEmpty())
+        s += QStringLiteral("Id=") + id + u';';
+    return s + QStringLiteral("Rectificativa=False;Codigo=") + kCodigo +
+           QStringLiteral(";Formulario=") + formulario +
+           QStringLiteral(";FechaRectificativa=0;Codigo=") + kCodigo +
+           QStringLiteral(";DetalleNuevo=Verdadero;ctrl=0;");
+}
+
+// The values of one column of the version's lines, by line number.
+inline QStringList Columna(const QString& tabla, const QString& columna)
+{
+    QStringList out;
+    RecordsetPtr rs = gAccess().FillRecordSet(
+        QStringLiteral("SELECT %1 FROM %2 WHERE Codigo = '%3' ORDER BY CodigoDetalle")
+            .arg(columna, tabla, kCodigo));
+    if (rs)
+        for (const auto& row : rs->rows())
+            out << row.value(0).toString();
+    return out;
+}
+
+} // namespace DetalleTest

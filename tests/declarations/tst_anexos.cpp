@@ -1,0 +1,205 @@
+#include <QtTest>
+
+#include "FormFixture.h"
+#include "Person.h"
+#include "declarations/F977.h"
+#include "declarations/F978.h"
+
+using namespace fx;
+
+namespace {
+
+QStringList comprobante(const QString& nro, const QString& importe,
+                        const QString& tipo = QStringLiteral("FACA - Factura A"))
+{
+    return {QStringLiteral("05-03-2024"),
+            tipo,
+            nro.rightJustified(15, u'0'),
+            QStringLiteral("PROVEEDOR ") + nro,
+            QStringLiteral("30-71234567-1"),
+            QStringLiteral("0000000000099"),
+            importe};
+}
+
+// The return declared for the period, registered, holding `column` = `value`.
+void declare(const QString& form, const QString& column, const QString& value)
+{
+    storeVersion(form, column, value);
+}
+
+template <class Form>
+void open(Form& form, const QString& parametros, const QVector<QStringList>& lines)
+{
+    for (const QStringList& l : lines)
+        writeLine(form.definicion().tablaDetalle, parametros, kComprobante, l);
+    form.Parametros = parametros;
+    form.load();
+}
+
+} // namespace
+
+// The annexes F977 and F978: their total, their agreement with the return of
+// the period (with the adjustment line under PROCOM), and their lines.
+class TstAnexos : public QObject
+{
+    Q_OBJECT
+    std::unique_ptr<TestEnv> env;
+
+private slots:
+    void init()
+    {
+        env = std::make_unique<TestEnv>();
+        env->createDatabase();
+    }
+    void cleanup() { env.reset(); }
+
+    void againstTheGeneralReturnOneCentRefuses()
+    {
+        premises(QStringLiteral("0"));
+        declare("F976", "Retenciones", "100,00");
+        F977 form;
+        open(form, nuevo("F977"), {comprobante("1", "99,99")});
+        QCOMPARE(form["txtTotalPercepciones"].text(), QStringLiteral("99,99"));
+        Person(form).click("cmdAceptar");
+        QCOMPARE(env->ui().messages().size(), 1);
+        QCOMPARE(env->ui().lastText(),
+                 QStringLiteral("El importe total debe coincidir con el declarado en el Formulario "
+                                "F976\r\nImporte declarado: $ 100,00\r\nRevise los importes "
+                                "ingresados"));
+        QCOMPARE(env->ui().messages().last().title, QStringLiteral("Ajuste"));
+        QVERIFY(form.isLoaded());
+        QCOMPARE(count("SELECT COUNT(*) FROM F977"), 0);
+        QCOMPARE(count("SELECT COUNT(*) FROM F977_Detalle"), 1);
+    }
+
+    void againstProcomTheToleranceAdjusts_data()
+    {
+        QTest::addColumn<QString>("form");
+        QTest::addColumn<QString>("linea");
+        QTest::addColumn<QString>("declarado");
+        QTest::addColumn<QString>("ajuste"); // "" when refused
+        QTest::newRow("F977 9,99 below") << "F977"
+                                         << "90,01"
+                                         << "100,00"
+                                         << "9,99";
+        QTest::newRow("F977 10,00 below") << "F977"
+                                          << "90,00"
+                                          << "100,00"
+                                          << "";
+        QTest::newRow("F978 above") << "F978"
+                                    << "1.005,00"
+                                    << "1.000,00"
+                                    << "-5,00";
+        QTest::newRow("F978 10,00 above") << "F978"
+                                          << "1.010,00"
+                                          << "1.000,00"
+                                          << "";
+    }
+
+    void againstProcomTheToleranceAdjusts()
+    {
+        QFETCH(QString, form);
+        QFETCH(QString, linea);
+        QFETCH(QString, declarado);
+        QFETCH(QString, ajuste);
+        premises(QStringLiteral("1"));
+        declare("F2001", form == "F977" ? "Retenciones" : "Percepciones", declarado);
+        std::unique_ptr<AnexoComprobantes> f;
+        if (form == "F977")
+            f = std::make_unique<F977>();
+        else
+            f = std::make_unique<F978>();
+        open(*f, nuevo(form), {comprobante("1", linea)});
+        Person(*f).click("cmdAceptar");
+        const QString head = "El importe total no coincide con el declarado en el Formulario "
+                             "F2001\r\nImporte declarado: $ " +
+                             declarado + "\r\n";
+        if (ajuste.isEmpty()) {
+            QCOMPARE(env->ui().lastText(), head + "Revise los importes ingresados");
+            QVERIFY(f->isLoaded());
+            QCOMPARE(count("SELECT COUNT(*) FROM " + form), 0);
+            return;
+        }
+        QCOMPARE(env->ui().lastText(), head + "Se ajustará automáticamente");
+        QVERIFY(!f->isLoaded());
+        QCOMPARE(column("SELECT CodigoDetalle || '|' || TipoComprobante || '|' || Cuit || '|' || "
+                        "ImportePercibido FROM " +
+                        form + "_Detalle WHERE CodigoDetalle = '9999'"),
+                 QStringList{"9999|AJUS - Ajuste|00-00000000-0|" + ajuste});
+        QCOMPARE(column("SELECT TotalPercepciones || '|' || Domicilio || '|' || RazonSocial FROM " +
+                        form),
+                 QStringList{declarado + "|O'HIGGINS 1234 - CAPITAL|ALMACÉN O'HIGGINS"});
+    }
+
+    void savingTwiceLeavesOneAdjustmentAndRemovalRenumbers()
+    {
+        premises(QStringLiteral("1"));
+        declare("F2001", "Retenciones", "100,00");
+        F977 form;
+        open(form, nuevo("F977"), {comprobante("1", "50,00"), comprobante("2", "45,00")});
+        Person(form).click("cmdAceptar");
+        env->ui().clearMessages();
+        form.Parametros = existente("F977");
+        form.load();
+        QCOMPARE(form["gridFormulario"].rowCount(), 3);
+        Person(form).click("cmdAceptar");
+        QCOMPARE(count("SELECT COUNT(*) FROM F977_Detalle WHERE TipoComprobante = 'AJUS - Ajuste'"),
+                 1);
+        QCOMPARE(count("SELECT COUNT(*) FROM F977"), 1);
+
+        form.Parametros = existente("F977");
+        form.load();
+        Person p(form);
+        p.clickRow("gridFormulario", 0);
+        env->ui().answer("Desea eliminar el registro?", Msg::Yes);
+        p.click("cmdQuitar");
+        QCOMPARE(column("SELECT CodigoDetalle || '|' || ImportePercibido FROM F977_Detalle ORDER "
+                        "BY Id"),
+                 (QStringList{"0001|45,00", "0002|5,00"}));
+        QCOMPARE(form["gridFormulario"].cell(1, 0), QStringLiteral("0002"));
+        QCOMPARE(form["txtTotalPercepciones"].text(), QStringLiteral("50,00"));
+        VERIFY_UI_CLEAN(*env);
+    }
+
+    void creditNoteReducesTheTotal()
+    {
+        premises(QStringLiteral("2"));
+        F978 form;
+        open(form, nuevo("F978"),
+             {comprobante("1", "1.200,00"), comprobante("2", "200,50", "NCA - Nota de Crédito A"),
+              comprobante("3", "0,50")});
+        QCOMPARE(form["txtTotalPercepciones"].text(), QStringLiteral("1.000,00"));
+        QCOMPARE(form["txtTransporte"].text(), QStringLiteral("0,00"));
+        QCOMPARE(form["gridFormulario"].cell(1, 2), QStringLiteral("NCA - Nota de Crédito A"));
+        // Regime 2 has no return to compare with.
+        Person(form).click("cmdAceptar");
+        QVERIFY(env->ui().messages().isEmpty());
+        QCOMPARE(column("SELECT TotalPercepciones FROM F978"), QStringList{"1.000,00"});
+    }
+
+    void linesComeThroughTheDialogAndRectificationCopiesThem()
+    {
+        premises(QStringLiteral("2"));
+        scriptLines(*env, "F977_Detalle", "F977_Detalle", kComprobante,
+                    {comprobante("7", "10,00"), comprobante("8", "")});
+        F977 form;
+        form.Parametros = nuevo("F977");
+        form.load();
+        Person(form).click("cmdAgregar");
+        Person(form).click("cmdAgregar");
+        QCOMPARE(form["gridFormulario"].rowCount(), 2);
+        Person(form).click("cmdAceptar");
+        // The copy writes one blank for a type the line lacked.
+        gAccess().Execute("UPDATE F977_Detalle SET TipoComprobante = NULL");
+        form.Parametros = rectificativa("F977", true, "0", "1", "02-05-2024 09:00:00");
+        form.load();
+        QCOMPARE(column("SELECT CodigoDetalle || '|' || FechaRectificativa || '|' || ctrl || '|' "
+                        "|| TipoComprobante || '|' || NroComprobante FROM F977_Detalle WHERE "
+                        "ctrl = '1'"),
+                 (QStringList{"0001|02-05-2024|1| |000000000000007",
+                              "0002|02-05-2024|1| |000000000000008"}));
+    }
+};
+
+QTEST_GUILESS_MAIN(TstAnexos)
+#include "tst_anexos.moc"

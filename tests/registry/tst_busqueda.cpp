@@ -1,0 +1,193 @@
+#include <QtTest>
+
+#include "Person.h"
+#include "RegistryTestData.h"
+#include "TestSupport.h"
+#include "registry/Busqueda.h"
+
+namespace {
+
+const QString kAll = Busqueda::ActivitiesSql(QString());
+
+QStringList entries(Busqueda& w)
+{
+    QStringList out;
+    for (const ListItem& item : w["lstRegistros"].items())
+        out << QString::number(item.data) + " " + item.text;
+    return out;
+}
+
+QString premisesSql(const QString& padron)
+{
+    return "SELECT ACTP, ACTP_DESC,  ACT1, ACT1_DESC,  ACT2, ACT2_DESC,  ACT3, ACT3_DESC,  ACT4, "
+           "ACT4_DESC,  ACT5, ACT5_DESC  FROM ACTIVIDADES_X_PADRONES WHERE PADRON = '" +
+           padron + "' AND OBJETO = '0000000000001' ";
+}
+
+} // namespace
+
+// The pick-list of activities: what it lists, how typing narrows it, and what
+// each way of closing hands back.
+class TstBusqueda : public QObject
+{
+    Q_OBJECT
+    std::unique_ptr<TestEnv> env;
+
+private slots:
+    void init()
+    {
+        env = std::make_unique<TestEnv>();
+        env->createDatabase();
+    }
+    void cleanup() { env.reset(); }
+
+    void listsTheQueryAndCountsIt()
+    {
+        Busqueda w;
+        w.SelectCommandText = kAll;
+        w.load();
+        const int total = Reg::count("tActividades");
+        QVERIFY(total > 100);
+        QCOMPARE(w["lstRegistros"].listCount(), total);
+        QCOMPARE(w["StatusBar"].text(), "Total reg.: " + QString::number(total));
+        QCOMPARE(w.caption(), QString("Búsqueda"));
+        // ordered by name, the code behind each entry
+        QVERIFY(entries(w).contains(Reg::kBovino + " " + Reg::kBovinoName));
+        QVERIFY(w["lstRegistros"].itemText(0) < w["lstRegistros"].itemText(1));
+    }
+
+    void typingNarrows_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QStringList>("expected");
+        QTest::newRow("a word") << "bovino" << QStringList{Reg::kBovino + " " + Reg::kBovinoName};
+        QTest::newRow("any case") << "GANADO BOV"
+                                  << QStringList{Reg::kBovino + " " + Reg::kBovinoName};
+        QTest::newRow("inside the name")
+            << "ción de fiambres" << QStringList{Reg::kFiambres + " " + Reg::kFiambresName};
+        QTest::newRow("nothing matches") << "zzzz" << QStringList{};
+        QTest::newRow("a quote") << "o'higgins" << QStringList{};
+    }
+    void typingNarrows()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QStringList, expected);
+        Busqueda w;
+        w.SelectCommandText = kAll;
+        const QString total = w["StatusBar"].text();
+        Person(w).type("txtBuscar", typed);
+        QCOMPARE(entries(w), expected);
+        QCOMPARE(w.SelectCommandText, Busqueda::ActivitiesSql(typed));
+        // only loading writes the count
+        QCOMPARE(w["StatusBar"].text(), total);
+        // a quote typed into the search breaks no statement
+        QVERIFY(QDir(env->dataPath()).entryList({"Errores_*"}).isEmpty());
+        // erasing the text brings every activity back
+        Person(w).retype("txtBuscar", "");
+        QCOMPARE(w["lstRegistros"].listCount(), Reg::count("tActividades"));
+    }
+
+    void premisesMode_data()
+    {
+        QTest::addColumn<QString>("form");
+        QTest::addColumn<QStringList>("expected");
+        const QStringList premises{"101011 VENTA", "101040 SERVICIOS", "452101 LAVADO"};
+        QTest::newRow("F976") << "F976" << premises;
+        QTest::newRow("F2001") << "F2001" << premises;
+        QTest::newRow("F978") << "F978" << premises;
+        // any other form reads the row as a plain code and name
+        QTest::newRow("F977") << "F977" << QStringList{"101011 VENTA"};
+    }
+    void premisesMode()
+    {
+        QFETCH(QString, form);
+        QFETCH(QStringList, expected);
+        // an empty description and a repeated one are left out
+        gAccess().Execute(
+            "INSERT INTO Actividades_x_padrones (cuit, padron, objeto, ActP, ActP_Desc, "
+            "Act1, Act1_Desc, Act2, Act2_Desc, Act3, Act3_Desc, Act4, Act4_Desc, Act5, "
+            "Act5_Desc) VALUES ('" +
+            Reg::kCuit +
+            "', '0000000000007', '0000000000001', "
+            "'101011', 'VENTA', '101040', 'SERVICIOS', '', '', '101011', 'VENTA', "
+            "'452101', 'LAVADO', NULL, NULL)");
+        Busqueda w;
+        w.SelectCommandText = premisesSql("0000000000007");
+        w.NombreFormulario = form;
+        w.load();
+        QCOMPARE(entries(w), expected);
+        QCOMPARE(w["StatusBar"].text(), "Total reg.: " + QString::number(expected.size()));
+        // typing searches every activity, not the premises' ones
+        Person(w).type("txtBuscar", "bovino");
+        QCOMPARE(entries(w), QStringList{Reg::kBovino + " " + Reg::kBovinoName});
+    }
+
+    void arrowsCarryTheFocusToTheList_data()
+    {
+        QTest::addColumn<int>("key");
+        QTest::newRow("down") << int(KeyCode::Down);
+        QTest::newRow("up") << int(KeyCode::Up);
+    }
+    void arrowsCarryTheFocusToTheList()
+    {
+        QFETCH(int, key);
+        Busqueda w;
+        w.SelectCommandText = kAll;
+        Person p(w);
+        p.type("txtBuscar", "fiambres");
+        p.key("txtBuscar", key);
+        QCOMPARE(w.focused(), QString("lstRegistros"));
+        QCOMPARE(w["txtBuscar"].text(), QString("fiambres"));
+        p.choose("lstRegistros", 0);
+        QCOMPARE(w["StatusBar"].text(), "Código: " + Reg::kFiambres);
+    }
+
+    void closing_data()
+    {
+        QTest::addColumn<QString>("how");
+        QTest::addColumn<bool>("select");
+        QTest::addColumn<QString>("id");
+        QTest::addColumn<QString>("description");
+        QTest::newRow("enter") << "enter" << true << Reg::kFiambres << Reg::kFiambresName;
+        QTest::newRow("double click") << "dblclick" << true << Reg::kFiambres << Reg::kFiambresName;
+        QTest::newRow("close box copies too")
+            << "box" << true << Reg::kFiambres << Reg::kFiambresName;
+        QTest::newRow("escape keeps them empty") << "escape" << true << ""
+                                                 << "";
+        QTest::newRow("nothing selected") << "box" << false << ""
+                                          << "";
+        QTest::newRow("enter, nothing selected") << "enter" << false << ""
+                                                 << "";
+    }
+    void closing()
+    {
+        QFETCH(QString, how);
+        QFETCH(bool, select);
+        QFETCH(QString, id);
+        QFETCH(QString, description);
+        Busqueda w;
+        w.SelectCommandText = kAll;
+        env->ui().onShow("Busqueda", [&](Controller&) {
+            Person p(w);
+            p.type("txtBuscar", "fiambres");
+            p.key("txtBuscar", KeyCode::Down);
+            if (select)
+                p.choose("lstRegistros", 0);
+            if (how == "enter")
+                p.key("lstRegistros", KeyCode::Return);
+            else if (how == "escape")
+                p.key("lstRegistros", KeyCode::Escape);
+            else if (how == "dblclick")
+                p.dblClick("lstRegistros");
+            if (how != "box")
+                QVERIFY(!w.isLoaded());
+        });
+        w.show(true);
+        QVERIFY(!w.isLoaded());
+        QCOMPARE(w.Id, id);
+        QCOMPARE(w.Description, description);
+    }
+};
+
+QTEST_GUILESS_MAIN(TstBusqueda)
+#include "tst_busqueda.moc"

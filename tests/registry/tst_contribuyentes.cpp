@@ -1,0 +1,496 @@
+#include <QtTest>
+
+#include "Person.h"
+#include "RegistryTestData.h"
+#include "TestSupport.h"
+#include "registry/Contribuyentes.h"
+
+namespace {
+
+const QString kPremises = "SELECT cuit, padron, objeto, regimen, percepcion, retencion, Principal "
+                          "FROM tPadronesComerciales ORDER BY padron";
+const QString kTaxpayers = "SELECT idContribuyente, ApellidoNombre, Cuit FROM Contribuyentes";
+const QString kNotice = "Número de CUIT incorrecto";
+
+// A premises typed into the premises dialog when it opens next.
+void nextPremises(ScriptedUi& ui, const Reg::Premises& premises)
+{
+    ui.onShow("frmLocalComercial", [premises](Controller& w) { Reg::addPremises(w, premises); });
+}
+
+QStringList comboTexts(Contribuyentes& w)
+{
+    QStringList out;
+    for (const ListItem& item : w["cboPadronPrincipal"].items())
+        out << item.text;
+    return out;
+}
+
+QStringList messagesWithTitles(const ScriptedUi& ui)
+{
+    QStringList out;
+    for (const ScriptedUi::Message& m : ui.messages())
+        out << m.text + " @" + m.title;
+    return out;
+}
+
+} // namespace
+
+// The taxpayer dialog driven as a person does, with the premises dialog
+// scripted inside it: the CUIT notices and checks, the save, the principal
+// premises, the removals and what Cancelar cleans.
+class TstContribuyentes : public QObject
+{
+    Q_OBJECT
+    std::unique_ptr<TestEnv> env;
+
+    // A stored taxpayer with three premises, the first one principal.
+    void storedTaxpayer()
+    {
+        Reg::insertTaxpayer(1, "PEREZ JUAN", Reg::kCuitMasked);
+        Reg::insertPremises(Reg::kCuit, "0000000000001", "0000000000001", "CENTRAL", true);
+        Reg::insertPremises(Reg::kCuit, "0000000000002", "0000000000001", "NORTE");
+        Reg::insertPremises(Reg::kCuit, "0000000000003", "0000000000001", QString());
+    }
+
+    void openStored(Contribuyentes& w)
+    {
+        w.Id = "1";
+        w.NewRecord = false;
+        w.load();
+    }
+
+private slots:
+    void init()
+    {
+        env = std::make_unique<TestEnv>();
+        env->createDatabase();
+    }
+    void cleanup() { env.reset(); }
+
+    void newTaxpayerWithTwoPremises()
+    {
+        Contribuyentes w;
+        QCOMPARE(w["sstFichas"].value(), 0);
+        QCOMPARE(w.caption(), QString("Contribuyentes / Locales Comerciales"));
+        QCOMPARE(comboTexts(w), QStringList{"------------"});
+        QVERIFY(!w["cmdModificar"].enabled() && !w["cmdQuitar"].enabled() &&
+                !w["cmdQuitarTodo"].enabled());
+        Person p(w);
+        p.type("txtCuit", Reg::kCuit);
+        p.type("txtApellidoNombre", "perez juan");
+        p.click("sstFichas", 1);
+        nextPremises(env->ui(), {.padron = "123", .objeto = "1", .fantasia = "CENTRAL"});
+        p.click("cmdAgregar");
+        nextPremises(env->ui(), {.padron = "45",
+                                 .objeto = "2",
+                                 .fantasia = "SUCURSAL",
+                                 .actividad = Reg::kFiambres,
+                                 .general = false,
+                                 .procom = true,
+                                 .retencion = true});
+        p.click("cmdAgregar");
+        QCOMPARE(env->ui().shownWindows(), (QStringList{"frmLocalComercial", "frmLocalComercial"}));
+        // the fields stay editable: the taxpayer is not stored yet
+        QVERIFY(w["txtCuit"].enabled() && w["txtApellidoNombre"].enabled());
+        QCOMPARE(w["txtApellidoNombre"].text(), QString("PEREZ JUAN"));
+        QCOMPARE(w["gridLocales"].rowCount(), 2);
+        QCOMPARE(w["gridLocales"].header().first(), QString("Padrón"));
+        QCOMPARE(w["gridLocales"].row(1).mid(0, 5),
+                 (QStringList{"0000000000045", "0000000000002", "A", "", "SUCURSAL"}));
+        QCOMPARE(comboTexts(w),
+                 (QStringList{"------------", "0000000000123/0000000000001 - CENTRAL",
+                              "0000000000045/0000000000002 - SUCURSAL"}));
+        p.clickRow("gridLocales", 0);
+        QVERIFY(w["cmdModificar"].enabled() && w["cmdQuitar"].enabled() &&
+                w["cmdQuitarTodo"].enabled());
+        p.choose("cboPadronPrincipal", 2);
+        p.click("cmdAceptar");
+
+        QVERIFY(!w.isLoaded());
+        QVERIFY(w.Saved);
+        QCOMPARE(w.Id, QString("1"));
+        QCOMPARE(w.GetNombre, QString("PEREZ JUAN"));
+        QCOMPARE(Reg::rows(kTaxpayers), QStringList{"1|PEREZ JUAN|20-12345678-6"});
+        QCOMPARE(Reg::rows(kPremises),
+                 (QStringList{"20123456786|0000000000045|0000000000002|1|0|1|X",
+                              "20123456786|0000000000123|0000000000001|0|0|0|<null>"}));
+        QCOMPARE(Reg::rows("SELECT cuit, padron, ActP FROM Actividades_x_padrones ORDER BY padron"),
+                 (QStringList{"20123456786|0000000000045|" + Reg::kFiambres,
+                              "20123456786|0000000000123|" + Reg::kBovino}));
+        QVERIFY(env->ui().messages().isEmpty());
+        QVERIFY(QDir(env->dataPath()).entryList({"Errores_*"}).isEmpty());
+        VERIFY_UI_CLEAN(*env);
+    }
+
+    void aSecondTaxpayerGetsTheNextId()
+    {
+        Reg::insertTaxpayer(7, "OTRO", Reg::kOtherCuitMasked);
+        Contribuyentes w; // shown as the main window's "Nuevo" shows it
+        w.NewRecord = true;
+        env->ui().onShow("Contribuyentes", [](Controller& c) {
+            Person p(c);
+            p.type("txtCuit", Reg::kCuit);
+            p.type("txtApellidoNombre", "ana");
+            p.click("cmdAceptar");
+        });
+        w.show(true);
+        QVERIFY(w.Saved);
+        QCOMPARE(w.Id, QString("8"));
+        QCOMPARE(w.GetNombre, QString("ANA"));
+        QCOMPARE(Reg::rows(kTaxpayers),
+                 (QStringList{"7|OTRO|30-71234567-1", "8|ANA|20-12345678-6"}));
+    }
+
+    void cuitNoticesAndChecks_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("notices");     // shown on leaving the field
+        QTest::addColumn<int>("answer");      // to "desea continuar?", 0 when not asked
+        QTest::addColumn<QString>("refusal"); // at Aceptar, "" when saved
+        QTest::newRow("right") << Reg::kCuit << 0 << 0 << "";
+        QTest::newRow("untouched") << "" << 1 << 0 << "Debe especificar el Nº de CUIT. @Atención !";
+        QTest::newRow("prefix 24, right digit: a notice, savable") << "24123456781" << 1 << 0 << "";
+        QTest::newRow("prefix 24, wrong digit: one notice")
+            << "24123456780" << 1 << int(Msg::No)
+            << "Número de CUIT incorrecto, desea continuar? @Atención !";
+        QTest::newRow("wrong digit, Sí") << "20123456789" << 1 << int(Msg::Yes) << "";
+        QTest::newRow("wrong digit, No")
+            << "20123456789" << 1 << int(Msg::No)
+            << "Número de CUIT incorrecto, desea continuar? @Atención !";
+        QTest::newRow("incomplete") << "2012345" << 1 << 0 << "Número de CUIT incorrecto @";
+        QTest::newRow("prefix 27") << "27123456780" << 0 << 0 << "";
+    }
+    void cuitNoticesAndChecks()
+    {
+        QFETCH(QString, typed);
+        QFETCH(int, notices);
+        QFETCH(int, answer);
+        QFETCH(QString, refusal);
+        Contribuyentes w;
+        Person p(w);
+        p.type("txtCuit", typed);
+        p.leave("txtCuit");
+        QCOMPARE(w.focused(), QString("txtApellidoNombre"));
+        QCOMPARE(messagesWithTitles(env->ui()), QStringList(notices, kNotice + " @Mensaje..."));
+        for (const ScriptedUi::Message& m : env->ui().messages())
+            QCOMPARE(m.style, int(Msg::Information));
+        env->ui().clearMessages();
+        p.type("txtApellidoNombre", "perez");
+        if (answer)
+            env->ui().answer("desea continuar?", answer);
+        p.click("cmdAceptar");
+        VERIFY_UI_CLEAN(*env);
+        const bool saved = refusal.isEmpty() || answer == Msg::Yes;
+        QCOMPARE(w.Saved, saved);
+        QCOMPARE(Reg::count("Contribuyentes"), saved ? 1 : 0);
+        if (saved)
+            return;
+        QVERIFY(messagesWithTitles(env->ui()).contains(refusal.endsWith("@") ? refusal + AppTitle()
+                                                                             : refusal));
+        QCOMPARE(w.focused(), QString("txtCuit"));
+        QCOMPARE(w["sstFichas"].value(), 0);
+        if (!w["txtCuit"].clipText().isEmpty())
+            QCOMPARE(w["txtCuit"].selectedText(), w["txtCuit"].text());
+    }
+
+    void nameIsRequiredAndUpperCased()
+    {
+        Contribuyentes w;
+        Person p(w);
+        p.type("txtCuit", Reg::kCuit);
+        p.type("txtApellidoNombre", "o'brien, josé 2º");
+        QCOMPARE(w["txtApellidoNombre"].text(), QString("OBRIEN JOS 2"));
+        p.retype("txtApellidoNombre", "   ");
+        p.click("cmdAceptar");
+        QCOMPARE(messagesWithTitles(env->ui()),
+                 QStringList{"Debe especificar el Apellido y Nombre ó Razón Social. @Atención !"});
+        QCOMPARE(w.focused(), QString("txtApellidoNombre"));
+        QVERIFY(!w.Saved);
+    }
+
+    void quotesAreStoredAndShownBack()
+    {
+        Contribuyentes w;
+        Person p(w);
+        p.type("txtCuit", Reg::kCuit);
+        p.focus("txtApellidoNombre");
+        w["txtApellidoNombre"].setText("D'ANGELO & O'BRIEN S.A."); // pasted past the key filter
+        nextPremises(env->ui(), {.padron = "9",
+                                 .objeto = "9",
+                                 .fantasia = "SUR",
+                                 .calle = "O'HIGGINS 1234",
+                                 .suscriptor = "MARÍA D'ALESSIO",
+                                 .caracter = "APODERADA 'A'"});
+        p.click("cmdAgregar");
+        p.choose("cboPadronPrincipal", 1);
+        p.click("cmdAceptar");
+        QVERIFY(w.Saved);
+        QCOMPARE(Reg::rows("SELECT ApellidoNombre FROM Contribuyentes"),
+                 QStringList{"D'ANGELO & O'BRIEN S.A."});
+        QCOMPARE(
+            Reg::rows(
+                "SELECT calle_numero, suscriptor, caracter, Principal FROM tPadronesComerciales"),
+            QStringList{"O'HIGGINS 1234|MARÍA D'ALESSIO|APODERADA 'A'|X"});
+
+        Contribuyentes again;
+        openStored(again);
+        QCOMPARE(again["txtApellidoNombre"].text(), QString("D'ANGELO & O'BRIEN S.A."));
+        QCOMPARE(again["txtCuit"].text(), Reg::kCuitMasked);
+        QVERIFY(!again["txtCuit"].enabled() && !again["txtApellidoNombre"].enabled());
+        QString street;
+        env->ui().onShow("frmLocalComercial", [&](Controller& l) {
+            street = l["txtCalleNumero"].text();
+            Person(l).click("cmdCancelar");
+        });
+        Person(again).dblClick("gridLocales");
+        QCOMPARE(street, QString("O'HIGGINS 1234"));
+        QVERIFY(QDir(env->dataPath()).entryList({"Errores_*"}).isEmpty());
+    }
+
+    void takenCuit_data()
+    {
+        QTest::addColumn<bool>("storedBeforeTyping");
+        QTest::newRow("known on leaving the field") << true;
+        QTest::newRow("stored meanwhile, caught at Aceptar") << false;
+    }
+    void takenCuit()
+    {
+        QFETCH(bool, storedBeforeTyping);
+        if (storedBeforeTyping)
+            Reg::insertTaxpayer(1, "PRIMERO", Reg::kCuitMasked);
+        Contribuyentes w;
+        Person p(w);
+        p.type("txtCuit", Reg::kCuit);
+        if (storedBeforeTyping) {
+            QVERIFY(!p.leave("txtCuit"));
+            QCOMPARE(env->ui().texts(),
+                     QStringList{"El cuit ya existe en la base. Por favor corrija el mismo.-"});
+            QCOMPARE(w.focused(), QString("txtCuit"));
+            p.click("cmdAceptar"); // the field holds the focus: no click
+            QCOMPARE(env->ui().texts().size(), 2);
+        } else {
+            p.type("txtApellidoNombre", "segundo");
+            Reg::insertTaxpayer(1, "PRIMERO", Reg::kCuitMasked);
+            p.click("cmdAceptar");
+            QCOMPARE(env->ui().texts(), QStringList{"Cuit Repetido"});
+            QCOMPARE(w["txtCuit"].text(), QString("__-________-_"));
+            QCOMPARE(w.focused(), QString("txtCuit"));
+        }
+        QVERIFY(!w.Saved);
+        QCOMPARE(Reg::rows("SELECT ApellidoNombre FROM Contribuyentes"), QStringList{"PRIMERO"});
+    }
+
+    void editModeShowsTheStoredTaxpayer()
+    {
+        storedTaxpayer();
+        Contribuyentes w;
+        openStored(w);
+        QCOMPARE(w["txtCuit"].text(), Reg::kCuitMasked);
+        QVERIFY(!w["txtCuit"].enabled() && !w["txtApellidoNombre"].enabled());
+        QVERIFY(w["cmdQuitarTodo"].enabled() && w["cmdModificar"].enabled());
+        QCOMPARE(w["gridLocales"].rowCount(), 3);
+        QCOMPARE(w["gridLocales"].currentRow(), 0);
+        QCOMPARE(
+            comboTexts(w),
+            (QStringList{"------------", "0000000000001/0000000000001 - CENTRAL",
+                         "0000000000002/0000000000001 - NORTE", "0000000000003/0000000000001"}));
+        QCOMPARE(w["cboPadronPrincipal"].listIndex(), 1);
+        // nothing changed: Aceptar keeps the row as it was
+        Person(w).click("cmdAceptar");
+        QVERIFY(w.Saved);
+        QCOMPARE(Reg::rows(kTaxpayers), QStringList{"1|PEREZ JUAN|20-12345678-6"});
+        QVERIFY(env->ui().messages().isEmpty());
+    }
+
+    void principalMarkIsWrittenAtOnce_data()
+    {
+        QTest::addColumn<int>("entry");
+        QTest::addColumn<QString>("marked"); // padrones with the mark
+        QTest::newRow("another premises") << 2 << "0000000000002";
+        QTest::newRow("the same again") << 1 << "0000000000001";
+        QTest::newRow("the placeholder clears it") << 0 << "";
+        QTest::newRow("one without fantasy name") << 3 << "0000000000003";
+    }
+    void principalMarkIsWrittenAtOnce()
+    {
+        QFETCH(int, entry);
+        QFETCH(QString, marked);
+        storedTaxpayer();
+        Contribuyentes w;
+        openStored(w);
+        Person p(w);
+        p.choose("cboPadronPrincipal", entry);
+        const QString sql = "SELECT padron FROM tPadronesComerciales WHERE Principal = 'X'";
+        const QStringList expected = marked.isEmpty() ? QStringList{} : QStringList{marked};
+        QCOMPARE(Reg::rows(sql), expected);
+        p.click("cmdCancelar");
+        QVERIFY(!w.Saved);
+        QCOMPARE(Reg::rows(sql), expected); // Cancelar undoes nothing
+        QCOMPARE(Reg::count("tPadronesComerciales"), 3);
+    }
+
+    void anObjetoNotThirteenLongCannotBeMarked()
+    {
+        Reg::insertTaxpayer(1, "PEREZ JUAN", Reg::kCuitMasked);
+        Reg::insertPremises(Reg::kCuit, "0000000000001", "12", "VIEJO");
+        Contribuyentes w;
+        openStored(w);
+        Person(w).choose("cboPadronPrincipal", "0000000000001/12 - VIEJO");
+        QCOMPARE(Reg::count("tPadronesComerciales", "Principal = 'X'"), 0);
+    }
+
+    void cancelRemovesWhatBelongsToNobody_data()
+    {
+        QTest::addColumn<bool>("stored");
+        QTest::addColumn<bool>("closeBox");
+        QTest::addColumn<int>("premisesLeft");
+        QTest::newRow("new, Cancelar") << false << false << 0;
+        QTest::newRow("new, close box") << false << true << 0;
+        QTest::newRow("stored, Cancelar") << true << false << 4;
+        QTest::newRow("stored, close box") << true << true << 4;
+    }
+    void cancelRemovesWhatBelongsToNobody()
+    {
+        QFETCH(bool, stored);
+        QFETCH(bool, closeBox);
+        QFETCH(int, premisesLeft);
+        // another taxpayer's premises are never touched
+        Reg::insertTaxpayer(2, "OTRO", Reg::kOtherCuitMasked);
+        Reg::insertPremises(Reg::kOtherCuit, "0000000000077", "0000000000001", "AJENO");
+        if (stored)
+            storedTaxpayer();
+        Contribuyentes w;
+        if (stored)
+            openStored(w);
+        Person p(w);
+        p.type("txtCuit", Reg::kCuit);
+        p.type("txtApellidoNombre", "perez");
+        nextPremises(env->ui(), {.padron = "500", .objeto = "1"});
+        p.click("cmdAgregar");
+        QCOMPARE(Reg::count("tPadronesComerciales", "cuit = '" + Reg::kCuit + "'"), stored ? 4 : 1);
+        if (closeBox)
+            QVERIFY(p.closeWindow());
+        else
+            p.click("cmdCancelar");
+        QVERIFY(!w.isLoaded());
+        QVERIFY(!w.Saved);
+        QCOMPARE(w.GetNombre, stored ? QString("PEREZ JUAN") : QString("PEREZ"));
+        QCOMPARE(Reg::count("tPadronesComerciales", "cuit = '" + Reg::kCuit + "'"), premisesLeft);
+        QCOMPARE(Reg::count("Actividades_x_padrones", "cuit = '" + Reg::kCuit + "'"), premisesLeft);
+        QCOMPARE(Reg::count("tPadronesComerciales", "cuit = '" + Reg::kOtherCuit + "'"), 1);
+        QCOMPARE(Reg::count("Contribuyentes"), stored ? 2 : 1);
+    }
+
+    void removingPremises_data()
+    {
+        QTest::addColumn<QString>("button");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<QStringList>("left");
+        QTest::addColumn<QStringList>("texts");
+        const QString one = "Desea eliminar el Local Comercial?";
+        const QString all = "Desea eliminar todos los Locales Comerciales?";
+        const QString refused = "No puede eliminar un padrón que posea formularios cargados";
+        QTest::newRow("Quitar") << "cmdQuitar" << 1 << int(Msg::Yes)
+                                << QStringList{"0000000000001", "0000000000003"}
+                                << QStringList{one};
+        QTest::newRow("Quitar, No")
+            << "cmdQuitar" << 1 << int(Msg::No)
+            << QStringList{"0000000000001", "0000000000002", "0000000000003"} << QStringList{one};
+        QTest::newRow("Quitar one with declarations")
+            << "cmdQuitar" << 0 << int(Msg::Yes)
+            << QStringList{"0000000000001", "0000000000002", "0000000000003"}
+            << QStringList{one, refused};
+        QTest::newRow("QuitarTodo passes over it silently")
+            << "cmdQuitarTodo" << 0 << int(Msg::Yes) << QStringList{"0000000000001"}
+            << QStringList{all};
+        QTest::newRow("QuitarTodo, No")
+            << "cmdQuitarTodo" << 0 << int(Msg::No)
+            << QStringList{"0000000000001", "0000000000002", "0000000000003"} << QStringList{all};
+    }
+    void removingPremises()
+    {
+        QFETCH(QString, button);
+        QFETCH(int, row);
+        QFETCH(int, answer);
+        QFETCH(QStringList, left);
+        QFETCH(QStringList, texts);
+        storedTaxpayer();
+        Reg::insertDeclaration("0000000000001", "0000000000001");
+        Contribuyentes w;
+        openStored(w);
+        Person p(w);
+        p.clickRow("gridLocales", row);
+        env->ui().answer("Desea eliminar", answer);
+        p.click(button);
+        VERIFY_UI_CLEAN(*env);
+        QCOMPARE(env->ui().texts(), texts);
+        QCOMPARE(Reg::rows("SELECT padron FROM tPadronesComerciales ORDER BY padron"), left);
+        QCOMPARE(w["gridLocales"].rowCount(), left.size());
+        QCOMPARE(w["cboPadronPrincipal"].listCount(), left.size() + 1);
+        // the activities of a removed premises stay
+        QCOMPARE(Reg::count("Actividades_x_padrones"), 3);
+    }
+
+    void modifyingPremisesRefreshesTheGrid()
+    {
+        storedTaxpayer();
+        Contribuyentes w;
+        openStored(w);
+        Person p(w);
+        QStringList keys;
+        env->ui().onShow("frmLocalComercial", [&](Controller& l) {
+            auto& local = static_cast<frmLocalComercial&>(l);
+            keys << local.Cuit << local.Padron << local.Objeto
+                 << (local.Modificar ? "edit" : "new");
+            QVERIFY(l["txtPadron"].locked());
+            QCOMPARE(l["txtNombreFantasia"].text(), QString("NORTE"));
+            Person q(l);
+            q.retype("txtNombreFantasia", "norte nuevo");
+            q.type("txtSuscriptor", "ANA");
+            q.type("txtCaracter", "TITULAR");
+            q.click("cmdAceptar");
+        });
+        p.clickRow("gridLocales", 1);
+        p.click("cmdModificar");
+        QCOMPARE(keys, (QStringList{Reg::kCuit, "0000000000002", "0000000000001", "edit"}));
+        QCOMPARE(w["gridLocales"].cell(1, 4), QString("NORTE NUEVO"));
+        QCOMPARE(comboTexts(w).at(2), QString("0000000000002/0000000000001 - NORTE NUEVO"));
+        QCOMPARE(w["cboPadronPrincipal"].listIndex(), 1);
+    }
+
+    void addingNeedsCuitAndName_data()
+    {
+        QTest::addColumn<QString>("cuit");
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<bool>("opens");
+        QTest::newRow("neither") << ""
+                                 << "" << false;
+        QTest::newRow("name only") << ""
+                                   << "perez" << false;
+        QTest::newRow("both") << Reg::kCuit << "perez" << true;
+    }
+    void addingNeedsCuitAndName()
+    {
+        QFETCH(QString, cuit);
+        QFETCH(QString, name);
+        QFETCH(bool, opens);
+        Contribuyentes w;
+        Person p(w);
+        p.type("txtCuit", cuit);
+        p.type("txtApellidoNombre", name);
+        QString handed;
+        env->ui().onShow("frmLocalComercial", [&](Controller& l) {
+            auto& local = static_cast<frmLocalComercial&>(l);
+            handed = local.Cuit + (local.Modificar ? " edit" : " new");
+        });
+        p.click("cmdAgregar");
+        QCOMPARE(env->ui().shownWindows().size(), opens ? 1 : 0);
+        if (opens)
+            QCOMPARE(handed, Reg::kCuit + " new");
+    }
+};
+
+QTEST_GUILESS_MAIN(TstContribuyentes)
+#include "tst_contribuyentes.moc"

@@ -1,0 +1,685 @@
+#include <QtTest>
+
+#include "Person.h"
+#include "RegistryTestData.h"
+#include "TestSupport.h"
+#include "registry/frmLocalComercial.h"
+
+namespace {
+
+const QString kStored =
+    "SELECT idContribuyente, cuit, padron, objeto, grupo, categoria, razon_social, "
+    "nombre_fantasia, percepcion, retencion, regimen, suscriptor, caracter, "
+    "calle_numero, localidad_departamento, cp FROM tPadronesComerciales";
+const QString kActivities = "SELECT * FROM Actividades_x_padrones";
+const QString kRepeat = "Está ingresando una actividad repetida. Verifique los datos por favor.";
+
+// The search dialog, as a person answers it: the first activity matching the
+// text, or Escape.
+void searchAnswers(ScriptedUi& ui, const QString& typed, bool choose = true)
+{
+    ui.onShow("Busqueda", [typed, choose](Controller& b) {
+        Person p(b);
+        p.type("txtBuscar", typed);
+        p.key("txtBuscar", KeyCode::Down);
+        if (choose)
+            p.choose("lstRegistros", 0);
+        p.key("lstRegistros", choose ? KeyCode::Return : KeyCode::Escape);
+    });
+}
+
+} // namespace
+
+// The premises dialog driven as a person does: key rules, padding, the
+// duplicate pair, the regime boxes, the activity lookups and their repeat
+// test, the validation in its order, and what is stored.
+class TstLocalComercial : public QObject
+{
+    Q_OBJECT
+    std::unique_ptr<TestEnv> env;
+    std::unique_ptr<frmLocalComercial> w;
+
+    frmLocalComercial& newDialog()
+    {
+        w = std::make_unique<frmLocalComercial>();
+        w->Cuit = Reg::kCuit;
+        w->Modificar = false;
+        w->load();
+        return *w;
+    }
+
+    frmLocalComercial& editDialog(const QString& padron, const QString& objeto)
+    {
+        w = std::make_unique<frmLocalComercial>();
+        w->Cuit = Reg::kCuit;
+        w->Padron = padron;
+        w->Objeto = objeto;
+        w->Modificar = true;
+        w->cargaDatos();
+        return *w;
+    }
+
+    void runStep(Person& p, const QString& step)
+    {
+        if (step == "aceptar") {
+            p.click("cmdAceptar");
+        } else if (step.startsWith("leave:")) {
+            p.leave(step.mid(6));
+        } else {
+            const QStringList pair = step.split('=');
+            p.retype(pair[0], pair[1]);
+            p.leave(pair[0]);
+        }
+    }
+
+private slots:
+    void init()
+    {
+        env = std::make_unique<TestEnv>();
+        env->createDatabase();
+    }
+    void cleanup()
+    {
+        w.reset();
+        env.reset();
+    }
+
+    void newPremisesIsStoredAsTyped()
+    {
+        frmLocalComercial& d = newDialog();
+        QCOMPARE(d.caption(), QString("Local Comercial"));
+        QCOMPARE(d["txtCP"].text(), QString("9180"));
+        QCOMPARE(d["txtLocalidadDepartamento"].text(), QString("VALDO - CAPITAL"));
+        QCOMPARE(d["SSTabLocalesComerciales"].value(), 0);
+        Person p(d);
+        p.type("txtCategoria", "3");
+        p.type("txtIdSecundaria1", Reg::kFiambres);
+        p.leave("txtIdSecundaria1");
+        Reg::addPremises(d, {.padron = "123",
+                             .objeto = "45",
+                             .grupo = u'C',
+                             .razonSocial = "comercial sur",
+                             .fantasia = "el sol",
+                             .percepcion = true,
+                             .calle = "o'higgins 1234"});
+        QVERIFY(!d.isLoaded());
+        QCOMPARE(Reg::rows(kStored),
+                 QStringList{"1|20123456786|0000000000123|0000000000045|C|3|COMERCIAL SUR|EL SOL|"
+                             "1|0|0|JUAN PEREZ|TITULAR|O'HIGGINS 1234|VALDO - CAPITAL|9180"});
+        QCOMPARE(Reg::rows(kActivities),
+                 QStringList{"20123456786|0000000000123|0000000000045|" + Reg::kBovino + "|" +
+                             Reg::kBovinoName + "|" + Reg::kFiambres + "|" + Reg::kFiambresName +
+                             "||||||||"});
+        QVERIFY(Reg::rows("SELECT Principal FROM tPadronesComerciales") == QStringList{"<null>"});
+        QVERIFY(env->ui().messages().isEmpty());
+        QVERIFY(QDir(env->dataPath()).entryList({"Errores_*"}).isEmpty());
+    }
+
+    void keyRules_data()
+    {
+        QTest::addColumn<QString>("name");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("padrón: digits") << "txtPadron"
+                                        << "12a.3-4"
+                                        << "1234";
+        QTest::newRow("padrón: thirteen at most") << "txtPadron"
+                                                  << "12345678901234567"
+                                                  << "1234567890123";
+        QTest::newRow("activity code: six digits") << "txtIdSecundaria2"
+                                                   << "45 1,1234"
+                                                   << "451123";
+        QTest::newRow("category: 1 to 7") << "txtCategoria"
+                                          << "0890a7"
+                                          << "7";
+        QTest::newRow("postal code: capitals and digits") << "txtCP"
+                                                          << "b1900-ñ"
+                                                          << "B1900Ñ";
+        QTest::newRow("razón social: no signs") << "txtRazonSocial"
+                                                << "la o'higgins s.a."
+                                                << "LA OHIGGINS SA";
+        QTest::newRow("street: anything") << "txtCalleNumero"
+                                          << "o'higgins 12 (b)"
+                                          << "o'higgins 12 (b)";
+        QTest::newRow("description: only a lookup fills it") << "txtPrincipal"
+                                                             << "abc"
+                                                             << "";
+    }
+    void keyRules()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, typed);
+        QFETCH(QString, shown);
+        frmLocalComercial& d = newDialog();
+        Person(d).retype(name, typed);
+        QCOMPARE(d[name].text(), shown);
+    }
+
+    void groupIsOneLetterFromAToH_data()
+    {
+        QTest::addColumn<QList<int>>("keys");
+        QTest::addColumn<QString>("shown");
+        QTest::newRow("A") << QList<int>{'A'} << "A";
+        QTest::newRow("H") << QList<int>{'H'} << "H";
+        QTest::newRow("a second letter replaces the first") << QList<int>{'B', 'E'} << "E";
+        QTest::newRow("I empties it") << QList<int>{'C', 'I'} << "";
+        QTest::newRow("a digit empties it") << QList<int>{'C', '5'} << "";
+        QTest::newRow("Shift released alone empties it") << QList<int>{'D', KeyCode::Shift} << "";
+    }
+    void groupIsOneLetterFromAToH()
+    {
+        QFETCH(QList<int>, keys);
+        QFETCH(QString, shown);
+        frmLocalComercial& d = newDialog();
+        for (int key : keys)
+            Person(d).key("txtGrupo", key);
+        QCOMPARE(d["txtGrupo"].text(), shown);
+    }
+
+    void leavingTheNames()
+    {
+        frmLocalComercial& d = newDialog();
+        Person p(d);
+        const QStringList upper{"txtRazonSocial", "txtNombreFantasia", "txtCalleNumero",
+                                "txtLocalidadDepartamento"};
+        for (const QString& name : upper + QStringList{"txtSuscriptor"}) {
+            p.focus(name);
+            d[name].setText("perez & cía"); // pasted: no key filter
+            p.leave(name);
+            QCOMPARE(d[name].text(), upper.contains(name) ? "PEREZ & CÍA" : "perez & cía");
+        }
+        // Enter moves on from the names
+        p.key("txtNombreFantasia", KeyCode::Return);
+        QCOMPARE(d.focused(), QString("chkRegimenGeneral"));
+        QCOMPARE(d["txtNombreFantasia"].text(), QString("PEREZ & CÍA"));
+    }
+
+    void takenPairIsRefused_data()
+    {
+        QTest::addColumn<QString>("ownerCuit");
+        QTest::addColumn<QString>("objeto");
+        QTest::addColumn<bool>("edit");
+        QTest::addColumn<bool>("refused");
+        QTest::newRow("under another taxpayer") << Reg::kOtherCuit << "1" << false << true;
+        QTest::newRow("under the same taxpayer") << Reg::kCuit << "1" << false << true;
+        QTest::newRow("same padrón, other objeto") << Reg::kOtherCuit << "2" << false << false;
+        QTest::newRow("editing that premises") << Reg::kCuit << "1" << true << false;
+    }
+    void takenPairIsRefused()
+    {
+        QFETCH(QString, ownerCuit);
+        QFETCH(QString, objeto);
+        QFETCH(bool, edit);
+        QFETCH(bool, refused);
+        Reg::insertPremises(ownerCuit, "0000000000123", "0000000000001", "CENTRAL");
+        frmLocalComercial& d = edit ? editDialog("0000000000123", "0000000000001") : newDialog();
+        Person p(d);
+        d["txtPadron"].setText("123");
+        p.focus("txtObjeto");
+        d["txtObjeto"].setText(objeto);
+        p.leave("txtObjeto");
+        if (refused) {
+            QCOMPARE(env->ui().lastText(),
+                     QString("Ya existe el Padrón / Objeto especificado. Verifique.-"));
+            QCOMPARE(env->ui().messages().last().style, int(Msg::Information));
+            QCOMPARE(d.focused(), QString("txtPadron"));
+            QCOMPARE(d["txtPadron"].selectedText(), QString("0000000000123"));
+            // the focus stays held until the pair changes
+            QVERIFY(!p.leave("txtPadron"));
+        } else {
+            QVERIFY(env->ui().messages().isEmpty());
+            QCOMPARE(d.focused(), QString("txtGrupo"));
+        }
+        QCOMPARE(d["txtObjeto"].text(), QString("%1").arg(objeto.toInt(), 13, 10, QChar('0')));
+    }
+
+    void regimeBoxes_data()
+    {
+        QTest::addColumn<QStringList>("clicks");
+        QTest::addColumn<QString>("boxes");  // General, PROCOM as checked
+        QTest::addColumn<QString>("stored"); // regimen|percepcion|retencion
+        QTest::newRow("general") << QStringList{"chkRegimenGeneral"} << "10"
+                                 << "0|0|0";
+        QTest::newRow("procom") << QStringList{"chkRegimenProcom"} << "01"
+                                << "1|0|0";
+        QTest::newRow("procom unchecks general")
+            << QStringList{"chkRegimenGeneral", "chkRegimenProcom"} << "01"
+            << "1|0|0";
+        QTest::newRow("general unchecks procom")
+            << QStringList{"chkRegimenProcom", "chkRegimenGeneral"} << "10"
+            << "0|0|0";
+        QTest::newRow("retention agent without regime") << QStringList{"chkRetencion"} << "00"
+                                                        << "2|0|1";
+        QTest::newRow("perception agent without regime") << QStringList{"chkPercepcion"} << "00"
+                                                         << "2|1|0";
+        QTest::newRow("general and both agents")
+            << QStringList{"chkRegimenGeneral", "chkPercepcion", "chkRetencion"} << "10"
+            << "0|1|1";
+        QTest::newRow("procom and retention agent")
+            << QStringList{"chkRegimenProcom", "chkRetencion"} << "01"
+            << "1|0|1";
+        QTest::newRow("general taken back")
+            << QStringList{"chkRegimenGeneral", "chkRegimenGeneral", "chkPercepcion"} << "00"
+            << "2|1|0";
+    }
+    void regimeBoxes()
+    {
+        QFETCH(QStringList, clicks);
+        QFETCH(QString, boxes);
+        QFETCH(QString, stored);
+        frmLocalComercial& d = newDialog();
+        Reg::typePremises(d, {.padron = "1", .objeto = "1", .general = false});
+        Person p(d);
+        for (const QString& box : clicks)
+            p.click(box);
+        QCOMPARE(QString::number(d["chkRegimenGeneral"].value()) +
+                     QString::number(d["chkRegimenProcom"].value()),
+                 boxes);
+        p.click("cmdAceptar");
+        QCOMPARE(Reg::rows("SELECT regimen, percepcion, retencion FROM tPadronesComerciales"),
+                 QStringList{stored});
+    }
+
+    void validationInOrder_data()
+    {
+        QTest::addColumn<QStringList>("blank");
+        QTest::addColumn<QStringList>("answers"); // question fragment=Sí or No
+        QTest::addColumn<QString>("message");     // "" when stored
+        const QString noChoice = "La selección actual no es válida.\nDebe seleccionar Régimen / "
+                                 "Agente de Percepción / Agente de Retención";
+        QTest::newRow("padrón") << QStringList{"txtPadron"} << QStringList{}
+                                << "Debe ingresar un N° de Padrón Comercial";
+        QTest::newRow("objeto") << QStringList{"txtObjeto"} << QStringList{}
+                                << "Debe ingresar un N° de Objeto";
+        QTest::newRow("grupo") << QStringList{"txtGrupo"} << QStringList{}
+                               << "Debe ingresar un Grupo";
+        QTest::newRow("razón social")
+            << QStringList{"txtRazonSocial"} << QStringList{} << "Debe ingresar una Razón Social";
+        QTest::newRow("no regime nor agent")
+            << QStringList{"chkRegimenGeneral"} << QStringList{} << noChoice;
+        QTest::newRow("grupo before the regime") << QStringList{"chkRegimenGeneral", "txtGrupo"}
+                                                 << QStringList{} << "Debe ingresar un Grupo";
+        QTest::newRow("no activity code")
+            << QStringList{"txtIdPrincipal"} << QStringList{} << "Debe ingresar una actividad";
+        QTest::newRow("no signatory, No")
+            << QStringList{"txtSuscriptor"} << QStringList{"Suscriptor=No"}
+            << "Ingrese un Suscriptor para continuar.";
+        QTest::newRow("no signatory, Sí")
+            << QStringList{"txtSuscriptor"} << QStringList{"Suscriptor=Sí"} << "";
+        QTest::newRow("no capacity, No") << QStringList{"txtCaracter"} << QStringList{"Carácter=No"}
+                                         << "Ingrese el Carácter para continuar.";
+        QTest::newRow("neither, Sí and Sí") << QStringList{"txtSuscriptor", "txtCaracter"}
+                                            << QStringList{"Suscriptor=Sí", "Carácter=Sí"} << "";
+        QTest::newRow("blank category is fine")
+            << QStringList{"txtCategoria"} << QStringList{} << "";
+    }
+    void validationInOrder()
+    {
+        QFETCH(QStringList, blank);
+        QFETCH(QStringList, answers);
+        QFETCH(QString, message);
+        frmLocalComercial& d = newDialog();
+        Reg::typePremises(d, {.padron = "1", .objeto = "1"});
+        for (const QString& name : blank) {
+            if (name.startsWith("chk"))
+                Person(d).check(name, false);
+            else
+                d[name].setText(QString());
+        }
+        for (const QString& a : answers) {
+            const QStringList pair = a.split('=');
+            env->ui().answer(pair[0], pair[1] == "Sí" ? Msg::Yes : Msg::No);
+        }
+        Person(d).click("cmdAceptar");
+        VERIFY_UI_CLEAN(*env);
+        for (const ScriptedUi::Message& m : env->ui().messages())
+            if (m.style & Msg::YesNo)
+                QCOMPARE(m.title, QString("Local Comercial"));
+        if (message.isEmpty()) {
+            QVERIFY(!d.isLoaded());
+            QCOMPARE(Reg::count("tPadronesComerciales"), 1);
+            return;
+        }
+        QCOMPARE(env->ui().lastText(), message);
+        QCOMPARE(env->ui().messages().last().style, int(Msg::Information));
+        QVERIFY(d.isLoaded());
+        QCOMPARE(Reg::count("tPadronesComerciales"), 0);
+        QCOMPARE(Reg::count("Actividades_x_padrones"), 0);
+    }
+
+    void requiredDataOnlyStoresZeros()
+    {
+        frmLocalComercial& d = newDialog();
+        Reg::typePremises(d, {.padron = "5", .objeto = "5", .actividad = ""});
+        d["txtCP"].setText(QString());
+        d["txtLocalidadDepartamento"].setText(QString());
+        Person(d).click("cmdAceptar");
+        QCOMPARE(env->ui().lastText(), QString("Debe ingresar una actividad"));
+        // the refused Aceptar leaves the zeros it wrote on the screen
+        for (const char* name :
+             {"txtNombreFantasia", "txtCP", "txtLocalidadDepartamento", "txtCalleNumero"})
+            QCOMPARE(d[name].text(), QString("0"));
+        Person p(d);
+        p.type("txtIdPrincipal", Reg::kBovino);
+        p.click("cmdAceptar");
+        QCOMPARE(Reg::rows("SELECT nombre_fantasia, calle_numero, localidad_departamento, cp, "
+                           "categoria FROM tPadronesComerciales"),
+                 QStringList{"0|0|0|0|"});
+    }
+
+    void lookupByCode_data()
+    {
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("search"); // "" none, else the text typed, "-" Escape
+        QTest::addColumn<QString>("code");
+        QTest::addColumn<QString>("description");
+        QTest::addColumn<QString>("focus");
+        QTest::newRow("principal found") << "Principal" << Reg::kBovino << "" << Reg::kBovino
+                                         << Reg::kBovinoName << "cmdPrincipal";
+        QTest::newRow("read as a whole number") << "Secundaria1"
+                                                << "000011"
+                                                << ""
+                                                << "000011"
+                                                << "ACTIVIDAD ONCE"
+                                                << "cmdSecundaria1";
+        QTest::newRow("third secondary found goes to Aceptar")
+            << "Secundaria3" << Reg::kBovino << "" << Reg::kBovino << Reg::kBovinoName
+            << "cmdAceptar";
+        QTest::newRow("fifth secondary found goes to Aceptar")
+            << "Secundaria5" << Reg::kBovino << "" << Reg::kBovino << Reg::kBovinoName
+            << "cmdAceptar";
+        QTest::newRow("unknown, chosen in the search")
+            << "Principal"
+            << "999999"
+            << "fiambres" << Reg::kFiambres << Reg::kFiambresName << "cmdPrincipal";
+        QTest::newRow("unknown, search left with Escape") << "Secundaria2"
+                                                          << "999999"
+                                                          << "-"
+                                                          << ""
+                                                          << ""
+                                                          << "cmdSecundaria2";
+        QTest::newRow("third secondary back from a search")
+            << "Secundaria3"
+            << "999999"
+            << "fiambres" << Reg::kFiambres << Reg::kFiambresName << "txtIdSecundaria3";
+    }
+    void lookupByCode()
+    {
+        QFETCH(QString, line);
+        QFETCH(QString, typed);
+        QFETCH(QString, search);
+        QFETCH(QString, code);
+        QFETCH(QString, description);
+        QFETCH(QString, focus);
+        gAccess().Execute(
+            "INSERT INTO tActividades (idTActividad, Nombre) VALUES (11, 'ACTIVIDAD ONCE')");
+        frmLocalComercial& d = newDialog();
+        d["txt" + line].setText("BEFORE");
+        if (!search.isEmpty())
+            searchAnswers(env->ui(), search, search != "-");
+        Person p(d);
+        p.type("txtId" + line, typed);
+        p.leave("txtId" + line);
+        QCOMPARE(env->ui().shownWindows(),
+                 search.isEmpty() ? QStringList{} : QStringList{"Busqueda"});
+        QCOMPARE(d["txtId" + line].text(), code);
+        QCOMPARE(d["txt" + line].text(), description);
+        QCOMPARE(d.focused(), focus);
+    }
+
+    void lookupByButton_data()
+    {
+        QTest::addColumn<QString>("line");
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<bool>("choose");
+        QTest::addColumn<QString>("code");
+        QTest::addColumn<QString>("focus");
+        QTest::newRow("principal goes to the first secondary")
+            << "Principal"
+            << "" << true << Reg::kFiambres << "txtIdSecundaria1";
+        QTest::newRow("a secondary goes to the following line")
+            << "Secundaria2"
+            << "" << true << Reg::kFiambres << "txtIdSecundaria3";
+        QTest::newRow("no choice, no code: stays") << "Secundaria4"
+                                                   << "" << false << ""
+                                                   << "cmdSecundaria4";
+        QTest::newRow("no choice keeps the code and moves on")
+            << "Secundaria4" << Reg::kBovino << false << Reg::kBovino << "txtIdSecundaria5";
+    }
+    void lookupByButton()
+    {
+        QFETCH(QString, line);
+        QFETCH(QString, before);
+        QFETCH(bool, choose);
+        QFETCH(QString, code);
+        QFETCH(QString, focus);
+        frmLocalComercial& d = newDialog();
+        Person p(d);
+        p.type("txtId" + line, before);
+        searchAnswers(env->ui(), "fiambres", choose);
+        p.click("cmd" + line);
+        QCOMPARE(env->ui().shownWindows(), QStringList{"Busqueda"});
+        QCOMPARE(d["txtId" + line].text(), code);
+        QCOMPARE(d["txt" + line].text(), code.isEmpty()         ? QString()
+                                         : code == Reg::kBovino ? Reg::kBovinoName
+                                                                : Reg::kFiambresName);
+        QCOMPARE(d.focused(), focus);
+    }
+
+    void repeatedActivities_data()
+    {
+        QTest::addColumn<QStringList>("steps");
+        QTest::addColumn<int>("refusals");
+        QTest::addColumn<bool>("stored");
+        const QString p = "txtIdPrincipal=" + Reg::kBovino;
+        const QString s1 = "txtIdSecundaria1=" + Reg::kBovino;
+        QTest::newRow("different codes")
+            << QStringList{p, "txtIdSecundaria1=" + Reg::kFiambres, "aceptar"} << 0 << true;
+        QTest::newRow("same code twice") << QStringList{p, s1, "aceptar"} << 1 << false;
+        QTest::newRow("a second Aceptar lets it through")
+            << QStringList{p, s1, "aceptar", "aceptar"} << 1 << true;
+        QTest::newRow("a lookup after the refusal finds it again")
+            << QStringList{p, s1, "aceptar", "leave:txtIdSecundaria1", "aceptar"} << 2 << false;
+        QTest::newRow("repeat among the secondary lines")
+            << QStringList{p, "txtIdSecundaria2=" + Reg::kFiambres,
+                           "txtIdSecundaria5=" + Reg::kFiambres, "aceptar"}
+            << 1 << false;
+    }
+    void repeatedActivities()
+    {
+        QFETCH(QStringList, steps);
+        QFETCH(int, refusals);
+        QFETCH(bool, stored);
+        frmLocalComercial& d = newDialog();
+        Reg::typePremises(d, {.padron = "1", .objeto = "1", .actividad = ""});
+        Person p(d);
+        for (const QString& step : steps)
+            runStep(p, step);
+        int shown = 0;
+        for (const ScriptedUi::Message& m : env->ui().messages()) {
+            QCOMPARE(m.text, kRepeat);
+            QCOMPARE(m.title, QString("Atención..."));
+            QCOMPARE(m.style, int(Msg::Critical));
+            ++shown;
+        }
+        QCOMPARE(shown, refusals);
+        QCOMPARE(Reg::count("tPadronesComerciales"), stored ? 1 : 0);
+        QCOMPARE(d.isLoaded(), !stored);
+    }
+
+    void editLoadsTheStoredPremisesAndReplacesItsActivities()
+    {
+        gAccess().Execute(
+            "INSERT INTO tPadronesComerciales (idContribuyente, cuit, padron, objeto, "
+            "grupo, categoria, razon_social, nombre_fantasia, percepcion, retencion, "
+            "regimen, suscriptor, caracter, calle_numero, localidad_departamento, cp, "
+            "Principal) VALUES (4, '" +
+            Reg::kCuit +
+            "', '0000000000123', '0000000000045', "
+            "'B', '6', 'RAZON', 'FANTASIA', '1', '0', '1', 'ANA', 'SOCIA', "
+            "'O''HIGGINS 1234', 'CAPITAL', '4000', 'X')");
+        gAccess().Execute(
+            "INSERT INTO Actividades_x_padrones (cuit, padron, objeto, ActP, ActP_Desc, "
+            "Act1, Act1_Desc, Act2, Act2_Desc) VALUES ('" +
+            Reg::kCuit +
+            "', "
+            "'0000000000123', '0000000000045', '" +
+            Reg::kBovino + "', 'BOVINO', '" + Reg::kBovino + "', 'BOVINO', '" + Reg::kFiambres +
+            "', 'FIAMBRES')");
+        frmLocalComercial& d = editDialog("0000000000123", "0000000000045");
+        const QStringList shown{"txtPadron",
+                                "txtObjeto",
+                                "txtGrupo",
+                                "txtCategoria",
+                                "txtRazonSocial",
+                                "txtNombreFantasia",
+                                "txtSuscriptor",
+                                "txtCaracter",
+                                "txtCalleNumero",
+                                "txtLocalidadDepartamento",
+                                "txtCP",
+                                "txtIdPrincipal",
+                                "txtPrincipal",
+                                "txtIdSecundaria1",
+                                "txtIdSecundaria2",
+                                "txtSecundaria2",
+                                "txtIdSecundaria3"};
+        QStringList texts;
+        for (const QString& name : shown)
+            texts << d[name].text();
+        QCOMPARE(texts.join('|'), "0000000000123|0000000000045|B|6|RAZON|FANTASIA|ANA|SOCIA|"
+                                  "O'HIGGINS 1234|CAPITAL|4000|" +
+                                      Reg::kBovino + "|BOVINO|" + Reg::kBovino + "|" +
+                                      Reg::kFiambres + "|FIAMBRES|");
+        QVERIFY(d["txtPadron"].locked() && d["txtObjeto"].locked());
+        QCOMPARE(d["chkPercepcion"].value(), 1);
+        QCOMPARE(d["chkRetencion"].value(), 0);
+        QCOMPARE(d["chkRegimenGeneral"].value(), 0);
+        QCOMPARE(d["chkRegimenProcom"].value(), 1);
+
+        // an emptied principal code is refused: the activities row stays
+        Person p(d);
+        p.retype("txtIdPrincipal", "");
+        p.leave("txtIdPrincipal");
+        p.click("cmdAceptar");
+        QCOMPARE(env->ui().lastText(), QString("Debe ingresar una actividad"));
+        QCOMPARE(Reg::count("Actividades_x_padrones"), 1);
+
+        // a lookup takes every code on the screen into the repeat test
+        p.type("txtIdPrincipal", Reg::kFiambres);
+        p.leave("txtIdPrincipal");
+        p.retype("txtIdSecundaria2", "");
+        p.leave("txtIdSecundaria2");
+        p.retype("txtCategoria", "");
+        p.retype("txtCalleNumero", "san martín 55");
+        p.click("cmdAceptar");
+        QVERIFY(!d.isLoaded());
+        QCOMPARE(
+            Reg::rows(kStored),
+            QStringList{"4|20123456786|0000000000123|0000000000045|B|<null>|RAZON|FANTASIA|1|0|1|"
+                        "ANA|SOCIA|SAN MARTÍN 55|CAPITAL|4000"});
+        QCOMPARE(Reg::rows("SELECT Principal FROM tPadronesComerciales"), QStringList{"X"});
+        QCOMPARE(
+            Reg::rows("SELECT ActP, Act1, Act1_Desc, Act2, Act2_Desc FROM Actividades_x_padrones"),
+            QStringList{Reg::kFiambres + "|" + Reg::kBovino + "|BOVINO||"});
+    }
+
+    void loadedCodesAreNoRepeat()
+    {
+        // codes only loaded for an edit are not in the repeat test
+        Reg::insertPremises(Reg::kCuit, "0000000000001", "0000000000001", "CENTRAL");
+        gAccess().Execute("UPDATE Actividades_x_padrones SET Act1 = ActP, Act1_Desc = ActP_Desc");
+        gAccess().Execute("UPDATE tPadronesComerciales SET suscriptor = 'A', caracter = 'B'");
+        frmLocalComercial& d = editDialog("0000000000001", "0000000000001");
+        QCOMPARE(d["txtIdSecundaria1"].text(), d["txtIdPrincipal"].text());
+        Person(d).click("cmdAceptar");
+        QVERIFY(env->ui().messages().isEmpty());
+        QVERIFY(!d.isLoaded());
+        QCOMPARE(Reg::rows("SELECT ActP, Act1 FROM Actividades_x_padrones"),
+                 QStringList{Reg::kBovino + "|" + Reg::kBovino});
+    }
+
+    void regimeAsLoaded_data()
+    {
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<QString>("boxes");
+        QTest::newRow("Null") << "NULL"
+                              << "10";
+        QTest::newRow("empty") << "''"
+                               << "10";
+        QTest::newRow("0") << "'0'"
+                           << "10";
+        QTest::newRow("1") << "'1'"
+                           << "01";
+        QTest::newRow("2") << "'2'"
+                           << "00";
+        QTest::newRow("unknown leaves the boxes") << "'7'"
+                                                  << "00";
+    }
+    void regimeAsLoaded()
+    {
+        QFETCH(QString, stored);
+        QFETCH(QString, boxes);
+        gAccess().Execute(
+            "INSERT INTO tPadronesComerciales (cuit, padron, objeto, regimen) VALUES ('" +
+            Reg::kCuit + "', '0000000000001', '0000000000001', " + stored + ")");
+        frmLocalComercial& d = editDialog("0000000000001", "0000000000001");
+        QCOMPARE(QString::number(d["chkRegimenGeneral"].value()) +
+                     QString::number(d["chkRegimenProcom"].value()),
+                 boxes);
+    }
+
+    void premisesCarryTheNextTaxpayerId_data()
+    {
+        QTest::addColumn<QList<int>>("taxpayers");
+        QTest::addColumn<QString>("stored");
+        QTest::newRow("none yet") << QList<int>{} << "1";
+        QTest::newRow("one") << QList<int>{1} << "2";
+        QTest::newRow("a gap") << QList<int>{1, 5} << "6";
+    }
+    void premisesCarryTheNextTaxpayerId()
+    {
+        QFETCH(QList<int>, taxpayers);
+        QFETCH(QString, stored);
+        for (int id : taxpayers)
+            Reg::insertTaxpayer(id, "T" + QString::number(id),
+                                "20-0000000" + QString::number(id) + "-0");
+        frmLocalComercial& d = newDialog();
+        Reg::addPremises(d, {.padron = "1", .objeto = "1"});
+        QCOMPARE(Reg::rows("SELECT idContribuyente FROM tPadronesComerciales"),
+                 QStringList{stored});
+    }
+
+    void categoryIsCheckedOnLeavingThePostalCode_data()
+    {
+        QTest::addColumn<QString>("categoria");
+        QTest::addColumn<bool>("notice");
+        QTest::newRow("empty") << "" << false;
+        QTest::newRow("1") << "1" << false;
+        QTest::newRow("7") << "7" << false;
+        QTest::newRow("0") << "0" << true;
+        QTest::newRow("8") << "8" << true;
+        QTest::newRow("a letter") << "x" << true;
+    }
+    void categoryIsCheckedOnLeavingThePostalCode()
+    {
+        QFETCH(QString, categoria);
+        QFETCH(bool, notice);
+        frmLocalComercial& d = newDialog();
+        d["txtCategoria"].setText(categoria); // reached the field by other means than typing
+        Person p(d);
+        p.leave("txtCategoria");
+        QVERIFY(env->ui().messages().isEmpty());
+        QVERIFY(p.leave("txtCP")); // a notice, the focus moves on
+        QCOMPARE(
+            env->ui().texts(),
+            notice
+                ? QStringList{"El valor ingresado es incorecto. Valores aceptados: números del 1 "
+                              "al 7, o vacío.-"}
+                : QStringList{});
+    }
+};
+
+QTEST_GUILESS_MAIN(TstLocalComercial)
+#include "tst_localcomercial.moc"
