@@ -1,7 +1,271 @@
 #include "Backup.h"
 
-// The schedule and the copies come with the backup dialogs; until then the
-// start-up and the close call these at their places and nothing is copied.
-void InitBackupSettings() {}
+#include <QDate>
+#include <QDateTime>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QFileInfo>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <algorithm>
+#include <cmath>
+#include <memory>
 
-void RunScheduledBackup(int) {}
+#include "DatabaseFile.h"
+#include "ErrorLog.h"
+#include "Globals.h"
+#include "Principal.h"
+#include "RegionalSettings.h"
+#include "Tovak.h"
+#include "ZoAccess.h"
+#include "output/ZoGenerateDisk.h"
+
+namespace {
+
+const QString kSource = QStringLiteral("Backup");
+const QString kMember = QStringLiteral("Morvel.db");
+const QString kMissingMarker = QStringLiteral("@");
+
+// The first start's values, in the order they are looked at.
+struct InitialValue {
+    const QString& key;
+    const char* value;
+};
+
+const InitialValue kInitialValues[] = {
+    {BackupKey::Cierre, "0"},          {BackupKey::Inicio, "-1"},
+    {BackupKey::CopiaSeguridad, "-1"}, {BackupKey::CompactaRepara, "-1"},
+    {BackupKey::CantDias, "15"},
+};
+
+// The group "Backup" of the per-user settings of Morvel.
+class BackupStore : public QSettings
+{
+public:
+    BackupStore() : QSettings(QStringLiteral("Morvel"), QStringLiteral("Morvel"))
+    {
+        beginGroup(QStringLiteral("Backup"));
+    }
+};
+
+bool fail(const QString& what)
+{
+    LogError(QStringLiteral("-1"), what, kSource);
+    return false;
+}
+
+// A folder for the work of one copy or restore, beside the database so that
+// the finished file takes its place with a rename.
+std::unique_ptr<QTemporaryDir> workFolder(const QString& prefix)
+{
+    const QString parent = gAppPath + QStringLiteral("/tmp");
+    QDir().mkpath(parent);
+    auto folder =
+        std::make_unique<QTemporaryDir>(parent + u'/' + prefix + QStringLiteral("-XXXXXX"));
+    if (!folder->isValid())
+        return nullptr;
+    return folder;
+}
+
+bool makePrivateFolder(const QString& folder)
+{
+    if (QFileInfo(folder).isDir())
+        return true;
+    if (!QDir().mkpath(folder))
+        return false;
+    // What the hidden, system and read-only attributes were to the old
+    // folder: nobody but the person reads the copies of their declarations.
+    return QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+// The day of a stamp "yyyymmddHHmmss" (characters 7-8, 5-6 and 1-4).
+QDate stampDate(const QString& stamp)
+{
+    return QDate(stamp.mid(0, 4).toInt(), stamp.mid(4, 2).toInt(), stamp.mid(6, 2).toInt());
+}
+
+} // namespace
+
+QString GetBackupSetting(const QString& key, const QString& missing)
+{
+    return BackupStore().value(key, missing).toString();
+}
+
+void SaveBackupSetting(const QString& key, const QString& value)
+{
+    BackupStore store;
+    store.setValue(key, value);
+    store.sync();
+}
+
+bool IsSettingOn(const QString& value)
+{
+    bool number = false;
+    const int n = value.trimmed().toInt(&number);
+    return number && n != 0;
+}
+
+QString SettingText(bool on)
+{
+    return on ? kSettingOn : kSettingOff;
+}
+
+QString DefaultBackupFolder()
+{
+    return gAppPath + QStringLiteral("/BDBKUP");
+}
+
+QString BackupFileName(const QString& stamp)
+{
+    return QStringLiteral("Morvel.") + stamp;
+}
+
+bool IsBackupFileName(const QString& name)
+{
+    static const QString prefix = QStringLiteral("Morvel.");
+    if (!name.startsWith(prefix, Qt::CaseInsensitive))
+        return false;
+    const QString stamp = name.mid(prefix.size());
+    if (stamp.size() != 14)
+        return false;
+    return std::all_of(stamp.cbegin(), stamp.cend(), [](QChar c) { return c.isDigit(); });
+}
+
+void InitBackupSettings()
+{
+    bool firstStart = false;
+    for (const InitialValue& initial : kInitialValues) {
+        if (GetBackupSetting(initial.key, kMissingMarker) != kMissingMarker)
+            continue;
+        SaveBackupSetting(initial.key, QString::fromLatin1(initial.value));
+        if (initial.key == BackupKey::CantDias)
+            firstStart = true;
+    }
+    if (firstStart)
+        SaveBackupSetting(BackupKey::BackupDirectory, DefaultBackupFolder());
+}
+
+void RunScheduledBackup(int moment)
+{
+    const bool automatic = IsSettingOn(GetBackupSetting(BackupKey::CopiaSeguridad, kSettingOff));
+    const QString days = GetBackupSetting(BackupKey::CantDias, QStringLiteral("10"));
+    const QString last = GetBackupSetting(BackupKey::FechaUlt, QString());
+    const bool atStart = IsSettingOn(GetBackupSetting(BackupKey::Inicio, kSettingOff));
+    const bool atClose = IsSettingOn(GetBackupSetting(BackupKey::Cierre, kSettingOff));
+    const bool compact = IsSettingOn(GetBackupSetting(BackupKey::CompactaRepara, kSettingOn));
+
+    if (!automatic)
+        return;
+    if (!(moment == 0 && atStart) && !(moment == 9 && atClose))
+        return;
+    const QDate lastDay = stampDate(last);
+    if (last.isEmpty() || !lastDay.isValid()) {
+        // The first copy (or one after a stamp that reads as no day) is
+        // taken as the database is, without compacting.
+        BackupDatabase();
+        return;
+    }
+    if (lastDay.daysTo(QDate::currentDate()) < days.trimmed().toInt())
+        return;
+    if (compact)
+        CompactDatabase();
+    BackupDatabase();
+}
+
+bool BackupDatabase()
+{
+    CloseDatabase();
+    const QString source = DatabasePath();
+    QString folder = GetBackupSetting(BackupKey::BackupDirectory, QString());
+    if (folder.isEmpty())
+        folder = DefaultBackupFolder();
+    if (!makePrivateFolder(folder))
+        return fail(QStringLiteral("No se pudo crear la carpeta de copias ") + folder);
+
+    const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMddHHmmss"));
+    const auto work = workFolder(QStringLiteral("copia"));
+    if (!work)
+        return fail(QStringLiteral("No se pudo crear la carpeta de trabajo de la copia"));
+    const QString snapshot = work->filePath(kMember);
+    if (!DatabaseFile::Snapshot(source, snapshot))
+        return false;
+    const QString target = folder + u'/' + BackupFileName(stamp);
+    if (!ZoGenerateDisk().Compress(snapshot, target))
+        return fail(QStringLiteral("No se pudo comprimir la copia en ") + target);
+
+    SaveBackupSetting(BackupKey::FechaUlt, stamp);
+    SaveBackupSetting(BackupKey::BackupDirectory, folder);
+    return true;
+}
+
+bool CompactDatabase()
+{
+    const QString original =
+        ReadParameter(gAccess().ConnectionString(), QStringLiteral("Data Source"));
+    const QFileInfo info(original);
+    const QString work = info.absolutePath() + u'/' + info.completeBaseName() +
+                         QStringLiteral("TMP.") + info.suffix();
+    CloseDatabase();
+    // A work file left by a compaction that stopped is only ever a copy.
+    QFile::remove(work);
+    if (!DatabaseFile::WriteCompacted(original, work))
+        return false;
+    DatabaseFile::ReachStage(QStringLiteral("written"));
+    if (!DatabaseFile::IsSystemDatabase(work)) {
+        QFile::remove(work);
+        return fail(QStringLiteral("La copia compactada no pasó la verificación"));
+    }
+    DatabaseFile::ReachStage(QStringLiteral("checked"));
+    if (!DatabaseFile::Replace(work, original)) {
+        QFile::remove(work);
+        return false;
+    }
+    DatabaseFile::ReachStage(QStringLiteral("replaced"));
+    return true;
+}
+
+bool RestoreDatabase(const QString& file)
+{
+    CloseDatabase();
+    const auto work = workFolder(QStringLiteral("restaura"));
+    if (!work)
+        return fail(QStringLiteral("No se pudo crear la carpeta de trabajo de la restauración"));
+    QString member = kMember;
+    QString folder = work->path();
+    if (!ZoGenerateDisk().Expand(file, member, folder))
+        return fail(QStringLiteral("El archivo no es una copia de seguridad: ") + file);
+    const QString restored = folder + u'/' + member;
+    DatabaseFile::ReachStage(QStringLiteral("written"));
+    if (!DatabaseFile::IsSystemDatabase(restored))
+        return false;
+    DatabaseFile::ReachStage(QStringLiteral("checked"));
+    if (!DatabaseFile::Replace(restored, DatabasePath()))
+        return false;
+    DatabaseFile::ReachStage(QStringLiteral("replaced"));
+    if (gPrincipal().isLoaded())
+        gPrincipal().FillMenu();
+    return true;
+}
+
+qint64 GetDirectorySize(const QString& folder)
+{
+    qint64 total = 0;
+    QDirIterator it(folder, QDir::Files | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        it.next();
+        total += it.fileInfo().size();
+    }
+    return total;
+}
+
+QString MegabytesText(qint64 bytes)
+{
+    const double megabytes = std::round(double(bytes) / 1048576.0 * 100.0) / 100.0;
+    QString text = QString::number(megabytes, 'f', 2);
+    while (text.contains(u'.') && (text.endsWith(u'0') || text.endsWith(u'.')))
+        text.chop(1);
+    text.replace(u'.', Regional::decimalSymbol());
+    return text + QStringLiteral(" Mb.");
+}

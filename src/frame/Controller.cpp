@@ -180,7 +180,8 @@ void Controller::fireFormKeyDown(EventArgs& args) { onFormKeyDown(args); }
 Field& Controller::add(const QString& name, FieldKind kind, const QString& text)
 {
     auto* f = new Field(name, kind, this);
-    f->setText(text);
+    if (!text.isEmpty())
+        f->setText(text);
     m_fields.insert(name, f);
     m_order.append(name);
     switch (kind) {

@@ -43,7 +43,9 @@ Field::Field(const QString& name, FieldKind kind, QObject* parent)
 void Field::setText(const QString& text)
 {
     const QString fitted = m_mask.isEmpty() ? text : fitToMask(m_mask, text);
-    if (fitted == m_text)
+    const bool first = !m_textSet;
+    m_textSet = true;
+    if (fitted == m_text && !first)
         return;
     m_text = fitted;
     if (m_selStart > m_text.size())

@@ -48,6 +48,9 @@ public:
     // text: the text of a box, the caption of a label, button or menu item
     const QString& text() const { return m_text; }
     void setText(const QString& text);
+    // Whether the logic ever wrote the text; a caption never written keeps
+    // the one the view was drawn with.
+    bool textSet() const { return m_textSet; }
     // Text typed into the box of a combo: no entry of the list is selected
     // any more, the text stays as typed.
     void setEditedText(const QString& text);
@@ -138,6 +141,7 @@ private:
     QString m_name;
     FieldKind m_kind;
     QString m_text;
+    bool m_textSet = false;
     bool m_enabled = true;
     bool m_visible = true;
     bool m_locked = false;

@@ -11,10 +11,10 @@ void Inicial::design()
     lbl.setVisible(false);
 }
 
-void AdvanceSplash(Inicial& splash, int step, const QString& status)
+void AdvanceSplash(Controller& window, int step, const QString& status)
 {
-    Field& pb = splash.field(QStringLiteral("pb"));
-    Field& lbl = splash.field(QStringLiteral("lbl"));
+    Field& pb = window.field(QStringLiteral("pb"));
+    Field& lbl = window.field(QStringLiteral("lbl"));
     if (!pb.visible())
         pb.setVisible(true);
     if (!lbl.visible())

@@ -14,6 +14,7 @@ protected:
     void design() override;
 };
 
-// Moves the splash's bar on by `step` (never past its maximum), lets pending
-// events run once, and shows `status` when it is not "".
-void AdvanceSplash(Inicial& splash, int step, const QString& status);
+// Moves the bar `pb` of a window (the splash, the backup files) on by `step`,
+// never past its maximum, lets pending events run once, and shows `status` in
+// its label `lbl` when it is not "".
+void AdvanceSplash(Controller& window, int step, const QString& status);

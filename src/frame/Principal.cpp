@@ -5,6 +5,7 @@
 #include "UiPort.h"
 #include "ZoAccess.h"
 #include "backup/Backup.h"
+#include "backup/frmBackup.h"
 #include "navigation/ContribuyentesDatos.h"
 #include "registry/Contribuyentes.h"
 #include "frmAbout.h"
@@ -39,9 +40,7 @@ void Principal::design()
     on(QStringLiteral("mnuSalir"), Ev::Click, [this](EventArgs&) { unload(); });
     on(QStringLiteral("mnuManualUso"), Ev::Click, [this](EventArgs&) { openManual(); });
     on(QStringLiteral("mnuAcercaDe"), Ev::Click, [this](EventArgs&) { showAbout(); });
-    on(QStringLiteral("mnuCopiaSeguridad"), Ev::Click, [](EventArgs&) {
-        // the backup dialog takes its place here
-    });
+    on(QStringLiteral("mnuCopiaSeguridad"), Ev::Click, [](EventArgs&) { ShowBackupDialog(); });
 }
 
 void Principal::designMenu()

@@ -298,7 +298,7 @@ void ViewBinder::push(Field* field, Field::Aspect aspect)
                 edit->setCursorPosition(field->selStart());
         }
     } else if (auto* label = qobject_cast<QLabel*>(w)) {
-        if (aspect == Field::TextAspect && !field->text().isEmpty())
+        if (aspect == Field::TextAspect && field->textSet())
             label->setText(field->text());
     } else if (auto* combo = qobject_cast<QComboBox*>(w)) {
         if (aspect == Field::ItemsAspect || aspect == Field::SelectionAspect)

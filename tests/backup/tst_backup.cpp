@@ -1,0 +1,487 @@
+#include <QtTest>
+
+#include <QProcess>
+#include <QStandardPaths>
+#include <sqlite3.h>
+
+#include "BackupTestKit.h"
+#include "Person.h"
+#include "TestSupport.h"
+#include "backup/DatabaseFile.h"
+#include "backup/frmBackup.h"
+#include "backup/frmBackupArchivos.h"
+
+namespace {
+
+const QString kPurgeQuestion = "Este proceso eliminará los archivos de backup\n"
+                               "dejando disponible sólamente el último backup realizado.\n"
+                               "¿Desea continuar?";
+
+// What the backup folder holds before a purge: copies, a name of 15
+// characters, a file beside the last copy, files of the person's own.
+const QStringList kFolderBeforePurge{"Morvel.12345678",           "Morvel.20231101120000",
+                                     "Morvel.20231201120000",     "Morvel.20240101120000",
+                                     "Morvel.20240101120000.txt", "corto.txt",
+                                     "notas de las copias.txt"};
+
+// "key=value;key=value" into the settings group.
+void storeSettings(const QString& pairs)
+{
+    for (const QString& pair : pairs.split(';', Qt::SkipEmptyParts)) {
+        const int eq = int(pair.indexOf('='));
+        SaveBackupSetting(pair.left(eq), pair.mid(eq + 1));
+    }
+}
+
+QString setting(const QString& key)
+{
+    return GetBackupSetting(key, "<none>");
+}
+
+QStringList scheduleFields()
+{
+    return {"frmDias",    "lblCantDias", "txtDias",   "udDias",           "udDiasUp",
+            "udDiasDown", "optInicio",   "optCierre", "chkCompactaRepara"};
+}
+
+QStringList enabledOf(Controller& w, const QStringList& names)
+{
+    QStringList out;
+    for (const QString& name : names)
+        out << name + (w[name].enabled() ? "=on" : "=off");
+    return out;
+}
+
+// A database with taxpayers and free space behind them, closed.
+void prepareDatabase(TestEnv& env)
+{
+    env.createDatabase();
+    Kit::addTaxpayers({"PEREZ JUAN", "O'HIGGINS SA"});
+    Kit::addSlack(1500);
+}
+
+} // namespace
+
+// The schedule of the automatic copies, the manual copy, the archive made,
+// the purge, the dialog's settings and the copies to another folder.
+class TstBackup : public QObject
+{
+    Q_OBJECT
+    std::unique_ptr<TestEnv> env;
+
+private slots:
+    void init() { env = std::make_unique<TestEnv>(); }
+    void cleanup() { env.reset(); }
+
+    void firstStartStoresTheInitialSettings_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QStringList>("after");
+        const QString folder = "<data>/BDBKUP";
+        QTest::newRow("first start") << "" << QStringList{"0", "-1", "-1", "-1", "15", folder};
+        QTest::newRow("days kept: the folder is not written again")
+            << "strCantDias=7" << QStringList{"0", "-1", "-1", "-1", "7", "<none>"};
+        QTest::newRow("all kept")
+            << "blnCierre=-1;blnInicio=0;blnCopiaSeguridad=0;blnCompactaRepara=0;"
+               "strCantDias=30;strBackupDirectory=/otra"
+            << QStringList{"-1", "0", "0", "0", "30", "/otra"};
+    }
+
+    void firstStartStoresTheInitialSettings()
+    {
+        QFETCH(QString, before);
+        QFETCH(QStringList, after);
+        storeSettings(before);
+        InitBackupSettings();
+        InitBackupSettings(); // a second start changes nothing
+        QStringList stored;
+        for (const QString& key :
+             {BackupKey::Cierre, BackupKey::Inicio, BackupKey::CopiaSeguridad,
+              BackupKey::CompactaRepara, BackupKey::CantDias, BackupKey::BackupDirectory})
+            stored << setting(key).replace(env->dataPath(), "<data>");
+        QCOMPARE(stored, after);
+        QCOMPARE(setting(BackupKey::FechaUlt), QString("<none>"));
+    }
+
+    void scheduledCopy_data()
+    {
+        QTest::addColumn<int>("moment");
+        QTest::addColumn<QString>("settings");
+        QTest::addColumn<int>("daysAgo"); // -1: no copy made yet
+        QTest::addColumn<bool>("copied");
+        QTest::addColumn<bool>("compacted");
+        const QString start = "blnCopiaSeguridad=-1;blnInicio=-1;blnCierre=0;strCantDias=15;";
+        const QString close = "blnCopiaSeguridad=-1;blnInicio=0;blnCierre=-1;strCantDias=15;";
+        QTest::newRow("14 days of 15: nothing") << 0 << start << 14 << false << false;
+        QTest::newRow("15 days of 15: compacted and copied") << 0 << start << 15 << true << true;
+        QTest::newRow("15 days, no compaction asked")
+            << 0 << start + "blnCompactaRepara=0" << 15 << true << false;
+        QTest::newRow("first run: copied as it is") << 0 << start << -1 << true << false;
+        QTest::newRow("automatic copies off")
+            << 0 << "blnCopiaSeguridad=0;blnInicio=-1;strCantDias=15" << -1 << false << false;
+        QTest::newRow("start, but only close chosen") << 0 << close << 30 << false << false;
+        QTest::newRow("close chosen, at close") << 9 << close << 30 << true << true;
+        QTest::newRow("start chosen, at close") << 9 << start << 30 << false << false;
+        QTest::newRow("nothing stored: off") << 0 << "" << -1 << false << false;
+        QTest::newRow("days missing: 10 of 10")
+            << 0 << "blnCopiaSeguridad=-1;blnInicio=-1" << 10 << true << true;
+        QTest::newRow("days missing: 9 of 10")
+            << 0 << "blnCopiaSeguridad=-1;blnInicio=-1" << 9 << false << false;
+    }
+
+    void scheduledCopy()
+    {
+        QFETCH(int, moment);
+        QFETCH(QString, settings);
+        QFETCH(int, daysAgo);
+        QFETCH(bool, copied);
+        QFETCH(bool, compacted);
+        prepareDatabase(*env);
+        storeSettings(settings);
+        storeSettings("strBackupDirectory=" + DefaultBackupFolder());
+        const QString last = daysAgo < 0 ? QString() : Kit::stampDaysAgo(daysAgo);
+        if (!last.isEmpty())
+            storeSettings("strFechaUlt=" + last);
+        const qint64 sizeBefore = Kit::sizeOf(DatabasePath());
+
+        RunScheduledBackup(moment);
+
+        const QStringList files = Kit::filesIn(DefaultBackupFolder());
+        QCOMPARE(files.size(), copied ? 1 : 0);
+        const QString stored = GetBackupSetting(BackupKey::FechaUlt, QString());
+        if (copied) {
+            QCOMPARE(files.first(), "Morvel." + stored);
+            QCOMPARE(stored.left(8), QDate::currentDate().toString("yyyyMMdd"));
+        } else {
+            QCOMPARE(stored, last);
+        }
+        QCOMPARE(Kit::sizeOf(DatabasePath()) < sizeBefore, compacted);
+        QCOMPARE(Kit::taxpayers(), (QStringList{"O'HIGGINS SA", "PEREZ JUAN"}));
+        VERIFY_UI_CLEAN(*env);
+    }
+
+    void manualCopyNeverCompacts()
+    {
+        prepareDatabase(*env);
+        InitBackupSettings();
+        storeSettings("blnCompactaRepara=-1;strFechaUlt=" + Kit::stampDaysAgo(40));
+        const qint64 sizeBefore = Kit::sizeOf(DatabasePath());
+        frmBackup w;
+        w.load();
+        Person(w).click("cmdBackupManual");
+
+        const QStringList files = Kit::filesIn(Kit::folder());
+        QCOMPARE(files.size(), 1);
+        const QString stamp = files.first().mid(7);
+        QCOMPARE(setting(BackupKey::FechaUlt), stamp);
+        QCOMPARE(Kit::sizeOf(DatabasePath()), sizeBefore);
+        QCOMPARE(w["lblFecha"].text(), stamp.mid(6, 2) + "/" + stamp.mid(4, 2) + "/" +
+                                           stamp.left(4) + " " + stamp.mid(8, 2) + ":" +
+                                           stamp.mid(10, 2) + ":" + stamp.mid(12, 2));
+        QCOMPARE(w["lblSize"].text(),
+                 MegabytesText(Kit::sizeOf(Kit::folder() + "/" + files.first())));
+        VERIFY_UI_CLEAN(*env);
+    }
+
+    void archiveHoldsTheOneMemberMorvelDb()
+    {
+        env->createDatabase();
+        Kit::addTaxpayers({"GOMEZ ANA"});
+        InitBackupSettings();
+        QVERIFY(BackupDatabase());
+        const QString archive = Kit::folder() + "/Morvel." + setting(BackupKey::FechaUlt);
+        QVERIFY(QFileInfo::exists(archive));
+        const QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
+                                          QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+        QCOMPARE(QFileInfo(Kit::folder()).permissions() & others, QFile::Permissions());
+        QVERIFY(!QFileInfo::exists(gAppPath + "/TEMPFILE.ZIP"));
+
+        const QString unzip = QStandardPaths::findExecutable("unzip");
+        if (unzip.isEmpty())
+            QSKIP("unzip is not installed");
+        QProcess test;
+        test.start(unzip, {"-t", archive});
+        QVERIFY(test.waitForFinished());
+        QCOMPARE(test.exitCode(), 0);
+        QProcess list;
+        list.start(unzip, {"-Z1", archive});
+        QVERIFY(list.waitForFinished());
+        QCOMPARE(QString::fromUtf8(list.readAllStandardOutput()).split('\n', Qt::SkipEmptyParts),
+                 QStringList{"Morvel.db"});
+    }
+
+    // A second copy of the program holds the database open and has written
+    // to it: the backup still holds a consistent copy with that row, and a
+    // compaction refuses to replace the file under it.
+    void anotherConnectionOpen()
+    {
+        env->createDatabase();
+        Kit::addTaxpayers({"PRIMERO"});
+        CloseDatabase();
+        sqlite3* other = nullptr;
+        QCOMPARE(sqlite3_open(QFile::encodeName(DatabasePath()).constData(), &other), SQLITE_OK);
+        sqlite3_exec(other, "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr);
+        QCOMPARE(sqlite3_exec(other,
+                              "INSERT INTO Contribuyentes (ApellidoNombre) VALUES ('SEGUNDO')",
+                              nullptr, nullptr, nullptr),
+                 SQLITE_OK);
+        InitBackupSettings();
+        QVERIFY(BackupDatabase());
+        QVERIFY(!CompactDatabase());
+        QCOMPARE(Kit::taxpayers(), (QStringList{"PRIMERO", "SEGUNDO"}));
+        CloseDatabase();
+        sqlite3_close(other);
+    }
+
+    void failedCopyChangesNothing_data()
+    {
+        QTest::addColumn<QString>("database"); // "", "garbage" or "good"
+        QTest::addColumn<QString>("folder");
+        // clang-format off
+        QTest::newRow("no database")                << ""        << "";
+        QTest::newRow("a file that is no database") << "garbage" << "";
+        QTest::newRow("folder that cannot be made") << "good"    << "/proc/no/BDBKUP";
+        // clang-format on
+    }
+
+    void failedCopyChangesNothing()
+    {
+        QFETCH(QString, database);
+        QFETCH(QString, folder);
+        if (database == "good")
+            env->createDatabase();
+        if (database == "garbage")
+            Kit::write(DatabasePath(), "no soy una base de datos");
+        CloseDatabase();
+        const QByteArray before = Kit::bytesOf(DatabasePath());
+        storeSettings("strFechaUlt=20240101120000;strBackupDirectory=" +
+                      (folder.isEmpty() ? DefaultBackupFolder() : folder));
+        QVERIFY(!BackupDatabase());
+        QCOMPARE(setting(BackupKey::FechaUlt), QString("20240101120000"));
+        QVERIFY(Kit::filesIn(DefaultBackupFolder()).isEmpty());
+        QCOMPARE(Kit::bytesOf(DatabasePath()), before);
+    }
+
+    void purge_data()
+    {
+        QTest::addColumn<int>("answer");
+        QTest::addColumn<QString>("last");
+        QTest::addColumn<QStringList>("left");
+        const QStringList all = kFolderBeforePurge;
+        QTest::newRow("yes: only the last and short names stay")
+            << Msg::Yes << "20240101120000"
+            << QStringList{"Morvel.12345678", "Morvel.20240101120000", "Morvel.20240101120000.txt",
+                           "corto.txt"};
+        QTest::newRow("yes, no copy made: nothing goes") << Msg::Yes << "" << all;
+        QTest::newRow("no: nothing goes") << Msg::No << "20240101120000" << all;
+    }
+
+    void purge()
+    {
+        QFETCH(int, answer);
+        QFETCH(QString, last);
+        QFETCH(QStringList, left);
+        const QString folder = DefaultBackupFolder();
+        for (const QString& name : kFolderBeforePurge)
+            Kit::write(folder + "/" + name, QByteArray(100000, 'z'));
+        storeSettings("strBackupDirectory=" + folder +
+                      (last.isEmpty() ? "" : ";strFechaUlt=" + last));
+        frmBackup w;
+        w.load();
+        env->ui().answer("¿Desea continuar?", answer);
+        Person(w).click("cmdPurgar");
+        QCOMPARE(env->ui().messages().last().text, kPurgeQuestion);
+        QCOMPARE(env->ui().messages().last().title, QString("Purgar"));
+        QCOMPARE(Kit::filesIn(folder), left);
+        QCOMPARE(w["lblSize"].text(), MegabytesText(GetDirectorySize(folder)));
+        VERIFY_UI_CLEAN(*env);
+    }
+
+    void folderSizeCountsEveryFileBelow()
+    {
+        const QString folder = env->path("copias");
+        Kit::write(folder + "/Morvel.20240101120000", QByteArray(1048576, 'a'));
+        Kit::write(folder + "/.oculto", QByteArray(262144, 'b'));
+        Kit::write(folder + "/sub/dentro", QByteArray(262144, 'c'));
+        QCOMPARE(GetDirectorySize(folder), qint64(1572864));
+        QCOMPARE(GetDirectorySize(env->path("no existe")), qint64(0));
+        storeSettings("strBackupDirectory=" + folder + ";strFechaUlt=20240315093005");
+        frmBackup w;
+        w.load();
+        QCOMPARE(w["lblSize"].text(), QString("1,5 Mb."));
+        QCOMPARE(w["lblFecha"].text(), QString("15/03/2024 09:30:05"));
+        QCOMPARE(MegabytesText(0), QString("0 Mb."));
+        QCOMPARE(MegabytesText(1048576 * 49 / 4 + 1000), QString("12,25 Mb."));
+        QCOMPARE(MegabytesText(1048576 * 2 - 3000), QString("2 Mb."));
+    }
+
+    void dialogShowsTheStoredSchedule_data()
+    {
+        QTest::addColumn<QString>("settings");
+        QTest::addColumn<QStringList>("shown"); // chkDias, optInicio, optCierre, compacta, días
+        QTest::newRow("first start values")
+            << "blnCierre=0;blnInicio=-1;blnCopiaSeguridad=-1;blnCompactaRepara=-1;strCantDias=15"
+            << QStringList{"1", "1", "0", "1", "15"};
+        QTest::newRow("at close, no compaction")
+            << "blnCierre=-1;blnInicio=0;blnCopiaSeguridad=-1;blnCompactaRepara=0;strCantDias=7"
+            << QStringList{"1", "0", "1", "0", "7"};
+        QTest::newRow("nothing stored: the dialog's own defaults")
+            << "" << QStringList{"0", "0", "1", "1", "10"};
+    }
+
+    void dialogShowsTheStoredSchedule()
+    {
+        QFETCH(QString, settings);
+        QFETCH(QStringList, shown);
+        storeSettings(settings);
+        frmBackup w;
+        w.load();
+        QCOMPARE(w.caption(), QString("Copia de Seguridad"));
+        const QStringList fields{"chkDias", "optInicio", "optCierre", "chkCompactaRepara"};
+        QStringList got;
+        for (const QString& name : fields)
+            got << QString::number(w[name].value());
+        got << w["txtDias"].text();
+        QCOMPARE(got, shown);
+        const QString state = shown.first() == "1" ? "=on" : "=off";
+        for (const QString& entry : enabledOf(w, scheduleFields()))
+            QVERIFY2(entry.endsWith(state), qPrintable(entry));
+        QCOMPARE(w["lblFecha"].text(), QString());
+    }
+
+    void daysBox_data()
+    {
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<QString>("typed");  // typed over the whole text, then the arrows
+        QTest::addColumn<QString>("arrows"); // "+" up, "-" down
+        QTest::addColumn<QString>("shown");
+        // clang-format off
+        QTest::newRow("up")                    << "15"  << ""      << "++"  << "17";
+        QTest::newRow("down")                  << "15"  << ""      << "-"   << "14";
+        QTest::newRow("not below one")         << "2"   << ""      << "---" << "1";
+        QTest::newRow("not above a year")      << "364" << ""      << "+++" << "365";
+        QTest::newRow("letters refused")       << "15"  << "a2b0c" << ""    << "20";
+        QTest::newRow("three digits at most")  << "15"  << "1234"  << ""    << "123";
+        QTest::newRow("arrow on an empty box") << "15"  << "x"     << "+"   << "1";
+        // clang-format on
+    }
+
+    void daysBox()
+    {
+        QFETCH(QString, stored);
+        QFETCH(QString, typed);
+        QFETCH(QString, arrows);
+        QFETCH(QString, shown);
+        storeSettings("blnCopiaSeguridad=-1;strCantDias=" + stored);
+        frmBackup w;
+        w.load();
+        Person p(w);
+        if (!typed.isEmpty()) {
+            w["txtDias"].setText("");
+            p.type("txtDias", typed);
+        }
+        for (QChar arrow : arrows)
+            p.click(arrow == '+' ? "udDiasUp" : "udDiasDown");
+        QCOMPARE(w["txtDias"].text(), shown);
+    }
+
+    void acceptStoresWhatIsShown()
+    {
+        InitBackupSettings();
+        frmBackup closed; // the close box stores nothing
+        closed.load();
+        Person(closed).click("optCierre");
+        Person(closed).closeWindow();
+        QCOMPARE(setting(BackupKey::Cierre), QString("0"));
+
+        frmBackup w;
+        w.load();
+        Person p(w);
+        p.click("optCierre");
+        p.retype("txtDias", "20");
+        p.check("chkCompactaRepara", false);
+        p.click("cmdAceptar");
+        QVERIFY(!w.isLoaded());
+        QCOMPARE(setting(BackupKey::CopiaSeguridad), QString("-1"));
+        QCOMPARE(setting(BackupKey::Inicio), QString("0"));
+        QCOMPARE(setting(BackupKey::Cierre), QString("-1"));
+        QCOMPARE(setting(BackupKey::CantDias), QString("20"));
+        QCOMPARE(setting(BackupKey::CompactaRepara), QString("0"));
+
+        frmBackup again; // off, and an emptied box keeps the days
+        again.load();
+        Person q(again);
+        q.check("chkDias", false);
+        for (const QString& entry : enabledOf(again, scheduleFields()))
+            QVERIFY2(entry.endsWith("=off"), qPrintable(entry));
+        QVERIFY(again["cmdBackupManual"].enabled());
+        again["txtDias"].setText("");
+        q.click("cmdAceptar");
+        QCOMPARE(setting(BackupKey::CopiaSeguridad), QString("0"));
+        QCOMPARE(setting(BackupKey::CantDias), QString("20"));
+        VERIFY_UI_CLEAN(*env);
+    }
+
+    void copiesGoToAnotherFolder()
+    {
+        const QString folder = DefaultBackupFolder();
+        const QStringList names{"Morvel.20240101120000", "Morvel.20240201120000",
+                                "Morvel.20240301120000"};
+        for (int i = 0; i < names.size(); ++i)
+            Kit::write(folder + "/" + names[i], QByteArray(5000 + i, char('a' + i)));
+        storeSettings("strBackupDirectory=" + folder);
+        const QString usb = env->path("usb");
+        Kit::write(usb + "/" + names[2], "una copia vieja con el mismo nombre");
+        env->ui().setFolder(usb);
+        env->ui().onShow("frmBackupArchivos", [&](Controller& c) {
+            auto& w = static_cast<frmBackupArchivos&>(c);
+            Person p(w);
+            p.click("cmdSelAll");
+            QVERIFY(w.Ticked(0) && w.Ticked(1) && w.Ticked(2));
+            p.click("cmdSelNone");
+            QVERIFY(!w.Ticked(0) && !w.Ticked(1) && !w.Ticked(2));
+            w.SetTicked(0, true);
+            w.SetTicked(2, true);
+            p.click("cmdAccion");
+            p.click("cmdSalir");
+        });
+        frmBackup dialog;
+        dialog.load();
+        Person(dialog).click("cmdRespaldo");
+
+        QCOMPARE(Kit::filesIn(usb), (QStringList{names[0], names[2]}));
+        for (const QString& name : {names[0], names[2]})
+            QCOMPARE(Kit::bytesOf(usb + "/" + name), Kit::bytesOf(folder + "/" + name));
+        QCOMPARE(env->ui().texts(), (QStringList{"Se iniciará el proceso de grabación. Por favor "
+                                                 "espere.",
+                                                 "Se finalizó la transferencia."}));
+        VERIFY_UI_CLEAN(*env);
+    }
+
+    void copyToTheSameFolderKeepsTheFiles()
+    {
+        const QString folder = DefaultBackupFolder();
+        Kit::write(folder + "/Morvel.20240101120000", "contenido");
+        storeSettings("strBackupDirectory=" + folder);
+        frmBackupArchivos w;
+        w.AccionGrabar = true;
+        w.GrabarDirectorio = folder;
+        w.load();
+        w.SetTicked(0, true);
+        Person(w).click("cmdAccion");
+        QCOMPARE(Kit::bytesOf(folder + "/Morvel.20240101120000"), QByteArray("contenido"));
+        QCOMPARE(Kit::filesIn(folder), QStringList{"Morvel.20240101120000"});
+    }
+
+    void oneDialogBesideTheMainWindow()
+    {
+        ShowBackupDialog();
+        ShowBackupDialog();
+        QCOMPARE(env->ui().shownWindows(), QStringList{"frmBackup"});
+        QVERIFY(gFrmBackup().isLoaded());
+        gFrmBackup().unload();
+    }
+};
+
+QTEST_GUILESS_MAIN(TstBackup)
+#include "tst_backup.moc"

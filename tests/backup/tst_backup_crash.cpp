@@ -1,0 +1,170 @@
+#include <QtTest>
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QSettings>
+#include <QThread>
+
+#include "BackupTestKit.h"
+#include "ScriptedUi.h"
+#include "TestSupport.h"
+#include "backup/DatabaseFile.h"
+
+namespace {
+
+const char* const kChildFlag = "--stop-at";
+
+// The file by which the child tells that it reached the step and waits there.
+QString markerOf(const QString& dataFolder)
+{
+    return dataFolder + "/../step-reached";
+}
+
+// The child: runs a compaction or a restore in the parent's data folder and
+// stops for good at the step named, where the parent kills it.
+int runChild(int argc, char* argv[])
+{
+    QCoreApplication app(argc, argv);
+    const QStringList args = app.arguments();
+    if (args.size() < 6)
+        return 2;
+    const QString stage = args.at(2);
+    const QString routine = args.at(3);
+    const QString data = args.at(4);
+    QSettings::setDefaultFormat(QSettings::IniFormat);
+    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, args.at(5));
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, args.at(5));
+    ScriptedUi person;
+    setUi(&person);
+    SetAppPath(data);
+    DatabaseFile::SetStageObserver([&](const QString& reached) {
+        if (reached != stage)
+            return;
+        QFile marker(markerOf(data));
+        if (marker.open(QIODevice::WriteOnly))
+            marker.close();
+        for (;;)
+            QThread::sleep(1);
+    });
+    if (routine == "compact")
+        CompactDatabase();
+    else
+        RestoreDatabase(args.value(6));
+    return 3; // the step was never reached
+}
+
+// Starts the child and kills it once it stands at the step.
+bool killAtStage(TestEnv& env, const QString& stage, const QString& routine, const QString& archive)
+{
+    QFile::remove(markerOf(env.dataPath()));
+    QProcess child;
+    child.setProcessChannelMode(QProcess::ForwardedChannels);
+    child.start(QCoreApplication::applicationFilePath(),
+                {kChildFlag, stage, routine, env.dataPath(), env.path("settings"), archive});
+    if (!child.waitForStarted())
+        return false;
+    QElapsedTimer waited;
+    waited.start();
+    while (!QFileInfo::exists(markerOf(env.dataPath()))) {
+        if (child.state() == QProcess::NotRunning || waited.elapsed() > 60000) {
+            child.kill();
+            child.waitForFinished();
+            return false;
+        }
+        child.waitForFinished(20);
+    }
+    child.kill();
+    return child.waitForFinished();
+}
+
+} // namespace
+
+// A compaction or a restore stopped dead at any step (the program killed, the
+// machine switched off) leaves a database that opens and holds every row it
+// held, and the next run finishes what the first began.
+class TstBackupCrash : public QObject
+{
+    Q_OBJECT
+    std::unique_ptr<TestEnv> env;
+
+private slots:
+    void init() { env = std::make_unique<TestEnv>(); }
+    void cleanup() { env.reset(); }
+
+    void killedCompaction_data()
+    {
+        QTest::addColumn<QString>("stage");
+        QTest::newRow("compacted copy written") << "written";
+        QTest::newRow("compacted copy checked") << "checked";
+        QTest::newRow("compacted copy in place") << "replaced";
+    }
+
+    void killedCompaction()
+    {
+        QFETCH(QString, stage);
+        env->createDatabase();
+        Kit::addTaxpayers({"ALFA", "BETA", "GAMMA"});
+        Kit::addSlack(2000);
+        const QString rows = Kit::dump();
+        CloseDatabase();
+        const qint64 sizeBefore = Kit::sizeOf(DatabasePath());
+
+        QVERIFY(killAtStage(*env, stage, "compact", QString()));
+
+        QCOMPARE(Kit::dump(), rows);
+        QCOMPARE(gAccess().GetString("PRAGMA integrity_check"), QString("ok"));
+        CloseDatabase();
+        QCOMPARE(Kit::sizeOf(DatabasePath()) < sizeBefore, stage == "replaced");
+        QVERIFY(CompactDatabase()); // the next compaction is not hindered
+        QVERIFY(!QFileInfo::exists(gAppPath + "/MorvelTMP.db"));
+        QCOMPARE(Kit::dump(), rows);
+    }
+
+    void killedRestore_data()
+    {
+        QTest::addColumn<QString>("stage");
+        QTest::addColumn<bool>("restored");
+        QTest::newRow("backup expanded") << "written" << false;
+        QTest::newRow("backup checked") << "checked" << false;
+        QTest::newRow("backup in place") << "replaced" << true;
+    }
+
+    void killedRestore()
+    {
+        QFETCH(QString, stage);
+        QFETCH(bool, restored);
+        env->createDatabase();
+        Kit::addTaxpayers({"EN LA COPIA"});
+        InitBackupSettings();
+        QVERIFY(BackupDatabase());
+        const QString archive =
+            Kit::folder() + "/Morvel." + GetBackupSetting(BackupKey::FechaUlt, QString());
+        Kit::addTaxpayers({"DESPUES DE LA COPIA"});
+        CloseDatabase();
+        const QByteArray before = Kit::bytesOf(DatabasePath());
+
+        QVERIFY(killAtStage(*env, stage, "restore", archive));
+
+        if (!restored)
+            QCOMPARE(Kit::bytesOf(DatabasePath()), before);
+        const QStringList expected = restored ? QStringList{"EN LA COPIA"}
+                                              : QStringList{"DESPUES DE LA COPIA", "EN LA COPIA"};
+        QCOMPARE(Kit::taxpayers(), expected);
+        QCOMPARE(gAccess().GetString("PRAGMA integrity_check"), QString("ok"));
+        QVERIFY(RestoreDatabase(archive)); // the next restore is not hindered
+        QCOMPARE(Kit::taxpayers(), QStringList{"EN LA COPIA"});
+    }
+};
+
+int main(int argc, char* argv[])
+{
+    if (argc > 1 && qstrcmp(argv[1], kChildFlag) == 0)
+        return runChild(argc, argv);
+    QCoreApplication app(argc, argv);
+    TstBackupCrash test;
+    QTEST_SET_MAIN_SOURCE_PATH
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_backup_crash.moc"

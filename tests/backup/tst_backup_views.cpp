@@ -1,0 +1,152 @@
+#include <QtTest>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QListWidget>
+#include <QPointer>
+#include <QPushButton>
+#include <QWidget>
+
+#include "BackupTestKit.h"
+#include "TestSupport.h"
+#include "backup/frmBackup.h"
+#include "backup/frmBackupArchivos.h"
+#include "frame/view/QtUi.h"
+#include "frame/view/ViewRegistry.h"
+
+namespace {
+
+const QString kShots = "/tmp/backup";
+
+// Three copies, and files that only look like copies: they are not listed.
+void fillBackupFolder(const QString& folder)
+{
+    for (const QString& name :
+         {"Morvel.20240105083000", "Morvel.20240120191512", "Morvel.20240204120000"})
+        Kit::write(folder + "/" + name, QByteArray(350000, 'm'));
+    for (const QString& name : {"Morvel.2024", "Morvel.20240204120000.part",
+                                "Morvel.2024020412000X", "Otro.20240204120000"})
+        Kit::write(folder + "/" + name, "x");
+}
+
+// Shows the view of a loaded window, lets it draw and keeps a picture of it.
+QWidget* showAndShoot(Controller& window, const QString& picture)
+{
+    QWidget* view = OpenView(window);
+    if (!view)
+        return nullptr;
+    view->show();
+    QApplication::processEvents();
+    QDir().mkpath(kShots);
+    view->grab().save(kShots + "/" + picture);
+    return view;
+}
+
+// Closes the window; its view goes with it.
+void closeView(Controller& window)
+{
+    window.unload();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+QStringList checks(QListWidget* list)
+{
+    QStringList out;
+    for (int i = 0; i < list->count(); ++i)
+        out << (list->item(i)->checkState() == Qt::Checked ? "x" : "-");
+    return out;
+}
+
+} // namespace
+
+// The two backup windows on real widgets, offscreen: their pictures, the
+// schedule greyed with its check, the ticks of the list of several choices.
+class TstBackupViews : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { RegisterAllViews(); }
+
+    void backupDialog()
+    {
+        TestEnv env;
+        fillBackupFolder(DefaultBackupFolder());
+        InitBackupSettings();
+        SaveBackupSetting(BackupKey::FechaUlt, "20240204120000");
+        frmBackup w;
+        w.load();
+        QPointer<QWidget> view(showAndShoot(w, "frmBackup.png"));
+        QVERIFY(view);
+        QCOMPARE(view->windowTitle(), QString("Copia de Seguridad"));
+        QCOMPARE(view->findChild<QLabel*>("lblFecha")->text(), QString("04/02/2024 12:00:00"));
+        QCOMPARE(view->findChild<QLabel*>("lblSize")->text(), QString("1 Mb."));
+        auto* group = view->findChild<QGroupBox*>("frmDias");
+        QVERIFY(group->isEnabled());
+
+        view->findChild<QCheckBox*>("chkDias")->click();
+        QCOMPARE(w["chkDias"].value(), 0);
+        QVERIFY(!group->isEnabled());
+        QVERIFY(!view->findChild<QWidget*>("txtDias")->isEnabled());
+        view->grab().save(kShots + "/frmBackup-sin-automatica.png");
+        closeView(w);
+    }
+
+    void filesToRestore()
+    {
+        TestEnv env;
+        fillBackupFolder(DefaultBackupFolder());
+        InitBackupSettings();
+        frmBackupArchivos w;
+        w.load();
+        QPointer<QWidget> view(showAndShoot(w, "frmBackupArchivos-restaurar.png"));
+        QVERIFY(view);
+        auto* single = view->findChild<QListWidget*>("lst0");
+        QVERIFY(single->isVisible());
+        QVERIFY(!view->findChild<QListWidget*>("lst1")->isVisible());
+        QVERIFY(!view->findChild<QPushButton*>("cmdSelAll")->isVisible());
+        QCOMPARE(single->count(), 3);
+        QCOMPARE(single->item(1)->text(), QString("Copia del día 20/01/2024 a hs. 19:15:12"));
+        QCOMPARE(view->findChild<QPushButton*>("cmdAccion")->text(), QString("Restaurar"));
+        closeView(w);
+    }
+
+    void filesToSaveCarryTicks()
+    {
+        TestEnv env;
+        fillBackupFolder(DefaultBackupFolder());
+        InitBackupSettings();
+        frmBackupArchivos w;
+        w.AccionGrabar = true;
+        w.GrabarDirectorio = env.path("usb");
+        w.load();
+        QPointer<QWidget> view(showAndShoot(w, "frmBackupArchivos-guardar.png"));
+        QVERIFY(view);
+        auto* several = view->findChild<QListWidget*>("lst1");
+        QVERIFY(several->isVisible());
+        QVERIFY(!view->findChild<QListWidget*>("lst0")->isVisible());
+        QCOMPARE(checks(several), (QStringList{"-", "-", "-"}));
+
+        several->item(1)->setCheckState(Qt::Checked); // the person ticks one
+        view->grab().save(kShots + "/frmBackupArchivos-guardar.png");
+        QVERIFY(!w.Ticked(0) && w.Ticked(1) && !w.Ticked(2));
+        QTest::mouseClick(view->findChild<QPushButton*>("cmdSelAll"), Qt::LeftButton);
+        QCOMPARE(checks(several), (QStringList{"x", "x", "x"}));
+        QTest::mouseClick(view->findChild<QPushButton*>("cmdSelNone"), Qt::LeftButton);
+        QCOMPARE(checks(several), (QStringList{"-", "-", "-"}));
+        w.SetTicked(0, true);
+        QCOMPARE(checks(several), (QStringList{"x", "-", "-"}));
+
+        // The status shown while working is cleared when the work ends.
+        w["lbl"].setText("Restaurando base de datos desde archivo...");
+        QCOMPARE(view->findChild<QLabel*>("lbl")->text(), w["lbl"].text());
+        w["lbl"].setText(QString());
+        QCOMPARE(view->findChild<QLabel*>("lbl")->text(), QString());
+        closeView(w);
+    }
+};
+
+QTEST_MAIN(TstBackupViews)
+#include "tst_backup_views.moc"
