@@ -1,5 +1,181 @@
 #include "GenerarDisco.h"
 
+#include <QDir>
+#include <QFileInfo>
+#include <QStorageInfo>
+
+#include "ReportDriver.h"
+#include "Tovak.h"
+#include "UiPort.h"
+#include "Util.h"
+#include "ZoGenerateDisk.h"
+#include "ZoHashGuid.h"
+
+namespace {
+
+const QString kTitle = QStringLiteral("Atención !");
+
+// The forms whose number is written with a leading zero in the file's name.
+const QStringList kThreeDigitForms = {"976", "977", "978", "985", "986", "987", "988"};
+
+} // namespace
+
 GenerarDisco::GenerarDisco() : Controller(QStringLiteral("GenerarDisco")) {}
 
-void GenerarDisco::design() {}
+void GenerarDisco::design()
+{
+    setCaption(QStringLiteral("Generación de Disco"));
+    add(QStringLiteral("lblRotuloTitulo"), FieldKind::Label,
+        QStringLiteral("Generación del Formulario "));
+    add(QStringLiteral("lblRotuloDestino"), FieldKind::Label,
+        QStringLiteral("Seleccione el Destino:"));
+    add(QStringLiteral("txtDestino"), FieldKind::Text, QDir::homePath());
+    add(QStringLiteral("cmdBuscarDestino"), FieldKind::Button, QStringLiteral("..."));
+    add(QStringLiteral("Label1"), FieldKind::Label, QStringLiteral("Cantidad de Impresiones"));
+    add(QStringLiteral("txtCantidadImpresiones"), FieldKind::Text, QStringLiteral("1"));
+    add(QStringLiteral("cmdVistaPrevia"), FieldKind::Button, QStringLiteral("Vista Previa"));
+    add(QStringLiteral("cmdAceptar"), FieldKind::Button, QStringLiteral("Aceptar"));
+    add(QStringLiteral("cmdCancelar"), FieldKind::Button, QStringLiteral("Cancelar"));
+
+    on(QStringLiteral("cmdBuscarDestino"), Ev::Click, [this](EventArgs&) {
+        QString folder = BrowseForFolder(QStringLiteral("Buscar destino"));
+        if (folder.isEmpty())
+            folder = DestinoPorDefecto();
+        field(QStringLiteral("txtDestino")).setText(folder);
+    });
+    on(QStringLiteral("txtCantidadImpresiones"), Ev::KeyPress, [](EventArgs& e) {
+        if (e.key >= 32 && (e.key < '0' || e.key > '9'))
+            e.key = 0;
+    });
+    on(QStringLiteral("cmdVistaPrevia"), Ev::Click,
+       [this](EventArgs&) { ReportDriver::Imprimir(Parametros, true); });
+    on(QStringLiteral("cmdAceptar"), Ev::Click, [this](EventArgs&) { Aceptar(); });
+    on(QStringLiteral("cmdCancelar"), Ev::Click, [this](EventArgs&) { unload(); });
+}
+
+void GenerarDisco::onLoad()
+{
+    field(QStringLiteral("txtDestino")).setText(QDir::homePath());
+    field(QStringLiteral("cmdAceptar")).setEnabled(true);
+    field(QStringLiteral("cmdVistaPrevia")).setEnabled(!TotalPeriodo);
+    field(QStringLiteral("lblRotuloTitulo"))
+        .setText(QStringLiteral("Generación del Formulario ") +
+                 ReadParameter(Parametros, QStringLiteral("Formulario")));
+}
+
+void GenerarDisco::Aceptar()
+{
+    if (CantidadImpresiones() < 0) {
+        MsgBox(QStringLiteral("La cantidad de impresiones debe ser un número entero."),
+               Msg::Exclamation, kTitle);
+        setFocus(QStringLiteral("txtCantidadImpresiones"));
+        return;
+    }
+    const bool ok = TotalPeriodo ? GenerarPeriodo() : GenerarFormulario(Parametros);
+    if (!ok)
+        return;
+    MsgBox(QStringLiteral("La generación se realizó correctamente."), Msg::Information, kTitle);
+    unload();
+}
+
+int GenerarDisco::CantidadImpresiones()
+{
+    bool ok = false;
+    const int copies = field(QStringLiteral("txtCantidadImpresiones")).text().trimmed().toInt(&ok);
+    return ok && copies >= 0 ? copies : -1;
+}
+
+QString GenerarDisco::NombreMes(const QString& code)
+{
+    static const QStringList months = {"Enero",      "Febrero", "Marzo",     "Abril",
+                                       "Mayo",       "Junio",   "Julio",     "Agosto",
+                                       "Septiembre", "Octubre", "Noviembre", "Diciembre"};
+    static const QStringList codes = {"01", "02", "03", "04", "05", "06",
+                                      "07", "08", "09", "10", "11", "12"};
+    const int index = codes.indexOf(code);
+    return index < 0 ? QString() : months.at(index);
+}
+
+QString GenerarDisco::NombreArchivo(const QString& destino, const QString& parameters)
+{
+    QString number = ReadParameter(parameters, QStringLiteral("Formulario"));
+    number.remove(QChar(u'F'), Qt::CaseInsensitive);
+    if (kThreeDigitForms.contains(number))
+        number.prepend(u'0');
+    QString month = ReadParameter(parameters, QStringLiteral("Periodo"));
+    QString year = ReadParameter(parameters, QStringLiteral("Anio"));
+    if (month.contains(u'-')) {
+        year = month.section(u'-', 1, 1);
+        month = month.section(u'-', 0, 0);
+    }
+    bool numeric = false;
+    const int m = month.toInt(&numeric);
+    if (numeric)
+        month = QStringLiteral("%1").arg(m, 2, 10, QChar(u'0'));
+    QString folder = destino;
+    if (!folder.endsWith(u'/'))
+        folder += u'/';
+    return folder + number + month + year.right(2) + QStringLiteral(".DJ");
+}
+
+QString GenerarDisco::DestinoPorDefecto()
+{
+    for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
+        const QString root = volume.rootPath();
+        if (volume.isValid() && volume.isReady() &&
+            (root.startsWith(QStringLiteral("/media/")) ||
+             root.startsWith(QStringLiteral("/run/media/"))))
+            return root;
+    }
+    return QDir::homePath();
+}
+
+bool GenerarDisco::GenerarArchivo(const QString& parameters)
+{
+    const QString destino = field(QStringLiteral("txtDestino")).text();
+    const QString name = NombreArchivo(destino, parameters);
+    QFile::remove(name); // an earlier file of the name must not pass for this one
+    ZoGenerateDisk disk;
+    disk.Parametros = parameters;
+    disk.Path = destino;
+    if (!disk.CreateFile(name, false))
+        return false;
+    if (!QFileInfo::exists(name)) {
+        // The writer does not see a failed compression; the person must.
+        MsgBox(QStringLiteral("No se pudo crear el archivo ") + QDir::toNativeSeparators(name) +
+                   QStringLiteral(".\nVerifique que el compresor 7za esté instalado y que haya "
+                                  "espacio libre en el destino."),
+               Msg::Critical, kTitle);
+        return false;
+    }
+    return true;
+}
+
+bool GenerarDisco::GenerarFormulario(const QString& parameters)
+{
+    EnsureDeclarationGuidv(parameters);
+    if (!GenerarArchivo(parameters))
+        return false;
+    const int copies = qMax(0, CantidadImpresiones());
+    for (int i = 0; i < copies; ++i) {
+        if (!ReportDriver::Imprimir(parameters))
+            break; // no printer: said once, the file stays
+    }
+    return true;
+}
+
+bool GenerarDisco::GenerarPeriodo()
+{
+    QString list = Parametros + u'#';
+    while (list.contains(u'#')) {
+        const int cut = list.indexOf(u'#');
+        const QString item = list.left(cut);
+        list = list.mid(cut + 1);
+        Parametros = item;
+        if (!item.contains(QStringLiteral("Formulario")))
+            continue;
+        if (!GenerarFormulario(item))
+            return false;
+    }
+    return true;
+}

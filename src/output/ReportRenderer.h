@@ -1,0 +1,35 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+#include "ReportJob.h"
+
+#include <QImage>
+
+class QPagedPaintDevice;
+class QPainter;
+struct ReportLayout;
+
+// Draws printings on paper-like devices (a printer, a PDF file, a preview),
+// A4, black on white, with the layout of each printing's form.
+class ReportRenderer
+{
+public:
+    // Each printing from a new page, in order; false when the device cannot
+    // be painted on or a layout is unknown.
+    static bool Render(QPagedPaintDevice& device, const QList<ReportJob>& jobs);
+    // The pages a printing takes: the annexes one per 25 lines, at least one.
+    static int PageCount(const ReportJob& job);
+    // One page, in millimetres of the sheet, on a painter already scaled.
+    static void DrawPage(QPainter& painter, const ReportJob& job, int page);
+
+    static constexpr double kPageWidth = 210.0;
+    static constexpr double kPageHeight = 297.0;
+};
+
+// One page as a picture, `dotsPerMm` dots to the millimetre (a preview).
+QImage RenderPageImage(const ReportJob& job, int page, double dotsPerMm);
+
+// Writes the printings as one PDF file, A4; false when it cannot be written.
+bool WriteReportPdf(const QList<ReportJob>& jobs, const QString& path);

@@ -1,0 +1,114 @@
+#include <QApplication>
+#include <QDialog>
+#include <QLabel>
+#include <QPushButton>
+#include <QTimer>
+#include <QtTest>
+
+#include "PrintingFixture.h"
+#include <QLineEdit>
+#include <QSpinBox>
+
+#include "frame/view/QtUi.h"
+#include "frame/view/ViewRegistry.h"
+#include "output/GenerarDisco.h"
+#include "output/ReportDriver.h"
+#include "output/view/QtReportPrinter.h"
+
+using namespace PrintingFixture;
+
+namespace {
+
+QDialog* openDialog(const QString& name)
+{
+    for (QWidget* top : QApplication::topLevelWidgets())
+        if (auto* dialog = qobject_cast<QDialog*>(top);
+            dialog && dialog->objectName() == name && dialog->isVisible())
+            return dialog;
+    return nullptr;
+}
+
+// MORVEL_PRINTING_KEEP names a folder where the screenshots are kept.
+void keep(QWidget* widget, const QString& name)
+{
+    const QString folder = qEnvironmentVariable("MORVEL_PRINTING_KEEP");
+    if (!folder.isEmpty() && widget)
+        widget->grab().save(folder + "/" + name + ".png");
+}
+
+} // namespace
+
+// The printer of the desktop: the program installs it, and its preview
+// shows every page of the printing with its buttons.
+class TstPrintingGui : public QObject
+{
+    Q_OBJECT
+    QtUi m_port;
+    Database m_db;
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(m_db.build());
+        RegisterAllViews();
+    }
+
+    void previewShowsEveryPage()
+    {
+        TestEnv env;
+        QVERIFY(m_db.install());
+        setUi(&m_port);
+        addF987Lines(30);
+        QtReportPrinter& printer = dynamic_cast<QtReportPrinter&>(reportPrinter());
+        int pages = -1;
+        QStringList buttons;
+        QTimer::singleShot(0, [&] {
+            QDialog* dialog = openDialog("VistaPrevia");
+            if (!dialog)
+                return;
+            pages = 0;
+            for (QLabel* label : dialog->findChildren<QLabel*>())
+                pages += label->pixmap().isNull() ? 0 : 1;
+            for (QPushButton* button : dialog->findChildren<QPushButton*>())
+                buttons << button->text();
+            keep(dialog, "VistaPrevia");
+            dialog->reject();
+        });
+        printer.preview(ReportDriver::Prepare(parameters("F987")));
+        QCOMPARE(pages, 4); // two copies of two pages
+        QVERIFY(buttons.contains("Guardar como PDF"));
+        QVERIFY(buttons.contains("Imprimir"));
+        CloseDatabase();
+    }
+
+    // The dialog as the person sees it; the up-down writes the copies box.
+    void generarDiscoView()
+    {
+        TestEnv env;
+        QVERIFY(m_db.install());
+        setUi(&m_port);
+        GenerarDisco w;
+        w.Parametros = parameters("F976");
+        w.load();
+        QWidget* view = OpenView(w);
+        QVERIFY(view);
+        view->show();
+        QApplication::processEvents();
+        auto* upDown = view->findChild<QSpinBox*>("UpD");
+        auto* copies = view->findChild<QLineEdit*>("txtCantidadImpresiones");
+        QVERIFY(upDown && copies);
+        upDown->stepUp();
+        upDown->stepUp();
+        QApplication::processEvents();
+        QCOMPARE(w["txtCantidadImpresiones"].text(), QString("3"));
+        QCOMPARE(view->windowTitle(), QString("Generación de Disco"));
+        QCOMPARE(view->findChild<QLabel*>("lblRotuloTitulo")->text(),
+                 QString("Generación del Formulario F976"));
+        keep(view, "GenerarDisco");
+        w.unload();
+        CloseDatabase();
+    }
+};
+
+QTEST_MAIN(TstPrintingGui)
+#include "tst_printing_gui.moc"
