@@ -126,16 +126,8 @@ bool AnexoComprobantes::VerificarDeclarado()
     const RegistroSocio r = UltimoRegistro(partner);
     if (!r.existe)
         return true;
-    QString sql = QStringLiteral("SELECT ") + m_socio.columna + QStringLiteral(" FROM ") + partner +
-                  QStringLiteral(" WHERE Padron = ") + q(padron()) +
-                  QStringLiteral(" AND Objeto = ") + q(objeto()) +
-                  QStringLiteral(" AND Periodo = ") + q(periodo());
     QString rect;
-    if (r.rectificativa) {
-        sql += QStringLiteral(" AND FechaRectificativa = ") + q(r.fecha);
-        rect = QStringLiteral(" (Rectif. ") + r.fecha + u')';
-    }
-    const QString declaradoTexto = gAccess().GetString(sql + QStringLiteral(" ORDER BY id DESC"));
+    const QString declaradoTexto = CifraSocio(partner, m_socio.columna, r, rect);
     const float declarado = float(TextToDouble(declaradoTexto));
 
     // The total compared is always the one without an earlier adjustment.
@@ -151,14 +143,17 @@ bool AnexoComprobantes::VerificarDeclarado()
     if (total == declarado)
         return true;
 
-    // Only the general regime's return allows no difference at all.
+    // Only the general regime's return allows no difference at all; agents
+    // always have the tolerance.
     const bool tolera = partner != QLatin1String("F976");
     const bool ajusta = tolera && total > declarado - 10.0f && total < declarado + 10.0f;
     const QString cabeza = tolera ? QStringLiteral("El importe total no coincide con el declarado "
                                                    "en el Formulario ")
                                   : QStringLiteral("El importe total debe coincidir con el "
                                                    "declarado en el Formulario ");
-    MsgBox(cabeza + partner + rect + QStringLiteral("\r\nImporte declarado: $ ") +
+    // The agents' message names its fixed partner followed by a blank.
+    const QString nombre = m_socio.fijo.isEmpty() ? partner : partner + u' ';
+    MsgBox(cabeza + nombre + rect + QStringLiteral("\r\nImporte declarado: $ ") +
                FormatAmount(declaradoTexto) +
                (ajusta ? QStringLiteral("\r\nSe ajustará automáticamente")
                        : QStringLiteral("\r\nRevise los importes ingresados")),

@@ -24,3 +24,28 @@ DefinicionFormulario DefinicionAnexo(const QString& id, const QString& caption,
     };
     return d;
 }
+
+DefinicionFormulario DefinicionRetenciones(const QString& id, const QString& caption)
+{
+    return DefinicionAnexo(
+        id, caption, QStringLiteral("Total de Retenciones"),
+        {QStringLiteral("CodigoDetalle"), QStringLiteral("Fecha"), QStringLiteral("NroComprobante"),
+         QStringLiteral("Denominacion"), QStringLiteral("Cuit"), QStringLiteral("Padron"),
+         QStringLiteral("ImportePercibido")},
+        QStringLiteral(
+            "Codigo Detalle|Fecha|N° Constancia|Denominacion|CUIT|Padrón|Importe Retenido")
+            .split(u'|'));
+}
+
+DefinicionFormulario DefinicionPercepciones(const QString& id, const QString& caption)
+{
+    return DefinicionAnexo(
+        id, caption, QStringLiteral("Total de Percepciones"),
+        {QStringLiteral("CodigoDetalle"), QStringLiteral("Fecha"),
+         QStringLiteral("TipoComprobante"), QStringLiteral("NroComprobante"),
+         QStringLiteral("Denominacion"), QStringLiteral("Cuit"), QStringLiteral("Padron"),
+         QStringLiteral("ImportePercibido")},
+        QStringLiteral("Codigo Detalle|Fecha|Tipo Comprobante|N° Comprobante|Denominacion|CUIT|"
+                       "Padrón|Importe Percibido")
+            .split(u'|'));
+}

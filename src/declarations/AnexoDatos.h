@@ -9,3 +9,8 @@
 DefinicionFormulario DefinicionAnexo(const QString& id, const QString& caption,
                                      const QString& captionTotal, const QStringList& columnas,
                                      const QStringList& titulos);
+
+// The annexes of retentions (F977, F985): constancy number, no receipt type.
+DefinicionFormulario DefinicionRetenciones(const QString& id, const QString& caption);
+// The annexes of perceptions (F978, F987): receipts with their type.
+DefinicionFormulario DefinicionPercepciones(const QString& id, const QString& caption);

@@ -44,4 +44,9 @@ struct DefinicionFormulario {
     QString tituloMonto; // the amount rule's refusal
     QString mensajeMonto;
     QVector<CampoFormulario> campos; // the body, in tab order
+    // The agents' returns have no Codigo: their row is found by padrón,
+    // objeto, period, rectification and ctrl.
+    bool tieneCodigo = true;
+    // "Aceptar" asks for the date of a rectification before anything else.
+    bool exigeFechaAlAceptar = true;
 };

@@ -7,15 +7,8 @@ namespace {
 
 DefinicionFormulario Definicion()
 {
-    DefinicionFormulario d = DefinicionAnexo(
-        QStringLiteral("F977"), QStringLiteral("Formulario F977 T.I.S.S.H. Anexo Retenciones"),
-        QStringLiteral("Total de Retenciones"),
-        {QStringLiteral("CodigoDetalle"), QStringLiteral("Fecha"), QStringLiteral("NroComprobante"),
-         QStringLiteral("Denominacion"), QStringLiteral("Cuit"), QStringLiteral("Padron"),
-         QStringLiteral("ImportePercibido")},
-        QStringLiteral(
-            "Codigo Detalle|Fecha|N° Constancia|Denominacion|CUIT|Padrón|Importe Retenido")
-            .split(u'|'));
+    DefinicionFormulario d = DefinicionRetenciones(
+        QStringLiteral("F977"), QStringLiteral("Formulario F977 T.I.S.S.H. Anexo Retenciones"));
     // Whether the declaration has begun is asked of the sister annex's lines.
     d.tablaPruebaAgregar = QStringLiteral("F978_Detalle");
     d.crearDetalle = [] { return std::make_unique<F977_Detalle>(); };

@@ -7,16 +7,8 @@ namespace {
 
 DefinicionFormulario Definicion()
 {
-    DefinicionFormulario d = DefinicionAnexo(
-        QStringLiteral("F978"), QStringLiteral("Formulario F978 T.I.S.S.H. Anexo Percepciones"),
-        QStringLiteral("Total de Percepciones"),
-        {QStringLiteral("CodigoDetalle"), QStringLiteral("Fecha"),
-         QStringLiteral("TipoComprobante"), QStringLiteral("NroComprobante"),
-         QStringLiteral("Denominacion"), QStringLiteral("Cuit"), QStringLiteral("Padron"),
-         QStringLiteral("ImportePercibido")},
-        QStringLiteral("Codigo Detalle|Fecha|Tipo Comprobante|N° Comprobante|Denominacion|CUIT|"
-                       "Padrón|Importe Percibido")
-            .split(u'|'));
+    DefinicionFormulario d = DefinicionPercepciones(
+        QStringLiteral("F978"), QStringLiteral("Formulario F978 T.I.S.S.H. Anexo Percepciones"));
     d.crearDetalle = [] { return std::make_unique<F978_Detalle>(); };
     return d;
 }

@@ -729,7 +729,7 @@ void FormularioDDJJ::cmdQuitarT()
 
 void FormularioDDJJ::cmdAceptar()
 {
-    if (!ExigirFechaRectificativa() || !antesDeFecha())
+    if ((m_def.exigeFechaAlAceptar && !ExigirFechaRectificativa()) || !antesDeFecha())
         return;
     if (!gValidar().FechaPeriodo(field(kFecha), mes().toInt(), anio().toInt(), 1, false))
         return;
@@ -741,8 +741,7 @@ void FormularioDDJJ::cmdAceptar()
 void FormularioDDJJ::cmdGenerar()
 {
     ReconstruirCodigo();
-    if (!m_def.tablaDetalle.isEmpty() && !HayRegistros() &&
-        !ValidateRectificationDate(Parametros, texto(kFecha))) {
+    if (!versionIniciada() && !ValidateRectificationDate(Parametros, texto(kFecha))) {
         MsgBox(QStringLiteral("Periodo Incorrecto"), Msg::Exclamation);
         setFocus(kFecha);
         return;
@@ -759,6 +758,11 @@ void FormularioDDJJ::cmdGenerar()
     if (!VerificarSocio())
         return;
     GuardarFormulario(true);
+}
+
+bool FormularioDDJJ::versionIniciada()
+{
+    return m_def.tablaDetalle.isEmpty() || HayRegistros();
 }
 
 void FormularioDDJJ::GuardarFormulario(bool generar)
@@ -803,14 +807,21 @@ void FormularioDDJJ::GrabarFormulario()
     const QString per = texto(QStringLiteral("txtPeriodo"));
     const QString pad = texto(QStringLiteral("txtPadron"));
     const QString obj = texto(QStringLiteral("txtObjeto"));
+    const QString identidad =
+        m_def.tieneCodigo
+            ? QStringLiteral("CODIGO = ") + q(codigo()) +
+                  QStringLiteral(" AND FECHARECTIFICATIVA = ") + q(f)
+            : QStringLiteral("Padron = ") + q(pad) + QStringLiteral(" AND Objeto = ") + q(obj) +
+                  QStringLiteral(" AND Periodo = ") + q(per) + u' ' + predicadoRectificativa(rect);
     const RecordsetPtr existe = gAccess().FillRecordSet(
-        QStringLiteral("SELECT * FROM ") + m_def.tabla + QStringLiteral(" WHERE CODIGO = ") +
-        q(codigo()) + QStringLiteral(" AND FECHARECTIFICATIVA = ") + q(f) +
+        QStringLiteral("SELECT * FROM ") + m_def.tabla + QStringLiteral(" WHERE ") + identidad +
         QStringLiteral(" AND ctrl = ") + q(ctrl()));
     const QVector<QPair<QString, QString>> montos = columnasEncabezado();
     if (existe && existe->RecordCount() > 0) {
-        QStringList sets{QStringLiteral("Codigo = ") + q(codigo()),
-                         QStringLiteral("FechaRectificativa = ") + q(f)};
+        QStringList sets;
+        if (m_def.tieneCodigo)
+            sets << QStringLiteral("Codigo = ") + q(codigo())
+                 << QStringLiteral("FechaRectificativa = ") + q(f);
         for (const auto& m : montos)
             sets << m.first + QStringLiteral(" = ") + q(m.second);
         gAccess().Execute(
@@ -821,12 +832,13 @@ void FormularioDDJJ::GrabarFormulario()
             q(f) + QStringLiteral(" AND ctrl = ") + q(ctrl()));
         return;
     }
-    QVector<QPair<QString, QString>> valores{{QStringLiteral("Codigo"), codigo()},
-                                             {QStringLiteral("Padron"), pad},
+    QVector<QPair<QString, QString>> valores{{QStringLiteral("Padron"), pad},
                                              {QStringLiteral("Objeto"), obj},
                                              {QStringLiteral("Periodo"), per},
                                              {QStringLiteral("Rectificativa"), valorRect},
                                              {QStringLiteral("FechaRectificativa"), f}};
+    if (m_def.tieneCodigo)
+        valores.prepend({QStringLiteral("Codigo"), codigo()});
     valores += montos;
     valores += columnasAlta();
     valores.append({QStringLiteral("ctrl"), ctrl()});
@@ -862,8 +874,10 @@ void FormularioDDJJ::cmdCancelar()
         unload();
         return;
     }
+    // A form without lines has no "Importar" and nothing typed to throw away:
+    // it is registered only when saved.
     const bool enEdicion =
-        m_def.tablaDetalle.isEmpty() || field(QStringLiteral("cmdImportar")).enabled();
+        !m_def.tablaDetalle.isEmpty() && field(QStringLiteral("cmdImportar")).enabled();
     if (enEdicion) {
         const bool rect = EsVerdadero(param(QStringLiteral("Rectificativa")));
         const QString sql =
@@ -877,9 +891,8 @@ void FormularioDDJJ::cmdCancelar()
         // A version never accepted loses what was typed into it; a saved one
         // keeps its header row and its lines.
         if (!guardado || !HayRegistros()) {
-            if (!m_def.tablaDetalle.isEmpty())
-                gAccess().Execute(QStringLiteral("DELETE * FROM ") + m_def.tablaDetalle +
-                                  QStringLiteral(" WHERE ") + filtroVersion());
+            gAccess().Execute(QStringLiteral("DELETE * FROM ") + m_def.tablaDetalle +
+                              QStringLiteral(" WHERE ") + filtroVersion());
             borrarRegistro();
         }
     }
@@ -903,6 +916,21 @@ FormularioDDJJ::RegistroSocio FormularioDDJJ::UltimoRegistro(const QString& idFo
     r.fecha = rs->Text(QStringLiteral("FechaRectificativa"));
     r.ctrl = rs->Text(QStringLiteral("ctrl"));
     return r;
+}
+
+QString FormularioDDJJ::CifraSocio(const QString& tabla, const QString& columna,
+                                   const RegistroSocio& r, QString& rect)
+{
+    QString sql = QStringLiteral("SELECT ") + columna + QStringLiteral(" FROM ") + tabla +
+                  QStringLiteral(" WHERE Padron = ") + q(padron()) +
+                  QStringLiteral(" AND Objeto = ") + q(objeto()) +
+                  QStringLiteral(" AND Periodo = ") + q(periodo());
+    rect.clear();
+    if (r.rectificativa) {
+        sql += QStringLiteral(" AND FechaRectificativa = ") + q(r.fecha);
+        rect = QStringLiteral(" (Rectif. ") + r.fecha + u')';
+    }
+    return gAccess().GetString(sql + QStringLiteral(" ORDER BY Id DESC"));
 }
 
 void FormularioDDJJ::abrirGenerarDisco()

@@ -76,6 +76,9 @@ protected:
     virtual bool CamposRequeridos(bool generar) { return true; }
     // The comparison with the partner form; false stops the saving.
     virtual bool VerificarSocio() { return true; }
+    // Whether this version was begun, so that "Generar" need not check the
+    // rectification date: it has lines, or a form without lines is stored.
+    virtual bool versionIniciada();
     // Whether "Agregar" checks the rectification date of a version without lines.
     virtual bool validaFechaAlAgregar() const { return true; }
     // A typed amount was left, already normalised; by default recalculates.
@@ -109,6 +112,11 @@ protected:
     };
     // The partner form's latest registration row of this premises and period.
     RegistroSocio UltimoRegistro(const QString& idFormulario);
+    // The figure `columna` of the partner's latest row of this period: of the
+    // registered rectification when `r` is one, whose " (Rectif. date)" goes
+    // to `rect` for the messages.
+    QString CifraSocio(const QString& tabla, const QString& columna, const RegistroSocio& r,
+                       QString& rect);
     QString param(const QString& key) const;
     void fijarParam(const QString& key, const QString& value);
     QString padron() const;

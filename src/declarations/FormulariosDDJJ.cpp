@@ -4,6 +4,10 @@
 #include "F976.h"
 #include "F977.h"
 #include "F978.h"
+#include "F985.h"
+#include "F986.h"
+#include "F987.h"
+#include "F988.h"
 
 namespace {
 
@@ -20,4 +24,8 @@ void RegistrarFormularios()
     registrar<F2001>("F2001");
     registrar<F977>("F977");
     registrar<F978>("F978");
+    registrar<F985>("F985");
+    registrar<F986>("F986");
+    registrar<F987>("F987");
+    registrar<F988>("F988");
 }

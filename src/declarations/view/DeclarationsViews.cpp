@@ -6,6 +6,10 @@
 #include "ui_F976.h"
 #include "ui_F977.h"
 #include "ui_F978.h"
+#include "ui_F985.h"
+#include "ui_F986.h"
+#include "ui_F987.h"
+#include "ui_F988.h"
 // detail dialogs
 #include "ui_F976_Detalle.h"
 #include "ui_F2001_Detalle.h"
@@ -39,6 +43,10 @@ void RegisterDeclarationsViews()
     RegistrarVistaFormulario<Ui::F2001>("F2001");
     RegistrarVistaFormulario<Ui::F977>("F977");
     RegistrarVistaFormulario<Ui::F978>("F978");
+    RegistrarVistaFormulario<Ui::F985>("F985");
+    RegistrarVistaFormulario<Ui::F986>("F986");
+    RegistrarVistaFormulario<Ui::F987>("F987");
+    RegistrarVistaFormulario<Ui::F988>("F988");
     // detail dialogs
     RegisterFormView<Ui::F976_Detalle, QDialog>(QStringLiteral("F976_Detalle"));
     RegisterFormView<Ui::F2001_Detalle, QDialog>(QStringLiteral("F2001_Detalle"));
