@@ -350,6 +350,27 @@ private slots:
         QCOMPARE(count("SELECT COUNT(*) FROM F988"), 1);
     }
 
+    void importFillsTheAnnexAndReloads()
+    {
+        const QString file = env->path("retenciones.txt");
+        QFile out(file);
+        QVERIFY(out.open(QIODevice::WriteOnly));
+        out.write("1@F985@O@03@2024@20-12345678-6@\r\n"
+                  "2@05-03-2024@0001-00000123@CLIENTE UNO@20-12345678-6@4567@1500.00\r\n"
+                  "2@12-03-2024@0001-00000124@CLIENTE DOS@20-12345678-6@4568@250.50\r\n"
+                  "3@2@1750.50\r\n");
+        out.close();
+        env->ui().setOpenFile(file);
+        F985 f;
+        f.Parametros = nuevo("F985");
+        f.load();
+        Person(f).click("cmdImportar");
+        QCOMPARE(f["gridFormulario"].rowCount(), 2);
+        QCOMPARE(f["txtTotalPercepciones"].text(), QStringLiteral("1.750,50"));
+        QCOMPARE(count("SELECT COUNT(*) FROM F985_Detalle"), 2);
+        VERIFY_UI_CLEAN(*env);
+    }
+
     void generateSavesWritesTheFileAndPrints()
     {
         if (SevenZipProgram().isEmpty())
