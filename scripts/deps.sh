@@ -7,7 +7,7 @@ packages=(
   cmake ninja-build g++ pkg-config
   qt6-base-dev qt6-base-dev-tools libgl-dev
   libsqlite3-dev libfreexl-dev libzip-dev
-  p7zip-full
+  libqt6svg6 p7zip-full
   xvfb xauth poppler-utils libxlsxwriter-dev
   fonts-dejavu-core
 )

@@ -1,4 +1,5 @@
 #include <QApplication>
+#include <QIcon>
 #include <QStandardPaths>
 
 #include "MMain.h"
@@ -10,6 +11,10 @@ int main(int argc, char* argv[])
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Morvel"));
     QApplication::setQuitOnLastWindowClosed(false);
+    // The icon of the desktop entry, in every window's title bar; the desktop
+    // matches the windows to the entry morvel.desktop by this name.
+    QApplication::setWindowIcon(QIcon(AssetsPath() + QStringLiteral("/icons/morvel.svg")));
+    QGuiApplication::setDesktopFileName(QStringLiteral("morvel"));
     QtUi port;
     setUi(&port);
     RegisterAllViews();

@@ -53,12 +53,15 @@ QString DatabasePath() { return gAppPath + QStringLiteral("/Morvel.db"); }
 
 QString AssetsPath()
 {
-    // Installed: {prefix}/share/morvel beside {prefix}/bin; built: the
-    // source tree's assets folder.
-    const QString installed =
+    // Installed: {prefix}/share/morvel beside {prefix}/bin. Built: the build
+    // tree's share/morvel beside its src/ folder, the copy of the assets that
+    // holds the manual with the pictures of the windows. Otherwise (tests,
+    // tools) the source tree's assets folder.
+    const QString beside =
         QCoreApplication::applicationDirPath() + QStringLiteral("/../share/morvel");
-    if (QFileInfo::exists(installed + QStringLiteral("/db")))
-        return QDir::cleanPath(installed);
+    if (QFileInfo::exists(beside + QStringLiteral("/db")) ||
+        QFileInfo::exists(beside + QStringLiteral("/help/index.html")))
+        return QDir::cleanPath(beside);
     return QStringLiteral(MORVEL_SOURCE_ASSETS);
 }
 

@@ -42,28 +42,36 @@ QHash<int, QString>& cache()
 
 } // namespace
 
-QString get(Item item)
+// All the symbols are read at once, and the missing ones written at once:
+// each opening of the settings file costs a parse, and each write a locked
+// rewrite, on the way to the main window.
+namespace {
+void loadAll()
 {
-    auto& c = cache();
-    if (auto it = c.find(item); it != c.end())
-        return *it;
-    const Default* d = find(item);
-    if (!d)
-        return {};
     QSettings settings(QStringLiteral("Morvel"), QStringLiteral("Morvel"));
     settings.beginGroup(QStringLiteral("Regional"));
-    const QString key = QString::fromLatin1(d->key);
-    if (!settings.contains(key))
-        settings.setValue(key, QString::fromUtf8(d->value));
-    const QString value = settings.value(key).toString();
-    c.insert(item, value);
-    return value;
+    for (const Default& d : kDefaults) {
+        const QString key = QString::fromLatin1(d.key);
+        if (!settings.contains(key))
+            settings.setValue(key, QString::fromUtf8(d.value));
+        cache().insert(d.item, settings.value(key).toString());
+    }
+}
+} // namespace
+
+QString get(Item item)
+{
+    if (!find(item))
+        return {};
+    if (!cache().contains(item))
+        loadAll();
+    return cache().value(item);
 }
 
 void set(Item item, const QString& value)
 {
     const Default* d = find(item);
-    if (!d)
+    if (!d || get(item) == value)
         return;
     QSettings settings(QStringLiteral("Morvel"), QStringLiteral("Morvel"));
     settings.beginGroup(QStringLiteral("Regional"));

@@ -88,12 +88,16 @@ void SeleccionFormulario::design()
     for (int i : {0, 3, 4})
         on(option(i), Ev::Click, [this](EventArgs&) { chooseOther(); });
     on(kFecha, Ev::Validate, [this](EventArgs& e) { e.cancel = !validDateField(); });
-    on(kFecha, Ev::KeyPress, [this](EventArgs& e) {
+    // Aceptar is the default button: Enter on a choice or on the date accepts.
+    const Handler acceptOnEnter = [this](EventArgs& e) {
         if (e.key == KeyCode::Return) {
             e.key = 0;
             aceptar();
         }
-    });
+    };
+    for (int i : {4, 0, 1, 2, 3})
+        on(option(i), Ev::KeyPress, acceptOnEnter);
+    on(kFecha, Ev::KeyPress, acceptOnEnter);
     on(kAceptar, Ev::Click, [this](EventArgs&) { aceptar(); });
     on(kCancelar, Ev::Click, [this](EventArgs&) { cancelar(); });
 }

@@ -64,10 +64,15 @@ Declaration ReadDeclaration(const QString& parametros)
     d.periodo = ReadParameter(p, QStringLiteral("Periodo")) + u'-' +
                 ReadParameter(p, QStringLiteral("Anio"));
     d.periodo = d.periodo.left(7);
-    d.codigo = ReadParameter(p, QStringLiteral("Codigo"));
     d.fecha = ReadParameter(p, QStringLiteral("FechaRectificativa"));
     d.ctrl = ReadParameter(p, QStringLiteral("ctrl"));
     d.rectificativa = IsTrueText(ReadParameter(p, QStringLiteral("Rectificativa")));
+    // A form hands over its Codigo; the tree's keys of a month do not carry
+    // one, and the row code is then built as the submission file builds it.
+    d.codigo = ReadParameter(p, QStringLiteral("Codigo"));
+    if (d.codigo.isEmpty())
+        d.codigo = d.padron + d.periodo.left(2) + d.periodo.right(4) + d.objeto +
+                   (d.rectificativa ? u'R' : u'O');
     if (d.fecha != QLatin1String("0")) {
         const QDate day = TextToDate(d.fecha);
         d.fechaText = day.isValid() ? day.toString(QStringLiteral("dd-MM-yyyy")) : d.fecha;

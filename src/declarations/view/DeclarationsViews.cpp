@@ -6,17 +6,13 @@
 #include "ui_F976.h"
 #include "ui_F977.h"
 #include "ui_F978.h"
-#include "ui_F985.h"
 #include "ui_F986.h"
-#include "ui_F987.h"
 #include "ui_F988.h"
 // detail dialogs
 #include "ui_F976_Detalle.h"
 #include "ui_F2001_Detalle.h"
 #include "ui_F977_Detalle.h"
 #include "ui_F978_Detalle.h"
-#include "ui_F985_Detalle.h"
-#include "ui_F987_Detalle.h"
 
 // forms
 namespace {
@@ -43,15 +39,18 @@ void RegisterDeclarationsViews()
     RegistrarVistaFormulario<Ui::F2001>("F2001");
     RegistrarVistaFormulario<Ui::F977>("F977");
     RegistrarVistaFormulario<Ui::F978>("F978");
-    RegistrarVistaFormulario<Ui::F985>("F985");
+    // The agents' annexes show the grids of the annexes they copy; their
+    // captions come from the forms.
+    RegistrarVistaFormulario<Ui::F977>("F985");
     RegistrarVistaFormulario<Ui::F986>("F986");
-    RegistrarVistaFormulario<Ui::F987>("F987");
+    RegistrarVistaFormulario<Ui::F978>("F987");
     RegistrarVistaFormulario<Ui::F988>("F988");
     // detail dialogs
     RegisterFormView<Ui::F976_Detalle, QDialog>(QStringLiteral("F976_Detalle"));
     RegisterFormView<Ui::F2001_Detalle, QDialog>(QStringLiteral("F2001_Detalle"));
     RegisterFormView<Ui::F977_Detalle, QDialog>(QStringLiteral("F977_Detalle"));
     RegisterFormView<Ui::F978_Detalle, QDialog>(QStringLiteral("F978_Detalle"));
-    RegisterFormView<Ui::F985_Detalle, QDialog>(QStringLiteral("F985_Detalle"));
-    RegisterFormView<Ui::F987_Detalle, QDialog>(QStringLiteral("F987_Detalle"));
+    // The agents' receipts are typed in the dialogs of the annexes they copy.
+    RegisterFormView<Ui::F977_Detalle, QDialog>(QStringLiteral("F985_Detalle"));
+    RegisterFormView<Ui::F978_Detalle, QDialog>(QStringLiteral("F987_Detalle"));
 }

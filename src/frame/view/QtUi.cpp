@@ -16,6 +16,7 @@
 
 #include "Controller.h"
 #include "ErrorLog.h"
+#include "Look.h"
 #include "ViewBinder.h"
 #include "ViewRegistry.h"
 
@@ -49,14 +50,30 @@ private:
     Controller& m_controller;
 };
 
+// A window opens centred on the window it was opened from, or on the screen
+// when it is the first one (the splash is no owner), and never beyond the
+// screen's edges.
 void centreOnOwner(QWidget* view)
 {
     view->resize(view->size().expandedTo(view->sizeHint()));
     QWidget* owner = QApplication::activeWindow();
-    QRect area = owner && owner != view ? owner->frameGeometry()
-                                        : view->screen()->availableGeometry();
+    const bool hasOwner = owner && owner != view && owner->windowType() != Qt::SplashScreen;
+    const QRect screen = (hasOwner ? owner->screen() : view->screen())->availableGeometry();
+    // The view has no frame before it is shown: it will get the owner's.
     QRect frame = view->frameGeometry();
-    frame.moveCenter(area.center());
+    if (hasOwner) {
+        const QRect outer = owner->frameGeometry();
+        const QRect inner = owner->geometry();
+        frame = QRect(QPoint(), view->size())
+                    .marginsAdded(QMargins(inner.left() - outer.left(), inner.top() - outer.top(),
+                                           outer.right() - inner.right(),
+                                           outer.bottom() - inner.bottom()));
+    }
+    frame.moveCenter(hasOwner ? owner->frameGeometry().center() : screen.center());
+    frame.moveRight(qMin(frame.right(), screen.right()));
+    frame.moveBottom(qMin(frame.bottom(), screen.bottom()));
+    frame.moveLeft(qMax(frame.left(), screen.left()));
+    frame.moveTop(qMax(frame.top(), screen.top()));
     view->move(frame.topLeft());
 }
 
@@ -73,6 +90,11 @@ QMessageBox::Icon iconOf(int style)
 
 } // namespace
 
+QtUi::QtUi()
+{
+    ApplyLook();
+}
+
 QWidget* OpenView(Controller& window)
 {
     QWidget* view = CreateView(window.windowName());
@@ -81,6 +103,7 @@ QWidget* OpenView(Controller& window)
                  QStringLiteral("QtUi"));
         return nullptr;
     }
+    TidyView(view);
     view->setAttribute(Qt::WA_DeleteOnClose, false);
     new ViewBinder(view, window);
     auto* filter = new CloseBoxFilter(view, window);

@@ -4,9 +4,11 @@
 
 // The UI port on real Qt widgets: message boxes, the views of the windows,
 // file dialogs and the desktop's document viewer.
+// Installing it gives the program its one look (Look.h).
 class QtUi : public UiPort
 {
 public:
+    QtUi();
     int messageBox(const QString& text, int style, const QString& title) override;
     void showModal(Controller& window) override;
     void showModeless(Controller& window) override;

@@ -435,8 +435,34 @@ void ViewBinder::pushGrid(Field* field, QWidget* w)
     }
     if (field->currentRow() >= 0 && field->currentRow() < field->rowCount())
         table->selectRow(field->currentRow());
-    table->resizeColumnsToContents();
+    fitColumns(field, table);
     table->setUpdatesEnabled(true);
+}
+
+void ViewBinder::fitColumns(Field* field, QTableWidget* table)
+{
+    // Every column is as wide as what it shows, but the widest column of text
+    // (a description, a name) takes what room is left or gives it up, so that
+    // the amounts on the right always stay in sight.
+    QHeaderView* header = table->horizontalHeader();
+    table->resizeColumnsToContents();
+    int widest = -1;
+    int widestWidth = 0;
+    for (int c = 0; c < table->columnCount(); ++c) {
+        header->setSectionResizeMode(c, QHeaderView::ResizeToContents);
+        const int width = table->columnWidth(c);
+        if (!field->rightAligned.contains(c) && width > widestWidth) {
+            widest = c;
+            widestWidth = width;
+        }
+    }
+    if (widest < 0)
+        return;
+    header->setStretchLastSection(false);
+    header->setSectionResizeMode(widest, QHeaderView::Stretch);
+    for (int r = 0; r < table->rowCount(); ++r)
+        if (QTableWidgetItem* item = table->item(r, widest))
+            item->setToolTip(item->text()); // the whole text when it is cut short
 }
 
 void ViewBinder::pushTree(Field* field, QWidget* w)
@@ -536,8 +562,16 @@ bool ViewBinder::handleKey(Field* field, QKeyEvent* event)
         }
         return true;
     }
-    // Enter in a text box does nothing by itself, as in the old windows.
-    return ascii == 13 && qobject_cast<QLineEdit*>(m_widgets.value(field));
+    if (ascii == 13) {
+        // Enter presses the command button that has the focus, as it always
+        // did; in a text box it does nothing by itself.
+        if (auto* button = qobject_cast<QPushButton*>(m_widgets.value(field))) {
+            button->click();
+            return true;
+        }
+        return qobject_cast<QLineEdit*>(m_widgets.value(field)) != nullptr;
+    }
+    return false;
 }
 
 bool ViewBinder::eventFilter(QObject* watched, QEvent* event)

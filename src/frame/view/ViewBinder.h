@@ -10,6 +10,7 @@
 
 class QAction;
 class QMenu;
+class QTableWidget;
 
 // Keeps each widget of a view in step with the controller's field of the same
 // name, both ways, and forwards the widget's events to the controller.
@@ -38,6 +39,7 @@ private:
     void buildMenuItems(Field* field);
     QMenu* menuOf(Field* field) const;
     void pushGrid(Field* field, QWidget* widget);
+    void fitColumns(Field* field, QTableWidget* table);
     void pushTree(Field* field, QWidget* widget);
     void pushItems(Field* field, QWidget* widget);
     void focusField(const QString& name);

@@ -21,6 +21,13 @@ QWidget* CreateView(const QString& windowName)
     return it == factories().constEnd() ? nullptr : (*it)();
 }
 
+QStringList RegisteredViews()
+{
+    QStringList names = factories().keys();
+    names.sort();
+    return names;
+}
+
 void RegisterFrameViews();
 void RegisterRegistryViews();
 void RegisterNavigationViews();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QWidget>
 #include <functional>
 
@@ -10,6 +11,8 @@ using ViewFactory = std::function<QWidget*()>;
 
 void RegisterView(const QString& windowName, ViewFactory factory);
 QWidget* CreateView(const QString& windowName);
+// The names of the windows that have a view, sorted.
+QStringList RegisteredViews();
 
 // Registers the views of every subsystem; called once by the program and by
 // the GUI tests.

@@ -1,4 +1,5 @@
 #include <QDialog>
+#include <QEvent>
 #include <QHeaderView>
 #include <QTreeWidget>
 
@@ -12,17 +13,31 @@
 namespace {
 
 // The captions of declarations are long: the tree scrolls sideways rather
-// than cutting them.
+// than cutting them, and its one column is never narrower than the tree, so a
+// chosen node is marked across the whole row.
 class ContribuyentesDatosView : public FormView<Ui::ContribuyentesDatos, QDialog>
 {
 public:
     ContribuyentesDatosView()
     {
-        if (auto* tree = findChild<QTreeWidget*>(QStringLiteral("trvDatos"))) {
-            tree->header()->setStretchLastSection(false);
-            tree->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
-        }
+        m_tree = findChild<QTreeWidget*>(QStringLiteral("trvDatos"));
+        if (!m_tree)
+            return;
+        m_tree->header()->setStretchLastSection(false);
+        m_tree->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+        m_tree->viewport()->installEventFilter(this);
     }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Resize && m_tree && watched == m_tree->viewport())
+            m_tree->header()->setMinimumSectionSize(m_tree->viewport()->width());
+        return FormView::eventFilter(watched, event);
+    }
+
+private:
+    QTreeWidget* m_tree = nullptr;
 };
 
 } // namespace

@@ -1,0 +1,907 @@
+#include <QtTest>
+
+#include <QApplication>
+#include <QDir>
+#include <QPointer>
+#include <QProcess>
+#include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
+#include <functional>
+
+#include "Globals.h"
+#include "MMain.h"
+#include "Person.h"
+#include "Principal.h"
+#include "TestSupport.h"
+#include "ZoAccess.h"
+#include "backup/frmBackup.h"
+#include "declarations/FormulariosDDJJ.h"
+#include "frame/view/QtUi.h"
+#include "frame/view/ViewRegistry.h"
+#include "navigation/ZoForms.h"
+#include "output/ReportPrinter.h"
+#include "output/ZoGenerateDisk.h"
+
+namespace {
+
+using Campos = QVector<QPair<QString, QString>>;
+
+// --- The taxpayer, its premises and what the tree calls them -------------------
+
+const QString kCuit = QStringLiteral("20-12345678-6");
+const QString kNombre = QStringLiteral("MUÑOZ ANA MARIA");
+const QString kObjeto = QStringLiteral("0000000000001");
+const QString kGeneral = QStringLiteral("0000000001001"); // general regime
+const QString kAgente = QStringLiteral("0000000002002");  // retention and perception agent
+const QString kHecho = QStringLiteral("La generación se realizó correctamente.");
+const QString kRectificativa = QStringLiteral(" (Rectif. N° 1 15-05-2024)");
+
+// Keys of the tree: a premises, its year 2024, a month of that year.
+QString local(const QString& padron)
+{
+    return QStringLiteral("Padrón N° ") + padron + QStringLiteral(" - Objeto N° ") + kObjeto;
+}
+QString anio(const QString& padron)
+{
+    return local(padron) + QStringLiteral(";Anio=2024");
+}
+QString mes(const QString& padron, const QString& mm = QStringLiteral("03"))
+{
+    return anio(padron) + QStringLiteral(";Periodo=") + mm;
+}
+// The key of a declaration's rows: padrón, mm, yyyy, objeto and its letter.
+QString codigo(const QString& padron, const QString& mm, QChar letra)
+{
+    return padron + mm + QStringLiteral("2024") + kObjeto + letra;
+}
+
+QString nombreFormulario(const QString& id)
+{
+    static const QHash<QString, QString> nombres = {
+        {"F976", "T.I.S.S.H. Régimen General DDJJ Mensual: F976"},
+        {"F977", "T.I.S.S.H. Anexo Retenciones Deducidas: F977"},
+        {"F978", "T.I.S.S.H. Anexo Percepciones Deducidas: F978"},
+        {"F985", "T.I.S.S.H. Anexo Informativo de Retenciones Realizadas: F985"},
+        {"F986", "T.I.S.S.H. Agentes de Retención DDJJ Mensual: F986"},
+        {"F987", "T.I.S.S.H. Anexo Informativo de Percepciones Realizadas: F987"},
+        {"F988", "T.I.S.S.H. Agentes de Percepción DDJJ Mensual: F988"},
+    };
+    return nombres.value(id);
+}
+QString nuevo(const QString& id)
+{
+    return QStringLiteral("Nuevo - ") + nombreFormulario(id);
+}
+QString generado(const QString& id)
+{
+    return QStringLiteral("Formulario Generado - ") + nombreFormulario(id);
+}
+
+// --- What the person types -------------------------------------------------------
+
+struct Local {
+    QString padron, grupo, fantasia, calle;
+    bool general, retencion, percepcion;
+    QStringList actividades; // principal first
+};
+const Local kLocales[] = {
+    {"1001", "A", "CASA CENTRAL", "SAN MARTIN 250", true, false, false, {"101011", "101040"}},
+    {"2002", "B", "SUCURSAL NORTE", "BELGRANO 1200", false, true, true, {"101040"}},
+};
+
+// A line of the return: the entry of the premises' activity list, base and
+// rate typed, and the tax the dialog works out.
+struct Actividad {
+    int entrada;
+    QString base, alicuota, tasa;
+};
+const Actividad kActividades[] = {{0, "100000", "2,40", "2.400,00"},
+                                  {1, "50000", "3,60", "1.800,00"}};
+
+struct Comprobante {
+    QString fecha, tipo, numero, denominacion, cuit, padron, importe;
+};
+// An annex typed receipt by receipt, and its total. The receipts as stored
+// are read back in the submission files (step 7).
+struct Anexo {
+    QString form;
+    QVector<Comprobante> comprobantes;
+    QString total;
+};
+const Anexo kF977{"F977",
+                  {{"05032024", "", "1234", "ACME SA", "30712345671", "555", "200"},
+                   {"20022024", "", "77", "DISTRIBUIDORA NORTE", "27234567891", "", "100"}},
+                  "300,00"};
+const Anexo kF978{
+    "F978",
+    {{"12032024", "FACA - Factura A", "4567", "PROVEEDOR SA", "30500000011", "", "180"},
+     {"14032024", "NCRA - Nota de Crédito A", "4568", "PROVEEDOR SA", "30500000011", "", "30"}},
+    "150,00"};
+const Anexo kF985{"F985",
+                  {{"02032024", "", "1", "CLIENTE UNO SA", "30712345671", "10", "500"},
+                   {"09032024", "", "2", "CLIENTE DOS SRL", "20301112220", "11", "250"}},
+                  "750,00"};
+
+// An agent's return: the amounts typed and the amount to deposit they give.
+struct Agente {
+    QString form;
+    Campos montos;
+    QString depositar;
+};
+const Agente kF986{"F986", {{"txtImpPerF985", "750"}, {"txtAccesorioCoef", "10"}}, "760,00"};
+const Agente kF988{"F988", {{"txtImpPerF987", "1234,50"}}, "1.234,50"};
+
+// The perceptions as the agent's own system exports them: header, lines of
+// date, type, number, customer, CUIT, padrón and amount, and the trailer with
+// the count and the total, in which the credit note counts against.
+QByteArray archivoF987()
+{
+    auto linea = [](const char* fecha, const char* tipo, const char* numero, const char* importe) {
+        return QByteArray("2@") + fecha + '@' + tipo + '@' + numero + "@KIOSCO EL SOL@" +
+               kCuit.toLatin1() + "@12@" + importe + '\n';
+    };
+    return "1@F987@O@03@2024@" + kCuit.toLatin1() + "@\n" +
+           linea("04-03-2024", "FACA", "100", "1000.00") +
+           linea("11-03-2024", "FACB", "101", "300.00") +
+           linea("18-03-2024", "NCRA", "102", "65.50") + "3@3@1234.50\n";
+}
+
+// --- Reading back what the program left ---------------------------------------
+
+// Lets the views catch up, and deletes those of the windows that closed.
+void asentar()
+{
+    QApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+// Each row of the statement, its cells joined by "|".
+QStringList filas(const QString& sql)
+{
+    QStringList out;
+    RecordsetPtr rs = gAccess().FillRecordSet(sql);
+    for (; rs && !rs->EOF_(); rs->MoveNext()) {
+        QStringList cells;
+        for (int i = 0; i < rs->FieldCount(); ++i)
+            cells << rs->Text(i);
+        out << cells.join(u'|');
+    }
+    return out;
+}
+
+// The lines of a declaration in a detail table, but for their Id and Codigo.
+QStringList lineasDe(const QString& tabla, const QString& codigo)
+{
+    QStringList out =
+        filas("SELECT * FROM " + tabla + " WHERE Codigo = '" + codigo + "' ORDER BY CodigoDetalle");
+    for (QString& fila : out)
+        fila = fila.section(u'|', 2);
+    return out;
+}
+
+// The rows of a grid, cells joined by "|".
+QStringList celdas(const Field& grid)
+{
+    QStringList out;
+    for (const QStringList& row : grid.rows())
+        out << row.join(u'|');
+    return out;
+}
+
+// The captions under the node `key` of the taxpayer's tree.
+QStringList hijos(Controller& arbol, const QString& key)
+{
+    const TreeModel& tree = arbol["trvDatos"].tree();
+    QStringList out;
+    for (int child : tree.indexOf(key) < 0 ? QVector<int>{} : tree.node(tree.indexOf(key)).children)
+        out << tree.node(child).text;
+    return out;
+}
+
+// The whole tree as the real tree widget on screen shows it: indented
+// captions.
+QStringList esquemaEnPantalla()
+{
+    asentar();
+    QStringList out;
+    for (QWidget* top : QApplication::topLevelWidgets()) {
+        auto* tree = top->isVisible() ? top->findChild<QTreeWidget*>("trvDatos") : nullptr;
+        if (!tree)
+            continue;
+        for (QTreeWidgetItemIterator it(tree); *it; ++it) {
+            int depth = 0;
+            for (QTreeWidgetItem* p = (*it)->parent(); p; p = p->parent())
+                ++depth;
+            out << QString(depth * 2, u' ') + (*it)->text(0);
+        }
+    }
+    return out;
+}
+
+// The records of a submission file, unzipped by the program's own archiver:
+// Windows-1252 lines (no byte of 0x80 to 0x9F here) ended by CR LF.
+QStringList registros(const QString& archivo, QString carpeta)
+{
+    QString member = QStringLiteral("TEMPFILE.DJ");
+    if (!ZoGenerateDisk().Expand(archivo, member, carpeta))
+        return {QStringLiteral("<not expanded>")};
+    QFile file(carpeta + u'/' + member);
+    if (!file.open(QIODevice::ReadOnly))
+        return {QStringLiteral("<no member>")};
+    const QString text = QString::fromLatin1(file.readAll());
+    if (!text.endsWith(QStringLiteral("\r\n")))
+        return {QStringLiteral("<not ended by CR LF>")};
+    return text.chopped(2).split(QStringLiteral("\r\n"));
+}
+
+// The expected files: name, table and condition of the row, records.
+struct ArchivoEsperado {
+    QString nombre, tabla, condicion;
+    QStringList registros;
+};
+QVector<ArchivoEsperado> archivosEsperados()
+{
+    QFile file(QFINDTESTDATA("recorrido_archivos.txt"));
+    QVector<ArchivoEsperado> out;
+    const QString text = file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : "";
+    for (const QString& bloque : text.split(QStringLiteral("\n\n"), Qt::SkipEmptyParts)) {
+        QStringList lineas = bloque.split(u'\n', Qt::SkipEmptyParts);
+        lineas.removeIf([](const QString& l) { return l.startsWith(u'#'); });
+        if (!lineas.isEmpty()) {
+            const QStringList cabeza = lineas.takeFirst().split(u' ');
+            out.append({cabeza.value(0), cabeza.value(1), cabeza.mid(2).join(u' '), lineas});
+        }
+    }
+    return out;
+}
+
+QString textoPdf(const QString& pdf)
+{
+    QProcess process;
+    process.start(QStringLiteral("pdftotext"), {pdf, QStringLiteral("-")});
+    process.waitForFinished(20000);
+    return QString::fromUtf8(process.readAllStandardOutput()).simplified();
+}
+
+// The texts of `buscados` that `texto` does not hold.
+QStringList ausentes(const QString& texto, const QStringList& buscados)
+{
+    QStringList out;
+    for (const QString& t : buscados)
+        if (!texto.contains(t))
+            out << t;
+    return out;
+}
+
+// --- The person in the dialogs --------------------------------------------------
+
+void llenarLocal(Controller& f, const Local& l)
+{
+    Person p(f);
+    p.type("txtPadron", l.padron);
+    p.type("txtObjeto", "1");
+    p.type("txtGrupo", l.grupo);
+    p.type("txtCategoria", "1");
+    p.type("txtRazonSocial", "ferreteria muñoz");
+    p.type("txtNombreFantasia", l.fantasia);
+    p.check("chkRegimenGeneral", l.general);
+    p.check("chkRetencion", l.retencion);
+    p.check("chkPercepcion", l.percepcion);
+    p.click("SSTabLocalesComerciales", 1);
+    p.type("txtIdPrincipal", l.actividades.value(0));
+    p.type("txtIdSecundaria1", l.actividades.value(1));
+    p.click("SSTabLocalesComerciales", 2);
+    p.type("txtCalleNumero", l.calle);
+    p.type("txtSuscriptor", "ANA MUÑOZ");
+    p.type("txtCaracter", "TITULAR");
+    p.click("cmdAceptar");
+}
+
+void llenarComprobante(Controller& d, const Comprobante& c)
+{
+    Person p(d);
+    p.type("txtFecha", c.fecha);
+    if (!c.tipo.isEmpty())
+        p.choose("cboComprobante", c.tipo);
+    p.type("txtNroComprobante", c.numero);
+    p.type("txtDenominacion", c.denominacion);
+    p.type("txtCuit", c.cuit);
+    p.type("txtPadron", c.padron);
+    p.type("txtImportePercibido", c.importe);
+    p.click("cmdAceptar");
+}
+
+} // namespace
+
+// One person's month, from an empty data folder to the files taken to the
+// office, through the real windows of the program with their views on screen
+// (offscreen), driven by their fields. The steps run in order on one data
+// folder; when one fails, the later ones are skipped.
+class TstRecorrido : public QObject
+{
+    Q_OBJECT
+    std::unique_ptr<TestEnv> m_env;
+    PdfFolderPrinter m_impresora;
+    QStringList m_mensajes; // what the step is to show the person
+    bool m_detenido = false;
+    int m_fotos = 0;
+
+    ScriptedUi& persona() { return m_env->ui(); }
+
+    // Runs `guion` on the next window of that name that opens, with its view
+    // on screen; with MORVEL_SHOTS set, a picture of the view is kept.
+    void alAbrir(const QString& ventana, std::function<void(Controller&)> guion)
+    {
+        persona().onShow(ventana, [this, guion](Controller& w) {
+            QPointer<QWidget> vista = OpenView(w);
+            QVERIFY2(vista, qPrintable("no view for " + w.windowName()));
+            vista->show();
+            asentar();
+            QCOMPARE(vista->windowTitle(), w.caption());
+            guion(w);
+            const QString carpeta = qEnvironmentVariable("MORVEL_SHOTS");
+            if (vista && !carpeta.isEmpty() && QDir().mkpath(carpeta))
+                vista->grab().save(QStringLiteral("%1/%2_%3.png")
+                                       .arg(carpeta)
+                                       .arg(++m_fotos, 2, 10, QChar(u'0'))
+                                       .arg(w.windowName()));
+        });
+    }
+
+    // The taxpayer's tree, opened from the list in the main window's menu;
+    // "Salir" closes it after `trabajo`.
+    void enElArbol(const std::function<void(Controller&)>& trabajo)
+    {
+        bool abierto = false;
+        alAbrir("ContribuyentesDatos", [&](Controller& arbol) {
+            abierto = true;
+            QCOMPARE(arbol.caption(), "Contribuyente: " + kNombre + " - " + kCuit);
+            trabajo(arbol);
+            if (arbol.isLoaded())
+                Person(arbol).click("cmbSalir");
+        });
+        Person(gPrincipal()).click("mnuListadoContribuyentes", 0);
+        QVERIFY2(abierto, "the taxpayer's window did not open from the main menu");
+    }
+
+    // A double click on the child of `padre` that reads `caption`.
+    void abrirNodo(Controller& arbol, const QString& padre, const QString& caption)
+    {
+        const TreeModel& tree = arbol["trvDatos"].tree();
+        QString key;
+        for (int child : tree.node(qMax(0, tree.indexOf(padre))).children)
+            if (tree.node(child).text == caption)
+                key = tree.node(child).key;
+        QVERIFY2(!key.isEmpty(), qPrintable("no node " + caption + " under " + padre));
+        Person(arbol).dblClickNode("trvDatos", key);
+    }
+
+    // "Nuevo Año" 2024 on the premises, then "Nuevo Periodo" 03 on that year.
+    void abrirMes(Controller& arbol, const QString& padron)
+    {
+        alAbrir("NuevoAnio", [](Controller& d) {
+            Person(d).retype("txtAnio", "2024");
+            Person(d).click("cmdAceptar");
+        });
+        alAbrir("NuevoPeriodo", [](Controller& d) {
+            Person(d).retype("txtPeriodo", "03");
+            Person(d).click("cmdAceptar");
+        });
+        Person p(arbol);
+        p.clickNode("trvDatos", local(padron));
+        p.click("cmbNuevoAnio");
+        p.clickNode("trvDatos", anio(padron));
+        QVERIFY(arbol["cmbNuevoPeriodo"].enabled());
+        p.click("cmbNuevoPeriodo");
+        QCOMPARE(hijos(arbol, anio(padron)), QStringList{"Periodo: 03"});
+    }
+
+    void llenarAnexo(Controller& arbol, const QString& mes, const Anexo& a)
+    {
+        alAbrir(a.form, [this, a](Controller& f) {
+            for (const Comprobante& c : a.comprobantes) {
+                alAbrir(a.form + "_Detalle", [c](Controller& d) { llenarComprobante(d, c); });
+                Person(f).click("cmdAgregar");
+            }
+            QCOMPARE(f["gridFormulario"].rowCount(), int(a.comprobantes.size()));
+            QCOMPARE(f["txtTotalPercepciones"].text(), a.total);
+            Person(f).click("cmdAceptar");
+            QVERIFY2(!f.isLoaded(), qPrintable(persona().lastText()));
+        });
+        abrirNodo(arbol, mes, nuevo(a.form));
+        QCOMPARE(filas("SELECT COUNT(*) FROM " + a.form + "_Detalle"),
+                 QStringList{QString::number(a.comprobantes.size())});
+        QCOMPARE(filas("SELECT TotalPercepciones FROM " + a.form), QStringList{a.total});
+    }
+
+    void llenarAgente(Controller& arbol, const QString& mes, const Agente& a)
+    {
+        alAbrir(a.form, [a](Controller& f) {
+            Person p(f);
+            for (const auto& [campo, monto] : a.montos)
+                p.retype(campo, monto);
+            p.leave(a.montos.last().first);
+            QCOMPARE(f["txtImporteDepositar"].text(), a.depositar);
+            p.click("cmdAceptar");
+            QVERIFY(!f.isLoaded());
+        });
+        abrirNodo(arbol, mes, nuevo(a.form));
+        QCOMPARE(filas("SELECT ImporteDepositar, Rectificativa, FechaRectificativa, ctrl FROM " +
+                       a.form),
+                 QStringList{a.depositar + "|False|0|0"});
+    }
+
+    // "Generar" of the tree on a month, or of a form: into `destino`, one copy.
+    void generarEn(const QString& destino)
+    {
+        alAbrir("GenerarDisco", [destino](Controller& g) {
+            Person p(g);
+            p.retype("txtDestino", destino);
+            p.retype("txtCantidadImpresiones", "1");
+            p.click("cmdAceptar");
+            QVERIFY(!g.isLoaded());
+        });
+        m_mensajes << kHecho;
+    }
+
+    void verificarPersona()
+    {
+        QCOMPARE(persona().texts(), m_mensajes);
+        VERIFY_UI_CLEAN(*m_env);
+    }
+
+private slots:
+    void initTestCase()
+    {
+        if (SevenZipProgram().isEmpty())
+            QSKIP("the archiver 7za is not installed: no submission file can be made");
+        // The offscreen platform says at every window that it passes no size
+        // hints on: nothing the journey needs to read.
+        static const QtMessageHandler previo = qInstallMessageHandler(
+            [](QtMsgType type, const QMessageLogContext& context, const QString& text) {
+                if (!text.contains(QStringLiteral("propagateSizeHints")))
+                    previo(type, context, text);
+            });
+        RegisterAllViews();
+        RegistrarFormularios();
+        m_env = std::make_unique<TestEnv>(); // an empty data folder: no database yet
+        m_impresora.setFolder(m_env->path("impresiones"));
+        SetReportPrinter(&m_impresora); // before any "Aceptar" that prints
+    }
+
+    void init()
+    {
+        if (m_detenido)
+            QSKIP("an earlier step of the journey failed");
+        persona().clearMessages();
+        m_mensajes.clear();
+    }
+
+    void cleanup()
+    {
+        verificarPersona();
+        m_detenido = m_detenido || QTest::currentTestFailed();
+    }
+
+    void cleanupTestCase()
+    {
+        if (gFrmBackup().isLoaded())
+            gFrmBackup().unload();
+        if (gPrincipal().isLoaded())
+            gPrincipal().unload();
+        asentar();
+        SetReportPrinter(nullptr);
+        ResetForms();
+        m_env.reset();
+    }
+
+    // Step 1: the first start shows the main window with no taxpayer; "Nuevo"
+    // registers one and opens its tree.
+    void firstStartAndANewTaxpayer()
+    {
+        alAbrir("Inicial", [](Controller&) {});
+        alAbrir("Principal", [](Controller&) {});
+        QVERIFY(Main(m_env->dataPath()));
+        QCOMPARE(persona().shownWindows(), (QStringList{"Inicial", "Principal"}));
+        const Field& lista = gPrincipal()["mnuListadoContribuyentes"];
+        QCOMPARE(lista.itemText(0), QString("(Vacio)"));
+
+        alAbrir("Contribuyentes", [](Controller& w) {
+            Person p(w);
+            p.type("txtCuit", "20123456786");
+            p.leave("txtCuit");
+            p.type("txtApellidoNombre", "muñoz ana maria");
+            p.leave("txtApellidoNombre");
+            QCOMPARE(w["txtApellidoNombre"].text(), kNombre);
+            p.click("cmdAceptar");
+        });
+        QStringList arbol;
+        alAbrir("ContribuyentesDatos", [&](Controller& w) {
+            QCOMPARE(w.caption(), "Contribuyente: " + kNombre + " - " + kCuit);
+            arbol = esquemaEnPantalla();
+            Person(w).click("cmbSalir");
+        });
+        Person(gPrincipal()).click("mnuNuevo");
+        QCOMPARE(arbol, (QStringList{"Modificar datos personales", "Eliminar Contribuyente"}));
+        QCOMPARE(filas("SELECT idContribuyente, ApellidoNombre, Cuit FROM Contribuyentes"),
+                 QStringList{"1|" + kNombre + "|" + kCuit});
+        QCOMPARE(lista.itemText(0), "1: " + kNombre + " - " + kCuit);
+    }
+
+    // Step 2: through "Modificar datos personales", a premises of the general
+    // regime and one of an agent of retention and perception.
+    void premisesThroughTheTaxpayersData()
+    {
+        enElArbol([this](Controller& arbol) {
+            alAbrir("Contribuyentes", [this](Controller& c) {
+                QVERIFY(!c["txtCuit"].enabled());
+                for (const Local& l : kLocales) {
+                    alAbrir("frmLocalComercial", [l](Controller& f) { llenarLocal(f, l); });
+                    Person(c).click("cmdAgregar");
+                }
+                QCOMPARE(c["gridLocales"].rowCount(), 2);
+                Person(c).choose("cboPadronPrincipal", 1);
+                Person(c).click("cmdAceptar");
+            });
+            Person(arbol).dblClickNode("trvDatos", "Modificar=0;idContribuyente=1");
+            QCOMPARE(esquemaEnPantalla(),
+                     (QStringList{"Modificar datos personales", "Eliminar Contribuyente",
+                                  "Padrones Comerciales", "  " + local(kGeneral),
+                                  "  " + local(kAgente)}));
+        });
+        // The rest of each row goes to record 2 of its submission files (step 7).
+        QCOMPARE(filas("SELECT padron, regimen, retencion, percepcion, Principal, suscriptor "
+                       "FROM tPadronesComerciales"),
+                 (QStringList{kGeneral + "|0|0|0|X|ANA MUÑOZ", kAgente + "|2|1|1||ANA MUÑOZ"}));
+        QCOMPARE(filas("SELECT padron, ActP, ActP_Desc, Act1 FROM Actividades_x_padrones"),
+                 (QStringList{kGeneral + "|101011|Matanza de ganado bovino|101040",
+                              kAgente + "|101040|Fabricación de fiambres y embutidos|"}));
+    }
+
+    // Step 3: a year and a month on each premises offer the forms of its
+    // regime; the annexes of the general regime wait for a return declaring
+    // what they back up. Nothing is stored before a form is saved: a month
+    // left empty is gone at the next opening.
+    void monthsOfferTheFormsOfEachPremises()
+    {
+        enElArbol([this](Controller& arbol) {
+            abrirMes(arbol, kGeneral);
+            abrirMes(arbol, kAgente);
+            QCOMPARE(hijos(arbol, mes(kGeneral)), QStringList{nuevo("F976")});
+            QCOMPARE(hijos(arbol, mes(kAgente)),
+                     (QStringList{nuevo("F988"), nuevo("F987"), nuevo("F986"), nuevo("F985")}));
+            QVERIFY(esquemaEnPantalla().contains("        " + nuevo("F985")));
+        });
+        QCOMPARE(filas("SELECT COUNT(*) FROM TPadrones_Formularios"), QStringList{"0"});
+        enElArbol([](Controller& arbol) {
+            QCOMPARE(hijos(arbol, local(kGeneral)) + hijos(arbol, local(kAgente)), QStringList());
+        });
+    }
+
+    // Step 4: the general return with two activity lines, then its annexes,
+    // whose totals agree with the retentions and perceptions it declares.
+    void generalReturnAndItsAnnexes()
+    {
+        enElArbol([this](Controller& arbol) {
+            abrirMes(arbol, kGeneral);
+            alAbrir("F976", [this](Controller& f) {
+                for (const Actividad& a : kActividades) {
+                    alAbrir("F976_Detalle", [this, a](Controller& d) {
+                        alAbrir("Busqueda", [a](Controller& b) {
+                            Person(b).choose("lstRegistros", a.entrada);
+                            Person(b).dblClick("lstRegistros");
+                        });
+                        Person p(d);
+                        p.click("cmdPrincipal");
+                        p.retype("txtBaseImponible", a.base);
+                        p.choose("txtAlicuota", a.alicuota);
+                        QCOMPARE(d["txtTasa"].text(), a.tasa);
+                        p.click("cmdAceptar");
+                    });
+                    Person(f).click("cmdAgregar");
+                }
+                QCOMPARE(celdas(f["gridFormulario"]),
+                         (QStringList{"0001|101011|Matanza de ganado bovino|100.000,00|2,40|"
+                                      "2.400,00",
+                                      "0002|101040|Fabricación de fiambres y embutidos|"
+                                      "50.000,00|3,60|1.800,00"}));
+                Person p(f);
+                p.retype("txtRetenciones", "300");
+                p.retype("txtPercepciones", "150");
+                p.leave("txtPercepciones");
+                for (const auto& [campo, valor] : Campos{{"txtBaseImponible", "150.000,00"},
+                                                         {"txtImpuesto", "4.200,00"},
+                                                         {"txtTasa", "4.200,00"},
+                                                         {"txtSubtotalDeterminado", "450,00"},
+                                                         {"txtSaldo2", "3.750,00"},
+                                                         {"txtTotalAPagar", "3.750,00"}})
+                    QCOMPARE(f[campo].text(), valor);
+                p.click("cmdAceptar");
+                QVERIFY(!f.isLoaded());
+            });
+            abrirNodo(arbol, mes(kGeneral), nuevo("F976"));
+            QCOMPARE(hijos(arbol, mes(kGeneral)),
+                     (QStringList{generado("F976"), nuevo("F978"), nuevo("F977")}));
+            llenarAnexo(arbol, mes(kGeneral), kF977);
+            llenarAnexo(arbol, mes(kGeneral), kF978);
+            QCOMPARE(hijos(arbol, mes(kGeneral)),
+                     (QStringList{generado("F976"), generado("F978"), generado("F977")}));
+        });
+        const QString marzo = codigo(kGeneral, "03", u'O');
+        QCOMPARE(filas("SELECT Codigo, BaseImponible, Impuesto, Tasa, Retenciones, Percepciones, "
+                       "SubtotalDeterminado, TotalAPagar, Rectificativa, FechaRectificativa, "
+                       "ctrl FROM F976"),
+                 QStringList{marzo + "|150.000,00|4.200,00|4.200,00|300,00|150,00|450,00|"
+                                     "3.750,00|False|0|0"});
+    }
+
+    // Step 5: a rectification "with data" starts from the original's lines;
+    // one of them changes, and both versions stay.
+    void rectificationWithData()
+    {
+        enElArbol([this](Controller& arbol) {
+            alAbrir("SeleccionFormulario", [](Controller& s) {
+                Person p(s);
+                p.click("optRectificativaConDatos");
+                p.type("txtFecha", "15052024");
+                p.click("cmdAceptar");
+            });
+            alAbrir("F976", [this](Controller& f) {
+                QCOMPARE(f["optRectificativa"].value(), 1);
+                QCOMPARE(f["txtFechaDDJJ"].text(), QString("15-05-2024"));
+                QCOMPARE(f["gridFormulario"].rowCount(), 2);
+                alAbrir("F976_Detalle", [](Controller& d) {
+                    QCOMPARE(d["txtIdActividad"].text(), QString("101040"));
+                    Person(d).retype("txtBaseImponible", "60000");
+                    Person(d).click("cmdAceptar");
+                });
+                Person p(f);
+                p.clickRow("gridFormulario", 1);
+                p.click("cmdModificar");
+                for (const auto& [campo, valor] : Campos{{"txtBaseImponible", "160.000,00"},
+                                                         {"txtImpuesto", "4.560,00"},
+                                                         {"txtTasa", "4.560,00"},
+                                                         {"txtRetenciones", "300,00"},
+                                                         {"txtTotalAPagar", "4.110,00"}})
+                    QCOMPARE(f[campo].text(), valor);
+                p.click("cmdAceptar");
+                QVERIFY(!f.isLoaded());
+            });
+            abrirNodo(arbol, mes(kGeneral), generado("F976"));
+            QCOMPARE(hijos(arbol, mes(kGeneral)),
+                     (QStringList{generado("F976"), generado("F976") + kRectificativa,
+                                  generado("F978"), generado("F977")}));
+        });
+        const QString original = codigo(kGeneral, "03", u'O');
+        const QString rectificativa = codigo(kGeneral, "03", u'R');
+        QCOMPARE(filas("SELECT Codigo, Rectificativa, FechaRectificativa, ctrl, BaseImponible, "
+                       "Impuesto, TotalAPagar FROM F976 ORDER BY ctrl"),
+                 (QStringList{original + "|False|0|0|150.000,00|4.200,00|3.750,00",
+                              rectificativa + "|Verdadero|15-05-2024|1|160.000,00|4.560,00|"
+                                              "4.110,00"}));
+        QCOMPARE(filas("SELECT Codigo, FechaRectificativa, ctrl, CodigoDetalle, BaseImponible "
+                       "FROM F976_Detalle ORDER BY ctrl, CodigoDetalle"),
+                 (QStringList{original + "|0|0|0001|100.000,00", original + "|0|0|0002|50.000,00",
+                              rectificativa + "|15-05-2024|1|0001|100.000,00",
+                              rectificativa + "|15-05-2024|1|0002|60.000,00"}));
+    }
+
+    // Step 6: the agent's four forms; the perceptions come from a file.
+    void agentForms()
+    {
+        const QString archivo = m_env->path("percepciones_marzo.txt");
+        QFile file(archivo);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(archivoF987()) > 0);
+        file.close();
+        persona().setOpenFile(archivo);
+        enElArbol([this](Controller& arbol) {
+            abrirMes(arbol, kAgente);
+            llenarAnexo(arbol, mes(kAgente), kF985);
+            llenarAgente(arbol, mes(kAgente), kF986);
+            alAbrir("F987", [](Controller& f) {
+                Person(f).click("cmdImportar");
+                QCOMPARE(f["gridFormulario"].rowCount(), 3);
+                QCOMPARE(f["txtTotalPercepciones"].text(), QString("1.234,50"));
+                Person(f).click("cmdAceptar");
+                QVERIFY(!f.isLoaded());
+            });
+            abrirNodo(arbol, mes(kAgente), nuevo("F987"));
+            llenarAgente(arbol, mes(kAgente), kF988);
+            QCOMPARE(hijos(arbol, mes(kAgente)), (QStringList{generado("F988"), generado("F987"),
+                                                              generado("F986"), generado("F985")}));
+        });
+        // The types are stored with their description; the file keeps the code.
+        QCOMPARE(filas("SELECT TipoComprobante, ImportePercibido FROM F987_Detalle"),
+                 (QStringList{"FACA - Factura A|1000,00", "FACB - Factura B|300,00",
+                              "NCRA - Nota de Crédito A|65,50"}));
+    }
+
+    // Step 7: each month generated from the tree into a folder with one copy
+    // printed; the files record by record, and the paper. Then the return
+    // generated from its own "Generar".
+    void generateBothMonths()
+    {
+        const QString destino = m_env->path("disquete");
+        QVERIFY(QDir().mkpath(destino));
+        m_impresora.clear();
+        enElArbol([&](Controller& arbol) {
+            for (const QString& padron : {kGeneral, kAgente}) {
+                generarEn(destino);
+                Person(arbol).clickNode("trvDatos", mes(padron));
+                QVERIFY(arbol["cmbGenerar"].enabled());
+                Person(arbol).click("cmbGenerar");
+            }
+        });
+        QCOMPARE(QDir(destino).entryList({"*.DJ"}, QDir::Files, QDir::Name),
+                 (QStringList{"09760324.DJ", "09770324.DJ", "09780324.DJ", "09850324.DJ",
+                              "09860324.DJ", "09870324.DJ", "09880324.DJ"}));
+        QHash<QString, QString> guids; // by form
+        const QVector<ArchivoEsperado> esperados = archivosEsperados();
+        QCOMPARE(esperados.size(), 7);
+        for (const ArchivoEsperado& e : esperados) {
+            const QString guid =
+                filas("SELECT Guidv FROM " + e.tabla + " WHERE " + e.condicion).value(0);
+            QVERIFY2(QRegularExpression("^[0-9A-F]{12}$").match(guid).hasMatch(),
+                     qPrintable(e.nombre + " Guidv: " + guid));
+            QCOMPARE(registros(destino + "/" + e.nombre, m_env->path("abierto/" + e.nombre)),
+                     e.registros.join(u'\n').replace("{guid}", guid).split(u'\n'));
+            guids.insert(e.tabla, guid);
+        }
+
+        // One printing per declaration, in the tree's order, each with its
+        // lines although the tree's keys name no Codigo.
+        QStringList impresos;
+        for (const QString& f : m_impresora.files())
+            impresos << QFileInfo(f).fileName().section(u'_', 0, 0);
+        QCOMPARE(impresos,
+                 (QStringList{"F976", "F976", "F978", "F977", "F988", "F987", "F986", "F985"}));
+        const bool lee = !QStandardPaths::findExecutable("pdftotext").isEmpty();
+        const QString razon = QStringLiteral("FERRETERIA MUÑOZ");
+        const struct {
+            const char* form;
+            QStringList textos, deLasLineas; // the latter read through the row code
+        } papeles[] = {
+            {"F976", {}, {razon, "4.110,00", "60.000,00", guids["F976"]}},
+            {"F977", {kCuit, guids["F977"]}, {razon, "ACME SA", "300,00"}},
+            {"F978", {kCuit, guids["F978"]}, {razon, "PROVEEDOR SA", "150,00"}},
+            {"F985", {kCuit, guids["F985"]}, {razon, "CLIENTE DOS SRL", "750,00"}},
+            {"F986", {kNombre, "750,00", "760,00", "setecientos sesenta", guids["F986"]}, {}},
+            {"F987", {kCuit, guids["F987"]}, {razon, "KIOSCO EL SOL", "1.234,50"}},
+            {"F988", {kNombre, "1.234,50", "un mil doscientos treinta", guids["F988"]}, {}},
+        };
+        for (int i = 0; lee && i < int(std::size(papeles)); ++i) {
+            const QString form = QString::fromLatin1(papeles[i].form);
+            const QString texto = textoPdf(m_impresora.files().value(impresos.lastIndexOf(form)));
+            QCOMPARE(ausentes(texto, papeles[i].textos), QStringList());
+            if (papeles[i].deLasLineas.isEmpty())
+                continue;
+            QCOMPARE(ausentes(texto, papeles[i].deLasLineas), QStringList());
+        }
+
+        // The return's own "Generar" hands on a string with its Codigo: the
+        // rectification prints whole, and its file comes out the same.
+        m_impresora.clear();
+        QVERIFY(QFile::remove(destino + "/09760324.DJ"));
+        enElArbol([&](Controller& arbol) {
+            alAbrir("SeleccionFormulario", [](Controller& s) { Person(s).click("cmdAceptar"); });
+            alAbrir("F976", [&](Controller& f) {
+                generarEn(destino);
+                Person(f).click("cmdGenerar");
+                Person(f).click("cmdCancelar");
+                QVERIFY(!f.isLoaded());
+            });
+            abrirNodo(arbol, mes(kGeneral), generado("F976") + kRectificativa);
+        });
+        QCOMPARE(
+            registros(destino + "/09760324.DJ", m_env->path("de_nuevo")),
+            esperados.first().registros.join(u'\n').replace("{guid}", guids["F976"]).split(u'\n'));
+        QCOMPARE(m_impresora.files().size(), 1);
+        if (!lee)
+            QSKIP("pdftotext is not installed: the printed text was not read back");
+        QCOMPARE(ausentes(textoPdf(m_impresora.files().value(0)),
+                          {razon, kCuit, "Matanza de ganado bovino", "60.000,00", "4.110,00",
+                           guids["F976"]}),
+                 QStringList());
+    }
+
+    // Step 8: April starts as a copy of March: its originals with their lines.
+    void copyMarchIntoApril()
+    {
+        enElArbol([this](Controller& arbol) {
+            alAbrir("NuevoPeriodo", [this](Controller& n) {
+                alAbrir("CopiarDDJJ", [](Controller& c) {
+                    Person(c).choose("cboAnios", "2024");
+                    Person(c).choose("cboPeriodos", "03");
+                    Person(c).click("cmbAceptar");
+                });
+                Person p(n);
+                p.retype("txtPeriodo", "04");
+                p.click("cmdCopiar");
+                QVERIFY(n["txtPeriodoModelo"].visible());
+                QCOMPARE(n["txtPeriodoModelo"].text(), QString("03-2024"));
+                p.click("cmdAceptar");
+            });
+            Person(arbol).clickNode("trvDatos", anio(kGeneral));
+            Person(arbol).click("cmbNuevoPeriodo");
+            QCOMPARE(hijos(arbol, anio(kGeneral)), (QStringList{"Periodo: 03", "Periodo: 04"}));
+            QCOMPARE(hijos(arbol, mes(kGeneral, "04")),
+                     (QStringList{generado("F976"), generado("F978"), generado("F977")}));
+        });
+        const QString abril = codigo(kGeneral, "04", u'O');
+        QCOMPARE(filas("SELECT Codigo, Rectificativa, FechaRectificativa, ctrl, Impuesto, "
+                       "TotalAPagar FROM F976 WHERE Periodo = '04-2024'"),
+                 QStringList{abril + "|False|0|0|4.200,00|3.750,00"});
+        // Every line of March's originals, under April's key.
+        for (const char* tabla : {"F976_Detalle", "F977_Detalle", "F978_Detalle"}) {
+            QCOMPARE(lineasDe(tabla, abril).size(), 2);
+            QCOMPARE(lineasDe(tabla, abril), lineasDe(tabla, codigo(kGeneral, "03", u'O')));
+        }
+        QCOMPARE(filas("SELECT idFormulario FROM TPadrones_Formularios WHERE Periodo = '04-2024' "
+                       "ORDER BY idFormulario"),
+                 (QStringList{"F976", "F977", "F978"}));
+    }
+
+    // Step 9: a copy made by hand; F988 deleted; the copy restored brings it
+    // back, and the next start shows it in the tree.
+    void backupDeleteAndRestore()
+    {
+        QString copia;
+        alAbrir("frmBackup", [&](Controller& b) {
+            Person(b).click("cmdBackupManual");
+            copia = b["lblFecha"].text();
+            Person(b).click("cmdAceptar");
+        });
+        Person(gPrincipal()).click("mnuCopiaSeguridad");
+        QVERIFY2(QRegularExpression(R"(^\d\d/\d\d/\d{4} \d\d:\d\d:\d\d$)").match(copia).hasMatch(),
+                 qPrintable(copia));
+
+        const QString eliminar = "Esta seguro de eliminar el formulario?";
+        const QString buscar = "¿Desea buscar la ubicación de los archivos de copia de seguridad "
+                               "en la PC?";
+        const QString restaurar = "Esta acción restaurará la base de datos. Sus datos actuales se "
+                                  "perderán.\n¿Desea continuar?";
+        m_mensajes = QStringList{eliminar, buscar, restaurar,
+                                 "La restauración se realizó correctamente. Se cerrará la "
+                                 "aplicación."};
+        persona().answer(eliminar, Msg::Yes);
+        const QStringList conF988{generado("F988"), generado("F987"), generado("F986"),
+                                  generado("F985")};
+        enElArbol([&](Controller& arbol) {
+            alAbrir("SeleccionFormulario", [](Controller& s) {
+                Person(s).click("optEliminar");
+                Person(s).click("cmdAceptar");
+            });
+            abrirNodo(arbol, mes(kAgente), generado("F988"));
+            QCOMPARE(hijos(arbol, mes(kAgente)), conF988.mid(1) + QStringList{nuevo("F988")});
+        });
+        QCOMPARE(filas("SELECT COUNT(*) FROM F988"), QStringList{"0"});
+
+        // The start of the program made a copy too: the one made by hand is
+        // chosen by its time.
+        persona().answer(buscar, Msg::No);
+        persona().answer(restaurar, Msg::Yes);
+        alAbrir("frmBackup", [&](Controller& b) {
+            alAbrir("frmBackupArchivos", [&](Controller& a) {
+                Person(a).choose("lst0", "Copia del día " + copia.replace(' ', " a hs. "));
+                QVERIFY(a["lst0"].listIndex() >= 0);
+                Person(a).click("cmdAccion");
+            });
+            Person(b).click("cmdRestaurar");
+            if (b.isLoaded())
+                b.unload(); // the program ends, and its windows with it
+        });
+        Person(gPrincipal()).click("mnuCopiaSeguridad");
+        QVERIFY(persona().programEnded());
+        QVERIFY(!gPrincipal().isLoaded());
+        QCOMPARE(filas("SELECT ImpPercibidoF987, ImporteDepositar FROM F988"),
+                 QStringList{"1.234,50|1.234,50"});
+
+        alAbrir("Inicial", [](Controller&) {});
+        alAbrir("Principal", [](Controller&) {});
+        QVERIFY(Main(m_env->dataPath()));
+        enElArbol([&](Controller& arbol) { QCOMPARE(hijos(arbol, mes(kAgente)), conF988); });
+    }
+};
+
+QTEST_MAIN(TstRecorrido)
+#include "tst_recorrido.moc"

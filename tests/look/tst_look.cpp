@@ -1,0 +1,303 @@
+#include <QtTest>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QRadioButton>
+#include <QTabWidget>
+#include <functional>
+#include <memory>
+
+#include "../declarations/FormFixture.h"
+#include "Inicial.h"
+#include "Principal.h"
+#include "backup/frmBackup.h"
+#include "backup/frmBackupArchivos.h"
+#include "declarations/F2001_Detalle.h"
+#include "declarations/F976_Detalle.h"
+#include "declarations/F977_Detalle.h"
+#include "declarations/F978_Detalle.h"
+#include "declarations/F985_Detalle.h"
+#include "declarations/F987_Detalle.h"
+#include "declarations/FormularioDDJJ.h"
+#include "declarations/FormulariosDDJJ.h"
+#include "frame/view/QtUi.h"
+#include "frame/view/ViewRegistry.h"
+#include "frmAbout.h"
+#include "navigation/ContribuyentesDatos.h"
+#include "navigation/CopiarDDJJ.h"
+#include "navigation/NuevoAnio.h"
+#include "navigation/NuevoPeriodo.h"
+#include "navigation/SeleccionFormulario.h"
+#include "output/GenerarDisco.h"
+#include "registry/Busqueda.h"
+#include "registry/Contribuyentes.h"
+#include "registry/frmLocalComercial.h"
+
+namespace {
+
+// A window of 1024 by 768 holds a view and its title bar.
+const QSize kScreen(1024, 768 - 32);
+
+using Window = std::unique_ptr<Controller>;
+
+template <class T> std::unique_ptr<T> make(const std::function<void(T&)>& prepare = {})
+{
+    auto window = std::make_unique<T>();
+    if (prepare)
+        prepare(*window);
+    return window;
+}
+
+// A line of the March declaration, as a form opens its detail dialog.
+template <class T> Window detalle(const char* form)
+{
+    return make<T>([form](T& d) {
+        d.Parametros = QStringLiteral("Padron=") + fx::kPadron + QStringLiteral(" - Objeto N° ") +
+                       fx::kObjeto +
+                       QStringLiteral(";Periodo=03-2024;Rectificativa=False;Codigo=") +
+                       fx::codigo(u'O') + QStringLiteral(";Formulario=") + form +
+                       QStringLiteral(";FechaRectificativa=0;DetalleNuevo=Verdadero;ctrl=0;");
+        d.EsAgrega = true;
+    });
+}
+
+// Each window with what its opener sets before showing it, over taxpayer 1
+// and its premises.
+Window window(const QString& name)
+{
+    if (IsDeclarationFormRegistered(name)) {
+        auto form = CreateDeclarationForm(name);
+        form->Parametros = fx::nuevo(name);
+        return form;
+    }
+    static const QHash<QString, std::function<Window()>> windows = {
+        {"Inicial", [] { return make<Inicial>(); }},
+        {"Principal", [] { return make<Principal>(); }},
+        {"frmAbout", [] { return make<frmAbout>(); }},
+        {"Busqueda",
+         [] {
+             return make<Busqueda>(
+                 [](Busqueda& w) { w.SelectCommandText = Busqueda::ActivitiesSql({}); });
+         }},
+        {"Contribuyentes",
+         [] {
+             return make<Contribuyentes>([](Contribuyentes& w) {
+                 w.Id = QStringLiteral("1");
+                 w.NewRecord = false;
+             });
+         }},
+        {"frmLocalComercial",
+         [] {
+             return make<frmLocalComercial>([](frmLocalComercial& w) {
+                 w.Cuit = QStringLiteral("20123456786");
+                 w.Padron = fx::kPadron;
+                 w.Objeto = fx::kObjeto;
+                 w.Modificar = true;
+                 w.cargaDatos();
+             });
+         }},
+        {"ContribuyentesDatos",
+         [] {
+             return make<ContribuyentesDatos>([](ContribuyentesDatos& w) {
+                 w.IdContribuyente = 1;
+                 w.NombreContribuyente = QStringLiteral("GÓMEZ, ANA");
+                 w.CuitContribuyente = QStringLiteral("20-12345678-6");
+             });
+         }},
+        {"NuevoAnio", [] { return make<NuevoAnio>(); }},
+        {"NuevoPeriodo", [] { return make<NuevoPeriodo>(); }},
+        {"CopiarDDJJ",
+         [] { return make<CopiarDDJJ>([](CopiarDDJJ& w) { w.Padron = fx::kPadron; }); }},
+        {"SeleccionFormulario",
+         [] {
+             return make<SeleccionFormulario>([](SeleccionFormulario& w) {
+                 w.Parametros = fx::existente(QStringLiteral("F976"));
+             });
+         }},
+        {"GenerarDisco",
+         [] {
+             return make<GenerarDisco>(
+                 [](GenerarDisco& w) { w.Parametros = fx::existente(QStringLiteral("F976")); });
+         }},
+        {"frmBackup", [] { return make<frmBackup>(); }},
+        {"frmBackupArchivos", [] { return make<frmBackupArchivos>(); }},
+        {"F976_Detalle", [] { return detalle<F976_Detalle>("F976"); }},
+        {"F2001_Detalle", [] { return detalle<F2001_Detalle>("F2001"); }},
+        {"F977_Detalle", [] { return detalle<F977_Detalle>("F977"); }},
+        {"F978_Detalle", [] { return detalle<F978_Detalle>("F978"); }},
+        {"F985_Detalle", [] { return detalle<F985_Detalle>("F985"); }},
+        {"F987_Detalle", [] { return detalle<F987_Detalle>("F987"); }},
+    };
+    const auto it = windows.constFind(name);
+    return it == windows.constEnd() ? nullptr : (*it)();
+}
+
+// The boxes that hold amounts and counts, read right-aligned: a form names
+// its own; the other windows are listed here.
+QStringList figures(Controller& w)
+{
+    if (auto* form = qobject_cast<FormularioDDJJ*>(&w)) {
+        QStringList out;
+        for (const CampoFormulario& c : form->definicion().campos)
+            if (c.tipo != TipoCampo::Periodo)
+                out << c.campo;
+        return out;
+    }
+    const QStringList lines{"txtBaseImponible", "txtTasa"};
+    const QStringList receipts{"txtImportePercibido"};
+    static const QHash<QString, QStringList> listed = {
+        {"F976_Detalle", lines},
+        {"F2001_Detalle", lines},
+        {"F977_Detalle", receipts},
+        {"F978_Detalle", receipts},
+        {"F985_Detalle", receipts},
+        {"F987_Detalle", receipts},
+        {"GenerarDisco", {"txtCantidadImpresiones"}},
+        {"frmBackup", {"txtDias"}},
+    };
+    return listed.value(w.windowName());
+}
+
+// The fields, in the order the keyboard's Tab visits their widgets.
+QStringList tabChain(QWidget* view, const Controller& w)
+{
+    QStringList chain;
+    QSet<QWidget*> seen;
+    for (QWidget* next = view->nextInFocusChain(); next != view && !seen.contains(next);
+         next = next->nextInFocusChain()) {
+        seen.insert(next);
+        if ((next->focusPolicy() & Qt::TabFocus) && w.hasField(next->objectName()))
+            chain << next->objectName();
+    }
+    return chain;
+}
+
+// Captions shown on the page in view whose text does not fit their widget.
+QStringList clipped(QWidget* view)
+{
+    QStringList out;
+    for (QWidget* caption : view->findChildren<QWidget*>()) {
+        auto* label = qobject_cast<QLabel*>(caption);
+        const bool text = (label && !label->wordWrap() && !label->text().isEmpty()) ||
+                          qobject_cast<QCheckBox*>(caption) || qobject_cast<QRadioButton*>(caption);
+        if (text && caption->isVisible() && caption->sizeHint().width() > caption->width())
+            out << caption->objectName();
+    }
+    return out;
+}
+
+} // namespace
+
+// Every window's view, offscreen: its amounts right-aligned, its Tab order
+// that of the window's fields, no caption cut short on any page, and its size
+// within a small screen.
+class TstLook : public QObject
+{
+    Q_OBJECT
+    QtUi port; // the program's look
+
+private slots:
+    void initTestCase()
+    {
+        RegisterAllViews();
+        RegistrarFormularios();
+    }
+
+    void view_data()
+    {
+        QTest::addColumn<QString>("name");
+        for (const QString& name : RegisteredViews())
+            QTest::newRow(qPrintable(name)) << name;
+    }
+
+    void view()
+    {
+        QFETCH(QString, name);
+        TestEnv env;
+        env.createDatabase();
+        fx::premises();
+        Window w = window(name);
+        QVERIFY2(w, "no window is made for this view");
+        w->load();
+        std::unique_ptr<QWidget> view(OpenView(*w));
+        QVERIFY(view);
+        view->resize(view->size().expandedTo(view->sizeHint()));
+        view->show();
+        QApplication::processEvents();
+
+        for (const QString& amount : figures(*w)) {
+            auto* box = view->findChild<QLineEdit*>(amount);
+            QVERIFY2(box && (box->alignment() & Qt::AlignRight), qPrintable(amount));
+        }
+        QStringList expected;
+        for (const QString& field : w->tabOrder())
+            if (auto* widget = view->findChild<QWidget*>(field))
+                if (widget->focusPolicy() & Qt::TabFocus)
+                    expected << field;
+        QCOMPARE(tabChain(view.get(), *w), expected);
+        QVERIFY2(clipped(view.get()).isEmpty(), qPrintable(clipped(view.get()).join(u' ')));
+        for (QTabWidget* tabs : view->findChildren<QTabWidget*>())
+            for (int page = 0; page < tabs->count(); ++page) {
+                tabs->setCurrentIndex(page);
+                QApplication::processEvents();
+                QVERIFY2(clipped(view.get()).isEmpty(), qPrintable(clipped(view.get()).join(u' ')));
+            }
+        QVERIFY2(view->width() <= kScreen.width() && view->height() <= kScreen.height(),
+                 qPrintable(QStringLiteral("%1x%2").arg(view->width()).arg(view->height())));
+        w->unload();
+    }
+
+    // Enter presses the command button that has the focus; on a choice of the
+    // selection dialog it accepts, Aceptar being the default button there.
+    void enterAccepts()
+    {
+        TestEnv env;
+        env.createDatabase();
+        fx::premises();
+        auto press = [](Controller& w, const QString& name) {
+            w.load();
+            std::unique_ptr<QWidget> view(OpenView(w));
+            view->show();
+            auto* widget = view->findChild<QWidget*>(name);
+            widget->setFocus();
+            QApplication::processEvents();
+            QTest::keyClick(widget, Qt::Key_Return);
+        };
+        NuevoAnio anio;
+        press(anio, QStringLiteral("cmdCancelar"));
+        QVERIFY(!anio.isLoaded());
+        SeleccionFormulario seleccion;
+        seleccion.Parametros = fx::existente(QStringLiteral("F976"));
+        press(seleccion, QStringLiteral("optModificar"));
+        QCOMPARE(seleccion.OpcionesSeleccion, 0);
+        QVERIFY(!seleccion.isShown());
+    }
+
+    // A dialog opens centred on the window it was opened from.
+    void centredOnOwner()
+    {
+        TestEnv env;
+        env.createDatabase();
+        setUi(&port);
+        QWidget owner;
+        owner.setGeometry(100, 80, 900, 620);
+        owner.show();
+        owner.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&owner));
+        NuevoAnio dialog;
+        QPoint centre;
+        QTimer::singleShot(0, [&] {
+            for (QWidget* top : QApplication::topLevelWidgets())
+                if (top->isVisible() && top != &owner)
+                    centre = top->frameGeometry().center();
+            dialog.unload();
+        });
+        dialog.show(true);
+        QVERIFY((centre - owner.frameGeometry().center()).manhattanLength() <= 2);
+    }
+};
+
+QTEST_MAIN(TstLook)
+#include "tst_look.moc"
