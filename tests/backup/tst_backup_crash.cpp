@@ -83,14 +83,13 @@ bool killAtStage(TestEnv& env, const QString& stage, const QString& routine, con
 // A compaction or a restore stopped dead at any step (the program killed, the
 // machine switched off) leaves a database that opens and holds every row it
 // held, and the next run finishes what the first began.
-class TstBackupCrash : public QObject
+class TstBackupCrash : public EnvTest
 {
     Q_OBJECT
-    std::unique_ptr<TestEnv> env;
+public:
+    TstBackupCrash() : EnvTest(false) {}
 
 private slots:
-    void init() { env = std::make_unique<TestEnv>(); }
-    void cleanup() { env.reset(); }
 
     void killedCompaction_data()
     {
@@ -99,26 +98,25 @@ private slots:
         QTest::newRow("compacted copy checked") << "checked";
         QTest::newRow("compacted copy in place") << "replaced";
     }
-
     void killedCompaction()
     {
         QFETCH(QString, stage);
         env->createDatabase();
         Kit::addTaxpayers({"ALFA", "BETA", "GAMMA"});
         Kit::addSlack(2000);
-        const QString rows = Kit::dump();
+        const QString rows = Db::dump();
         CloseDatabase();
         const qint64 sizeBefore = Kit::sizeOf(DatabasePath());
 
         QVERIFY(killAtStage(*env, stage, "compact", QString()));
 
-        QCOMPARE(Kit::dump(), rows);
+        QCOMPARE(Db::dump(), rows);
         QCOMPARE(gAccess().GetString("PRAGMA integrity_check"), QString("ok"));
         CloseDatabase();
         QCOMPARE(Kit::sizeOf(DatabasePath()) < sizeBefore, stage == "replaced");
         QVERIFY(CompactDatabase()); // the next compaction is not hindered
         QVERIFY(!QFileInfo::exists(gAppPath + "/MorvelTMP.db"));
-        QCOMPARE(Kit::dump(), rows);
+        QCOMPARE(Db::dump(), rows);
     }
 
     void killedRestore_data()
@@ -129,7 +127,6 @@ private slots:
         QTest::newRow("backup checked") << "checked" << false;
         QTest::newRow("backup in place") << "replaced" << true;
     }
-
     void killedRestore()
     {
         QFETCH(QString, stage);
@@ -142,12 +139,12 @@ private slots:
             Kit::folder() + "/Morvel." + GetBackupSetting(BackupKey::FechaUlt, QString());
         Kit::addTaxpayers({"DESPUES DE LA COPIA"});
         CloseDatabase();
-        const QByteArray before = Kit::bytesOf(DatabasePath());
+        const QByteArray before = ReadBytes(DatabasePath());
 
         QVERIFY(killAtStage(*env, stage, "restore", archive));
 
         if (!restored)
-            QCOMPARE(Kit::bytesOf(DatabasePath()), before);
+            QCOMPARE(ReadBytes(DatabasePath()), before);
         const QStringList expected = restored ? QStringList{"EN LA COPIA"}
                                               : QStringList{"DESPUES DE LA COPIA", "EN LA COPIA"};
         QCOMPARE(Kit::taxpayers(), expected);

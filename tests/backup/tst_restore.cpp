@@ -64,14 +64,13 @@ RestoreRun restoreThroughDialogs(TestEnv& env, const QString& folder, int index,
 // Restoring a backup: the taxpayers come back, an older database is brought
 // up to date by the next start, and a file that is no backup of this program
 // changes nothing.
-class TstRestore : public QObject
+class TstRestore : public EnvTest
 {
     Q_OBJECT
-    std::unique_ptr<TestEnv> env;
+public:
+    TstRestore() : EnvTest(false) {}
 
 private slots:
-    void init() { env = std::make_unique<TestEnv>(); }
-    void cleanup() { env.reset(); }
 
     void goodBackupBringsBackItsTaxpayers_data()
     {
@@ -80,7 +79,6 @@ private slots:
         QTest::newRow("made on another machine") << "another machine";
         QTest::newRow("onto a database gone missing") << "database gone";
     }
-
     void goodBackupBringsBackItsTaxpayers()
     {
         QFETCH(QString, where);
@@ -116,29 +114,28 @@ private slots:
         QVERIFY(env->ui().messages().at(1).style & Msg::DefaultButton2);
         QCOMPARE(Kit::taxpayers(), (QStringList{"ACOSTA", "BENITEZ"}));
         QVERIFY(QDir(gAppPath + "/tmp").isEmpty()); // no work left behind
-        VERIFY_UI_CLEAN(*env);
     }
 
     void olderLevelIsUpgradedByTheNextStart()
     {
         QVERIFY(EnsureBaseSchema()); // the tables as first installed
         Kit::addTaxpayers({"ANTIGUO"});
-        Kit::exec("INSERT INTO F976 (Codigo, Padron, Objeto, Periodo, BaseImponible, ctrl) "
-                  "VALUES ('C1', '0000000000001', '0000000000002', '01-2010', '1,234.50', '0')");
-        QVERIFY(!Kit::columns("F976").contains("Guidv", Qt::CaseInsensitive));
+        Db::exec("INSERT INTO F976 (Codigo, Padron, Objeto, Periodo, BaseImponible, ctrl) "
+                 "VALUES ('C1', '0000000000001', '0000000000002', '01-2010', '1,234.50', '0')");
+        QVERIFY(!Db::columns("F976").contains("Guidv", Qt::CaseInsensitive));
         const QString archive = makeBackup();
         QVERIFY(!archive.isEmpty());
 
         CreateCurrentDatabase();
         Kit::addTaxpayers({"NUEVO"});
-        QVERIFY(Kit::columns("F976").contains("Guidv", Qt::CaseInsensitive));
+        QVERIFY(Db::columns("F976").contains("Guidv", Qt::CaseInsensitive));
 
         QVERIFY(RestoreDatabase(archive));
         QCOMPARE(Kit::taxpayers(), QStringList{"ANTIGUO"});
-        QVERIFY(!Kit::columns("F976").contains("Guidv", Qt::CaseInsensitive));
+        QVERIFY(!Db::columns("F976").contains("Guidv", Qt::CaseInsensitive));
 
         CreateCurrentDatabase(); // what the next start does
-        QVERIFY(Kit::columns("F976").contains("Guidv", Qt::CaseInsensitive));
+        QVERIFY(Db::columns("F976").contains("Guidv", Qt::CaseInsensitive));
         QCOMPARE(Kit::taxpayers(), QStringList{"ANTIGUO"});
         QCOMPARE(gAccess().GetString("SELECT BaseImponible FROM F976 WHERE Codigo = 'C1'"),
                  QString("1.234,50"));
@@ -155,7 +152,6 @@ private slots:
         QTest::newRow("database of another program") << "foreign database";
         QTest::newRow("damaged database") << "damaged database";
     }
-
     void refusedFileChangesNothing()
     {
         QFETCH(QString, kind);
@@ -167,7 +163,7 @@ private slots:
         QVERIFY(QFile::rename(good, bad));
         prepareRefusedFile(kind, bad);
         CloseDatabase();
-        const QByteArray before = Kit::bytesOf(DatabasePath());
+        const QByteArray before = ReadBytes(DatabasePath());
         QVERIFY(!before.isEmpty());
 
         const bool asked = kind != "answer no";
@@ -178,9 +174,8 @@ private slots:
         QVERIFY(!env->ui().programEnded());
         QCOMPARE(env->ui().texts().contains(kFailed), asked);
         QVERIFY(!env->ui().texts().contains(kDone));
-        QCOMPARE(Kit::bytesOf(DatabasePath()), before);
+        QCOMPARE(ReadBytes(DatabasePath()), before);
         QCOMPARE(Kit::taxpayers(), QStringList{"INTACTO"});
-        VERIFY_UI_CLEAN(*env);
     }
 
 private:
@@ -190,10 +185,10 @@ private:
         if (kind == "text") {
             Kit::write(path, "Esto no es un archivo comprimido.\n");
         } else if (kind == "cut") {
-            const QByteArray whole = Kit::bytesOf(path);
+            const QByteArray whole = ReadBytes(path);
             Kit::write(path, whole.left(whole.size() / 2));
         } else if (kind == "other member") {
-            QVERIFY(Kit::zip(path, {{"Otro.db", Kit::bytesOf(DatabasePath())}}));
+            QVERIFY(Kit::zip(path, {{"Otro.db", ReadBytes(DatabasePath())}}));
         } else if (kind == "garbage member") {
             QVERIFY(Kit::zip(path, {{"Morvel.db", QByteArray(70000, 'q')}}));
         } else if (kind == "foreign database") {
@@ -202,10 +197,10 @@ private:
             QVERIFY(foreign.Execute("CREATE TABLE Clientes (Nombre TEXT)"));
             foreign.Dispose();
             CloseDatabase();
-            QVERIFY(Kit::zip(path, {{"Morvel.db", Kit::bytesOf(work.filePath("ajena.db"))}}));
+            QVERIFY(Kit::zip(path, {{"Morvel.db", ReadBytes(work.filePath("ajena.db"))}}));
         } else if (kind == "damaged database") {
             CloseDatabase();
-            QByteArray bytes = Kit::bytesOf(DatabasePath());
+            QByteArray bytes = ReadBytes(DatabasePath());
             // Scribbles over the pages after the first: the header still
             // reads as a database, the tables do not.
             for (int i = 4096; i < bytes.size(); i += 7)

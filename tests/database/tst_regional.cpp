@@ -9,145 +9,74 @@ namespace {
 const QString kQuestion =
     "Se ha detectado que la configuración de su sistema tiene como separadores de decimales el "
     "simbolo (.) Aceptar = Cambiar a simbolo (,) Punto y continuar. 0 Cancelar? ";
+const QString kRefused = "Se ha detectado que la configuración de su sistema tiene como %1\n"
+                         "Se recomienda cambiar a %2, de lo contrario no iniciara el sistema.";
 } // namespace
 
 // The start refuses settings under which stored amounts and dates would be
 // misread, and offers to switch a "." decimal to ",".
-class TstRegional : public QObject
+class TstRegional : public EnvTest
 {
     Q_OBJECT
-    std::unique_ptr<TestEnv> env;
+public:
+    TstRegional() : EnvTest(false) {}
 
 private slots:
-    void init() { env = std::make_unique<TestEnv>(); }
-    void cleanup()
-    {
-        VERIFY_UI_CLEAN(*env);
-        env.reset();
-    }
-
     void guard_data()
     {
         QTest::addColumn<QString>("language");
         QTest::addColumn<QString>("shortDate");
-        QTest::addColumn<QString>("dateSeparator");
-        QTest::addColumn<QString>("decimal");
-        QTest::addColumn<QString>("thousands");
-        QTest::addColumn<QString>("currencyDecimal");
-        QTest::addColumn<int>("answer"); // to the question; 0: none asked
+        QTest::addColumn<QString>("symbols"); // date, decimal, thousands, currency decimal
+        QTest::addColumn<int>("answer");      // to the question; 0: none asked
         QTest::addColumn<bool>("goesOn");
         QTest::addColumn<QString>("message"); // the one message shown, or ""
-        QTest::addColumn<QString>("symbols"); // decimal, thousands, currency after
-
+        QTest::addColumn<QString>("after");   // decimal, thousands, currency decimal
         const QString es = "Español (Argentina)";
-        QTest::newRow("Spanish with slashes passes") << es << "dd/MM/yyyy"
-                                                     << "/"
-                                                     << ","
-                                                     << "."
-                                                     << "," << 0 << true << ""
-                                                     << ",.,";
-        QTest::newRow("first-start values pass") << es << "dd-MM-yyyy"
-                                                 << "-"
-                                                 << ","
-                                                 << "."
-                                                 << "," << 0 << true << ""
-                                                 << ",.,";
-        QTest::newRow("English passes the language test") << "English (United States)"
-                                                          << "dd/MM/yyyy"
-                                                          << "/"
-                                                          << ","
-                                                          << "."
-                                                          << "," << 0 << true << ""
-                                                          << ",.,";
-        QTest::newRow("language compared in capitals") << "español"
-                                                       << "dd-mm-yyyy"
-                                                       << "-"
-                                                       << ","
-                                                       << "."
-                                                       << "," << 0 << true << ""
-                                                       << ",.,";
-        QTest::newRow("pattern inside a longer one passes") << es << "dddd, dd/MM/yyyy"
-                                                            << "/"
-                                                            << ","
-                                                            << "."
-                                                            << "," << 0 << true << ""
-                                                            << ",.,";
-        QTest::newRow("blank thousands symbol passes") << es << "dd/MM/yyyy"
-                                                       << "/"
-                                                       << ","
-                                                       << " "
-                                                       << "," << 0 << true << ""
-                                                       << ", ,";
-        QTest::newRow("other language ends")
-            << "Deutsch (Deutschland)"
-            << "dd.MM.yyyy"
-            << "."
-            << ","
-            << "."
-            << "," << 0 << false
-            << "Se ha detectado que la configuración de su sistema tiene como idioma: Deutsch "
-               "(Deutschland)\nSe recomienda cambiar a Español, de lo contrario no iniciara el "
-               "sistema."
-            << ",.,";
-        QTest::newRow("US date ends")
-            << "English (United States)"
-            << "M/d/yyyy"
-            << "/"
-            << "."
-            << ","
-            << "." << 0 << false
-            << "Se ha detectado que la configuración de su sistema tiene como fecha: M/d/yyyy\n"
-               "Se recomienda cambiar a DD/MM/YYYY, de lo contrario no iniciara el sistema."
-            << ".,.";
-        QTest::newRow("same symbols end, even both commas")
-            << es << "dd/MM/yyyy"
-            << "/"
-            << ","
-            << ","
-            << "," << 0 << false
-            << "Se ha detectado que la configuración de su sistema tiene como separadores de "
-               "miles y de decimales el mismo simbolo (,)\nSe recomienda cambiar a simbolos "
-               "diferentes, de lo contrario no iniciara el sistema."
-            << ",,,";
-        QTest::newRow("dot decimal, OK changes number and currency")
-            << es << "dd/MM/yyyy"
-            << "/"
-            << "."
-            << ","
-            << "." << Msg::Ok << true << kQuestion << ",.,";
-        QTest::newRow("dot decimal, Cancel ends and changes nothing")
-            << es << "dd/MM/yyyy"
-            << "/"
-            << "."
-            << ","
-            << "." << Msg::Cancel << false << kQuestion << ".,.";
-        QTest::newRow("dot currency decimal alone asks too")
-            << es << "dd/MM/yyyy"
-            << "/"
-            << ","
-            << "."
-            << "." << Msg::Ok << true << kQuestion << ",.,";
+        auto row = [](const char* name, const QString& language, const char* date,
+                      const char* symbols, int answer, bool goesOn, const QString& message,
+                      const char* after) {
+            QTest::newRow(name) << language << date << symbols << answer << goesOn << message
+                                << after;
+        };
+        row("Spanish with slashes passes", es, "dd/MM/yyyy", "/,.,", 0, true, "", ",.,");
+        row("first-start values pass", es, "dd-MM-yyyy", "-,.,", 0, true, "", ",.,");
+        row("English passes the language test", "English (United States)", "dd/MM/yyyy", "/,.,", 0,
+            true, "", ",.,");
+        row("language compared in capitals", "español", "dd-mm-yyyy", "-,.,", 0, true, "", ",.,");
+        row("pattern inside a longer one passes", es, "dddd, dd/MM/yyyy", "/,.,", 0, true, "",
+            ",.,");
+        row("blank thousands symbol passes", es, "dd/MM/yyyy", "/, ,", 0, true, "", ", ,");
+        row("other language ends", "Deutsch (Deutschland)", "dd.MM.yyyy", ".,.,", 0, false,
+            kRefused.arg("idioma: Deutsch (Deutschland)", "Español"), ",.,");
+        row("US date ends", "English (United States)", "M/d/yyyy", "/.,.", 0, false,
+            kRefused.arg("fecha: M/d/yyyy", "DD/MM/YYYY"), ".,.");
+        row("same symbols end, even both commas", es, "dd/MM/yyyy", "/,,,", 0, false,
+            kRefused.arg("separadores de miles y de decimales el mismo simbolo (,)",
+                         "simbolos diferentes"),
+            ",,,");
+        row("dot decimal, OK changes number and currency", es, "dd/MM/yyyy", "/.,.", Msg::Ok, true,
+            kQuestion, ",.,");
+        row("dot decimal, Cancel ends and changes nothing", es, "dd/MM/yyyy", "/.,.", Msg::Cancel,
+            false, kQuestion, ".,.");
+        row("dot currency decimal alone asks too", es, "dd/MM/yyyy", "/,..", Msg::Ok, true,
+            kQuestion, ",.,");
     }
     void guard()
     {
         QFETCH(QString, language);
         QFETCH(QString, shortDate);
-        QFETCH(QString, dateSeparator);
-        QFETCH(QString, decimal);
-        QFETCH(QString, thousands);
-        QFETCH(QString, currencyDecimal);
+        QFETCH(QString, symbols);
         QFETCH(int, answer);
         QFETCH(bool, goesOn);
         QFETCH(QString, message);
-        QFETCH(QString, symbols);
-
+        QFETCH(QString, after);
         Regional::set(Regional::SLanguage, language);
         Regional::set(Regional::SShortDate, shortDate);
-        Regional::set(Regional::SDate, dateSeparator);
-        Regional::set(Regional::SDecimal, decimal);
-        Regional::set(Regional::SThousand, thousands);
-        Regional::set(Regional::SMonDecimalSep, currencyDecimal);
-        Regional::set(Regional::SMonThousandSep, thousands);
+        Regional::set(Regional::SDate, symbols.mid(0, 1));
+        Regional::set(Regional::SDecimal, symbols.mid(1, 1));
+        Regional::set(Regional::SThousand, symbols.mid(2, 1));
+        Regional::set(Regional::SMonDecimalSep, symbols.mid(3, 1));
+        Regional::set(Regional::SMonThousandSep, symbols.mid(2, 1));
         Regional::set(Regional::SList, ",");
         if (answer)
             env->ui().answer("Aceptar = Cambiar", answer);
@@ -156,18 +85,12 @@ private slots:
         QCOMPARE(CheckRegionalSettings(), goesOn);
 
         const auto& shown = env->ui().messages();
-        if (message.isEmpty()) {
-            QVERIFY(shown.isEmpty());
-        } else {
-            QCOMPARE(shown.size(), 1);
+        QCOMPARE(shown.size(), message.isEmpty() ? 0 : 1);
+        if (!message.isEmpty()) {
             QCOMPARE(shown.at(0).text, message);
-            if (answer) {
-                QCOMPARE(shown.at(0).style, Msg::OkCancel + Msg::Exclamation);
-                QCOMPARE(shown.at(0).title, QString("... Atención !"));
-            } else {
-                QCOMPARE(shown.at(0).style, Msg::Information);
-                QCOMPARE(shown.at(0).title, AppTitle());
-            }
+            QCOMPARE(shown.at(0).style,
+                     answer ? Msg::OkCancel + Msg::Exclamation : int(Msg::Information));
+            QCOMPARE(shown.at(0).title, answer ? QString("... Atención !") : AppTitle());
         }
         QCOMPARE(gRegionalChanged, answer == Msg::Ok);
 
@@ -176,7 +99,7 @@ private slots:
         QCOMPARE(Regional::get(Regional::SList), QString(";"));
         QCOMPARE(Regional::get(Regional::SDecimal) + Regional::get(Regional::SThousand) +
                      Regional::get(Regional::SMonDecimalSep),
-                 symbols);
+                 after);
         if (answer == Msg::Ok)
             QCOMPARE(Regional::get(Regional::SMonThousandSep), QString("."));
         QCOMPARE(Regional::get(Regional::SShortDate), shortDate);
@@ -200,10 +123,7 @@ private slots:
         QVERIFY(CheckRegionalSettings());
         QVERIFY(env->ui().messages().isEmpty());
         QCOMPARE(Regional::get(Regional::SList), QString(";"));
-        QFile log(ErrorLogPath());
-        QVERIFY(log.open(QIODevice::ReadOnly));
-        const QString text = QString::fromUtf8(log.readAll());
-        QVERIFY(text.contains("CONFIGURACION_REG\n5\n"));
+        QVERIFY(QString::fromUtf8(ReadBytes(ErrorLogPath())).contains("CONFIGURACION_REG\n5\n"));
     }
 };
 

@@ -2,10 +2,16 @@
 
 #include <QString>
 #include <QStringList>
+#include <memory>
 
 #include "Globals.h"
-#include "SqlText.h"
 #include "ZoAccess.h"
+#include "declarations/F2001_Detalle.h"
+#include "declarations/F976_Detalle.h"
+#include "declarations/F977_Detalle.h"
+#include "declarations/F978_Detalle.h"
+#include "declarations/F985_Detalle.h"
+#include "declarations/F987_Detalle.h"
 
 // One declaration of premises 1234, objeto 1, March 2024, original, as the
 // forms hand it to their detail dialogs.
@@ -26,6 +32,35 @@ inline QString Parametros(const QString& formulario, const QString& id = {})
            QStringLiteral(";Formulario=") + formulario +
            QStringLiteral(";FechaRectificativa=0;Codigo=") + kCodigo +
            QStringLiteral(";DetalleNuevo=Verdadero;ctrl=0;");
+}
+
+// The detail dialog of a form ("F976"), not yet loaded.
+inline std::unique_ptr<DetalleDialog> Dialogo(const QString& formulario)
+{
+    if (formulario == QLatin1String("F976"))
+        return std::make_unique<F976_Detalle>();
+    if (formulario == QLatin1String("F2001"))
+        return std::make_unique<F2001_Detalle>();
+    if (formulario == QLatin1String("F977"))
+        return std::make_unique<F977_Detalle>();
+    if (formulario == QLatin1String("F978"))
+        return std::make_unique<F978_Detalle>();
+    if (formulario == QLatin1String("F985"))
+        return std::make_unique<F985_Detalle>();
+    return std::make_unique<F987_Detalle>();
+}
+
+// The dialog as the form's "Agregar" opens it (no `id`) or "Modificar", with
+// the line before it to recall.
+inline std::unique_ptr<DetalleDialog> Abrir(const QString& formulario, const QString& id = {},
+                                            const QStringList& ultimo = {})
+{
+    auto d = Dialogo(formulario);
+    d->Parametros = Parametros(formulario, id);
+    d->EsAgrega = id.isEmpty();
+    d->Ultimo = ultimo;
+    d->load();
+    return d;
 }
 
 // The values of one column of the version's lines, by line number.

@@ -11,6 +11,8 @@
 #include "Tovak.h"
 #include "ZoAccess.h"
 #include "declarations/DetalleDialog.h"
+#include "declarations/FormularioDDJJ.h"
+#include "declarations/FormulariosDDJJ.h"
 
 // One premises of one taxpayer, and the parameter strings with which the
 // tree and the dispatcher open its declarations of March 2024.
@@ -162,6 +164,25 @@ inline void storeVersion(const QString& form, const QString& column, const QStri
                                      "idFormulario, Rectificativa, FechaRectificativa, ctrl) "
                                      "VALUES ('") +
                       reg.join(QStringLiteral("', '")) + QStringLiteral("')"));
+}
+
+// A form made as the dispatcher makes it, by its IdFormulario.
+template <class Form = FormularioDDJJ> std::unique_ptr<Form> crearForm(const QString& form)
+{
+    RegistrarFormularios();
+    return std::unique_ptr<Form>(static_cast<Form*>(CreateDeclarationForm(form).release()));
+}
+
+// Opens `form` with `parametros` as the dispatcher does, its version holding
+// `lines` already: activities for the monthly returns, receipts otherwise.
+inline void abrirForm(FormularioDDJJ& form, const QString& parametros,
+                      const QVector<QStringList>& lines = {})
+{
+    for (const QStringList& l : lines)
+        writeLine(form.definicion().tablaDetalle, parametros,
+                  l.size() == kActividad.size() ? kActividad : kComprobante, l);
+    form.Parametros = parametros;
+    form.load();
 }
 
 } // namespace fx

@@ -21,44 +21,20 @@ QStringList comprobante(const QString& nro, const QString& importe,
             importe};
 }
 
-// The return declared for the period, registered, holding `column` = `value`.
-void declare(const QString& form, const QString& column, const QString& value)
-{
-    storeVersion(form, column, value);
-}
-
-template <class Form>
-void open(Form& form, const QString& parametros, const QVector<QStringList>& lines)
-{
-    for (const QStringList& l : lines)
-        writeLine(form.definicion().tablaDetalle, parametros, kComprobante, l);
-    form.Parametros = parametros;
-    form.load();
-}
-
 } // namespace
 
 // The annexes F977 and F978: their total, their agreement with the return of
 // the period (with the adjustment line under PROCOM), and their lines.
-class TstAnexos : public QObject
+class TstAnexos : public EnvTest
 {
     Q_OBJECT
-    std::unique_ptr<TestEnv> env;
-
 private slots:
-    void init()
-    {
-        env = std::make_unique<TestEnv>();
-        env->createDatabase();
-    }
-    void cleanup() { env.reset(); }
-
     void againstTheGeneralReturnOneCentRefuses()
     {
-        premises(QStringLiteral("0"));
-        declare("F976", "Retenciones", "100,00");
+        premises("0");
+        storeVersion("F976", "Retenciones", "100,00");
         F977 form;
-        open(form, nuevo("F977"), {comprobante("1", "99,99")});
+        abrirForm(form, nuevo("F977"), {comprobante("1", "99,99")});
         QCOMPARE(form["txtTotalPercepciones"].text(), QStringLiteral("99,99"));
         Person(form).click("cmdAceptar");
         QCOMPARE(env->ui().messages().size(), 1);
@@ -78,38 +54,25 @@ private slots:
         QTest::addColumn<QString>("linea");
         QTest::addColumn<QString>("declarado");
         QTest::addColumn<QString>("ajuste"); // "" when refused
-        QTest::newRow("F977 9,99 below") << "F977"
-                                         << "90,01"
-                                         << "100,00"
-                                         << "9,99";
-        QTest::newRow("F977 10,00 below") << "F977"
-                                          << "90,00"
-                                          << "100,00"
-                                          << "";
-        QTest::newRow("F978 above") << "F978"
-                                    << "1.005,00"
-                                    << "1.000,00"
-                                    << "-5,00";
-        QTest::newRow("F978 10,00 above") << "F978"
-                                          << "1.010,00"
-                                          << "1.000,00"
-                                          << "";
+        auto row = [](const char* name, const char* form, const char* linea, const char* declarado,
+                      const char* ajuste) {
+            QTest::newRow(name) << form << linea << declarado << ajuste;
+        };
+        row("F977 9,99 below", "F977", "90,01", "100,00", "9,99");
+        row("F977 10,00 below", "F977", "90,00", "100,00", "");
+        row("F978 above", "F978", "1.005,00", "1.000,00", "-5,00");
+        row("F978 10,00 above", "F978", "1.010,00", "1.000,00", "");
     }
-
     void againstProcomTheToleranceAdjusts()
     {
         QFETCH(QString, form);
         QFETCH(QString, linea);
         QFETCH(QString, declarado);
         QFETCH(QString, ajuste);
-        premises(QStringLiteral("1"));
-        declare("F2001", form == "F977" ? "Retenciones" : "Percepciones", declarado);
-        std::unique_ptr<AnexoComprobantes> f;
-        if (form == "F977")
-            f = std::make_unique<F977>();
-        else
-            f = std::make_unique<F978>();
-        open(*f, nuevo(form), {comprobante("1", linea)});
+        premises("1");
+        storeVersion("F2001", form == "F977" ? "Retenciones" : "Percepciones", declarado);
+        auto f = crearForm(form);
+        abrirForm(*f, nuevo(form), {comprobante("1", linea)});
         Person(*f).click("cmdAceptar");
         const QString head = "El importe total no coincide con el declarado en el Formulario "
                              "F2001\r\nImporte declarado: $ " +
@@ -133,22 +96,20 @@ private slots:
 
     void savingTwiceLeavesOneAdjustmentAndRemovalRenumbers()
     {
-        premises(QStringLiteral("1"));
-        declare("F2001", "Retenciones", "100,00");
+        premises("1");
+        storeVersion("F2001", "Retenciones", "100,00");
         F977 form;
-        open(form, nuevo("F977"), {comprobante("1", "50,00"), comprobante("2", "45,00")});
+        abrirForm(form, nuevo("F977"), {comprobante("1", "50,00"), comprobante("2", "45,00")});
         Person(form).click("cmdAceptar");
         env->ui().clearMessages();
-        form.Parametros = existente("F977");
-        form.load();
+        abrirForm(form, existente("F977"));
         QCOMPARE(form["gridFormulario"].rowCount(), 3);
         Person(form).click("cmdAceptar");
         QCOMPARE(count("SELECT COUNT(*) FROM F977_Detalle WHERE TipoComprobante = 'AJUS - Ajuste'"),
                  1);
         QCOMPARE(count("SELECT COUNT(*) FROM F977"), 1);
 
-        form.Parametros = existente("F977");
-        form.load();
+        abrirForm(form, existente("F977"));
         Person p(form);
         p.clickRow("gridFormulario", 0);
         env->ui().answer("Desea eliminar el registro?", Msg::Yes);
@@ -158,16 +119,16 @@ private slots:
                  (QStringList{"0001|45,00", "0002|5,00"}));
         QCOMPARE(form["gridFormulario"].cell(1, 0), QStringLiteral("0002"));
         QCOMPARE(form["txtTotalPercepciones"].text(), QStringLiteral("50,00"));
-        VERIFY_UI_CLEAN(*env);
     }
 
     void creditNoteReducesTheTotal()
     {
-        premises(QStringLiteral("2"));
+        premises("2");
         F978 form;
-        open(form, nuevo("F978"),
-             {comprobante("1", "1.200,00"), comprobante("2", "200,50", "NCA - Nota de Crédito A"),
-              comprobante("3", "0,50")});
+        abrirForm(form, nuevo("F978"),
+                  {comprobante("1", "1.200,00"),
+                   comprobante("2", "200,50", "NCA - Nota de Crédito A"),
+                   comprobante("3", "0,50")});
         QCOMPARE(form["txtTotalPercepciones"].text(), QStringLiteral("1.000,00"));
         QCOMPARE(form["txtTransporte"].text(), QStringLiteral("0,00"));
         QCOMPARE(form["gridFormulario"].cell(1, 2), QStringLiteral("NCA - Nota de Crédito A"));
@@ -179,20 +140,18 @@ private slots:
 
     void linesComeThroughTheDialogAndRectificationCopiesThem()
     {
-        premises(QStringLiteral("2"));
+        premises("2");
         scriptLines(*env, "F977_Detalle", "F977_Detalle", kComprobante,
                     {comprobante("7", "10,00"), comprobante("8", "")});
         F977 form;
-        form.Parametros = nuevo("F977");
-        form.load();
+        abrirForm(form, nuevo("F977"));
         Person(form).click("cmdAgregar");
         Person(form).click("cmdAgregar");
         QCOMPARE(form["gridFormulario"].rowCount(), 2);
         Person(form).click("cmdAceptar");
         // The copy writes one blank for a type the line lacked.
         gAccess().Execute("UPDATE F977_Detalle SET TipoComprobante = NULL");
-        form.Parametros = rectificativa("F977", true, "0", "1", "02-05-2024 09:00:00");
-        form.load();
+        abrirForm(form, rectificativa("F977", true, "0", "1", "02-05-2024 09:00:00"));
         QCOMPARE(column("SELECT CodigoDetalle || '|' || FechaRectificativa || '|' || ctrl || '|' "
                         "|| TipoComprobante || '|' || NroComprobante FROM F977_Detalle WHERE "
                         "ctrl = '1'"),

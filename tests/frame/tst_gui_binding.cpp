@@ -10,6 +10,7 @@
 #include <QVBoxLayout>
 
 #include "Globals.h"
+#include "GuiSupport.h"
 #include "MMain.h"
 #include "Principal.h"
 #include "TestSupport.h"
@@ -63,15 +64,6 @@ QWidget* sampleView()
     return w;
 }
 
-template <class T>
-T* findInTopLevels(const QString& name)
-{
-    for (QWidget* top : QApplication::topLevelWidgets())
-        if (T* found = top->findChild<T*>(name))
-            return found;
-    return nullptr;
-}
-
 } // namespace
 
 // The real widgets, offscreen: typing into a masked box, the focus held by
@@ -93,14 +85,10 @@ private slots:
         TestEnv env;
         setUi(&port);
         Sample w;
-        QTimer::singleShot(0, [&] {
-            auto closeAnyway = qScopeGuard([&] {
-                if (w.isLoaded())
-                    w.unload();
-            });
-            auto* cuit = findInTopLevels<QLineEdit>("txtCuit");
-            auto* name = findInTopLevels<QLineEdit>("txtNombre");
-            auto* ok = findInTopLevels<QPushButton>("cmdAceptar");
+        Gui::showModal(w, [&] {
+            auto* cuit = Gui::find<QLineEdit>("txtCuit");
+            auto* name = Gui::find<QLineEdit>("txtNombre");
+            auto* ok = Gui::find<QPushButton>("cmdAceptar");
             QVERIFY(cuit && name && ok);
             QCOMPARE(ok->text(), QString("&Aceptar"));
             QCOMPARE(cuit->parentWidget()->window()->windowTitle(), QString("Muestra"));
@@ -124,7 +112,6 @@ private slots:
             QCOMPARE(name->text(), QString("DESDE LOGICA"));
             QTest::mouseClick(ok, Qt::LeftButton);
         });
-        w.show(true);
         QVERIFY(!w.isLoaded());
         QCOMPARE(w.log.last(), QString("aceptar 20-12345678-6 DESDE LOGICA"));
         setUi(nullptr);
@@ -135,11 +122,10 @@ private slots:
         TestEnv env;
         setUi(&port);
         QVERIFY(Main(env.dataPath()));
-        auto* main = qobject_cast<QMainWindow*>(
-            findInTopLevels<QWidget>("centralwidget")->window());
+        auto* main = qobject_cast<QMainWindow*>(Gui::windowWith("centralwidget"));
         QVERIFY(main && main->isVisible());
         QCOMPARE(main->windowTitle(), QString("Sistema Morvel de Declaraciones"));
-        auto* list = findInTopLevels<QMenu>("mnuContribuyentes");
+        auto* list = Gui::find<QMenu>("mnuContribuyentes");
         QVERIFY(list);
         emit list->aboutToShow(); // the list is built when the menu opens
         QStringList texts;
@@ -147,22 +133,21 @@ private slots:
             if (a->isVisible() && !a->isSeparator())
                 texts << a->text() + (a->isEnabled() ? "" : " [off]");
         QCOMPARE(texts, (QStringList{"&Nuevo", "(Vacio) [off]"}));
-        QCOMPARE(findInTopLevels<QLabel>("txtVersion")->text(), VersionText());
+        QCOMPARE(Gui::find<QLabel>("txtVersion")->text(), VersionText());
 
         // the About box opens modally from the menu and closes with its button
         QTimer::singleShot(0, [] {
             auto closeAnyway = qScopeGuard([] {
-                if (auto* b = findInTopLevels<QPushButton>("cmdOK"))
-                    b->window()->close();
+                if (QWidget* about = Gui::windowWith("cmdOK"))
+                    about->close();
             });
-            auto* ok = findInTopLevels<QPushButton>("cmdOK");
+            auto* ok = Gui::find<QPushButton>("cmdOK");
             QVERIFY(ok);
-            QVERIFY(findInTopLevels<QLabel>("lblFecha")->text() == "(07/01/2015)");
+            QVERIFY(Gui::find<QLabel>("lblFecha")->text() == "(07/01/2015)");
             QTest::mouseClick(ok, Qt::LeftButton);
         });
-        findInTopLevels<QAction>("mnuAcercaDe")->trigger();
-        QVERIFY(!findInTopLevels<QPushButton>("cmdOK") ||
-                !findInTopLevels<QPushButton>("cmdOK")->isVisible());
+        Gui::find<QAction>("mnuAcercaDe")->trigger();
+        QVERIFY(!Gui::find("cmdOK"));
 
         main->close(); // the close box unloads the window and ends the program
         QVERIFY(!gPrincipal().isLoaded());

@@ -14,7 +14,9 @@ private slots:
         QTest::addColumn<QString>("parameters");
         QTest::addColumn<QString>("key");
         QTest::addColumn<QString>("value");
-        QTest::newRow("semicolon supplied, case ignored") << "Padron=A;Anio=2010" << "anio" << "2010";
+        // clang-format off
+        QTest::newRow("semicolon supplied, case ignored")
+            << "Padron=A;Anio=2010" << "anio" << "2010";
         QTest::newRow("empty value") << "Codigo=;ctrl=3;" << "Codigo" << "";
         QTest::newRow("order matters: Rectificativa first")
             << "Rectificativa=Falso;FechaRectificativa=0;" << "Rectificativa" << "Falso";
@@ -33,6 +35,7 @@ private slots:
             << "Padron" << "0000000000123 - Objeto N° 0000000000456";
         QTest::newRow("Nuevo found inside DetalleNuevo")
             << "DetalleNuevo=Verdadero;Nuevo=Falso;" << "Nuevo" << "Verdadero";
+        // clang-format on
     }
     void read()
     {
@@ -49,6 +52,7 @@ private slots:
         QTest::addColumn<QString>("key");
         QTest::addColumn<QString>("value");
         QTest::addColumn<QString>("result");
+        // clang-format off
         QTest::newRow("replace and end with ;") << "a=1;b=2" << "b" << "9" << "a=1;b=9;";
         QTest::newRow("missing key not added") << "a=1;" << "z" << "9" << "a=1;";
         QTest::newRow("to empty") << "ctrl=0" << "ctrl" << "" << "ctrl=;";
@@ -57,6 +61,7 @@ private slots:
         QTest::newRow("empty string") << "" << "a" << "1" << ";";
         QTest::newRow("malformed entry unchanged") << "a;b=2;" << "a" << "9" << "a;b=2;";
         QTest::newRow("case ignored") << "Anio=2010;" << "anio" << "2011" << "Anio=2011;";
+        // clang-format on
     }
     void set()
     {

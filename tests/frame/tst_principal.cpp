@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "Db.h"
 #include "Globals.h"
 #include "MMain.h"
 #include "Person.h"
@@ -10,25 +11,6 @@
 #include "database/Schema.h"
 
 namespace {
-
-QString dumpDatabase()
-{
-    QString out;
-    RecordsetPtr tables = gAccess().FillRecordSet(
-        "SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY name");
-    for (; tables && !tables->EOF_(); tables->MoveNext()) {
-        const QString table = tables->Text(0);
-        RecordsetPtr rs = gAccess().FillRecordSet("SELECT * FROM " + table + " ORDER BY 1");
-        out += table + ": " + (rs ? rs->FieldNames().join(",") : QString()) + "\n";
-        for (; rs && !rs->EOF_(); rs->MoveNext()) {
-            QStringList cells;
-            for (int i = 0; i < rs->FieldCount(); ++i)
-                cells << (rs->IsNull(i) ? "<null>" : rs->Text(i));
-            out += cells.join("|") + "\n";
-        }
-    }
-    return out;
-}
 
 QStringList menuTexts()
 {
@@ -42,20 +24,19 @@ QStringList menuTexts()
 
 // The start of a run and the main window, driven through their fields with a
 // scripted person.
-class TstPrincipal : public QObject
+class TstPrincipal : public EnvTest
 {
     Q_OBJECT
-    std::unique_ptr<TestEnv> env;
-
-private slots:
-    void init() { env = std::make_unique<TestEnv>(); }
-    void cleanup()
+    void tearDown() override
     {
         if (gPrincipal().isLoaded())
             gPrincipal().unload();
-        env.reset();
     }
 
+public:
+    TstPrincipal() : EnvTest(false) {}
+
+private slots:
     void firstStartShowsTheSplashThenAnEmptyList()
     {
         QStringList statuses;
@@ -74,31 +55,33 @@ private slots:
         QVERIFY(QFileInfo::exists(DatabasePath()));
         QCOMPARE(gDecimalSymbol, QString(","));
         QCOMPARE(gImportNames.size(), 13);
-        VERIFY_UI_CLEAN(*env);
     }
 
     void secondStartChangesNothing()
     {
         QVERIFY(Main(env->dataPath()));
-        gAccess().Execute("INSERT INTO Contribuyentes (idContribuyente, ApellidoNombre, Cuit) "
-                          "VALUES (1, 'PEREZ JUAN', '20-12345678-6')");
-        gAccess().Execute("INSERT INTO F976 (Codigo, BaseImponible) VALUES ('X', '1.234,50')");
+        Db::insert("Contribuyentes",
+                   {"idContribuyente=1", "ApellidoNombre=PEREZ JUAN", "Cuit=20-12345678-6"});
+        Db::insert("F976", {"Codigo=X", "BaseImponible=1.234,50"});
         gPrincipal().unload();
-        const QString before = dumpDatabase();
+        const QString before = Db::dump();
         CloseDatabase();
         QVERIFY(Main(env->dataPath()));
-        QCOMPARE(dumpDatabase(), before);
+        QCOMPARE(Db::dump(), before);
     }
 
     void menuListsTaxpayers_data()
     {
         QTest::addColumn<QStringList>("rows");
         QTest::addColumn<QStringList>("menu");
+        // clang-format off
         QTest::newRow("none") << QStringList{} << QStringList{"(Vacio) [off]"};
-        QTest::newRow("two") << QStringList{"1|PEREZ JUAN|20-12345678-6", "2|ACME S.A.|30-71234567-1"}
-                             << QStringList{"1: PEREZ JUAN - 20-12345678-6", "2: ACME S.A. - 30-71234567-1"};
+        QTest::newRow("two")
+            << QStringList{"1|PEREZ JUAN|20-12345678-6", "2|ACME S.A.|30-71234567-1"}
+            << QStringList{"1: PEREZ JUAN - 20-12345678-6", "2: ACME S.A. - 30-71234567-1"};
         QTest::newRow("stops before a row without CUIT")
             << QStringList{"1|A|20-1", "2|B|", "3|C|20-3"} << QStringList{"1: A - 20-1"};
+        // clang-format on
     }
     void menuListsTaxpayers()
     {
@@ -107,8 +90,8 @@ private slots:
         env->createDatabase();
         for (const QString& row : rows) {
             const QStringList c = row.split('|');
-            gAccess().Execute(QString("INSERT INTO Contribuyentes (idContribuyente, ApellidoNombre, Cuit) "
-                                      "VALUES (%1, '%2', '%3')").arg(c[0], c[1], c[2]));
+            Db::insert("Contribuyentes",
+                       {"idContribuyente=" + c[0], "ApellidoNombre=" + c[1], "Cuit=" + c[2]});
         }
         gPrincipal().FillMenu();
         QCOMPARE(menuTexts(), menu);
@@ -135,16 +118,12 @@ private slots:
 
     void notADatabaseIsKeptAndTheWindowOpensEmpty()
     {
-        QFile f(env->dataPath() + "/Morvel.db");
-        QVERIFY(f.open(QIODevice::WriteOnly));
         const QByteArray junk = QByteArray("not a database, but a person's file. ").repeated(100);
-        f.write(junk);
-        f.close();
+        QVERIFY(WriteBytes(env->dataPath() + "/Morvel.db", junk));
         QVERIFY(Main(env->dataPath()));
         QCOMPARE(menuTexts(), QStringList{"(Vacio) [off]"});
         CloseDatabase();
-        QVERIFY(f.open(QIODevice::ReadOnly));
-        QCOMPARE(f.readAll(), junk);
+        QCOMPARE(ReadBytes(env->dataPath() + "/Morvel.db"), junk);
     }
 
     void rejectedRegionalSettingsEndBeforeTheSplash()

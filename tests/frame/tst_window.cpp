@@ -42,7 +42,8 @@ protected:
             on(n, Ev::GotFocus, [this, n](EventArgs&) { log << "got " + n; });
             on(n, Ev::LostFocus, [this, n](EventArgs&) { log << "lost " + n; });
         }
-        on("txtNombre", Ev::Change, [this](EventArgs&) { log << "change " + field("txtNombre").text(); });
+        on("txtNombre", Ev::Change,
+           [this](EventArgs&) { log << "change " + field("txtNombre").text(); });
         on("cmdAceptar", Ev::Click, [this](EventArgs&) { log << "click"; });
     }
     void onLoad() override { log << "load"; }
@@ -64,11 +65,13 @@ private slots:
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("shown");
         QTest::addColumn<QString>("clip");
+        // clang-format off
         QTest::newRow("untouched") << "" << "__-________-_" << "";
         QTest::newRow("partial") << "2012" << "20-12______-_" << "2012";
         QTest::newRow("full") << "20123456786" << "20-12345678-6" << "20123456786";
         QTest::newRow("letters refused") << "2a0" << "20-________-_" << "20";
         QTest::newRow("too many") << "201234567861" << "20-12345678-6" << "20123456786";
+        // clang-format on
     }
     void maskedTyping()
     {
@@ -110,7 +113,8 @@ private slots:
         w.refuseLeavingAmount = false;
         w.log.clear();
         p.click("cmdAceptar");
-        QCOMPARE(w.log, (QStringList{"validate txtImporte", "lost txtImporte", "got cmdAceptar", "click"}));
+        QCOMPARE(w.log, (QStringList{"validate txtImporte", "lost txtImporte", "got cmdAceptar",
+                                     "click"}));
     }
 
     void disabledFieldsAreSkippedByTab()

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QFile>
 #include <QString>
 #include <QStringList>
 
+#include "Db.h"
 #include "Globals.h"
-#include "SqlText.h"
+#include "Seed.h"
 #include "TestSupport.h"
 #include "ZoAccess.h"
 #include "import/ZoImport.h"
@@ -25,10 +25,7 @@ inline QString codigo(bool rect = false)
 
 inline void premises()
 {
-    gAccess().Execute(QStringLiteral(
-        "INSERT INTO tPadronesComerciales (idContribuyente, cuit, padron, objeto, razon_social, "
-        "percepcion, retencion, regimen) VALUES (1, '20123456786', '0000000012345', "
-        "'0000000000007', 'ALMACÉN', '1', '1', '0')"));
+    Seed::AddPremises("12345", "7", {"razon_social=ALMACÉN", "percepcion=1", "retencion=1"});
 }
 
 // The parameter string of a form in edit, as a form hands it to the import.
@@ -40,13 +37,6 @@ inline QString parametros(const QString& form, bool rect = false,
            QStringLiteral(";Rectificativa=") + (rect ? "Verdadero" : "Falso") +
            QStringLiteral(";FechaRectificativa=") + fecha +
            QStringLiteral(";ctrl=0;idContribuyente=1;Codigo=") + codigo(rect) + u';';
-}
-
-inline void writeFile(const QString& path, const QByteArray& bytes)
-{
-    QFile f(path);
-    f.open(QIODevice::WriteOnly);
-    f.write(bytes);
 }
 
 inline bool importar(const QString& form, const QString& path, bool rect = false,
@@ -75,11 +65,6 @@ inline QStringList rows(const QString& table, const QString& columns)
         out << cells.join(u'|');
     }
     return out;
-}
-
-inline int count(const QString& table)
-{
-    return gAccess().GetInteger(QStringLiteral("SELECT count(*) FROM ") + table);
 }
 
 inline QString data(const QString& name)

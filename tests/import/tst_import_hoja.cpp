@@ -87,10 +87,10 @@ QString readZipEntry(const QString& path, const QString& entry)
 
 // The spreadsheet rules and the two readers behind them, over workbooks saved
 // by a real spreadsheet program and workbooks written cell by cell.
-class TstImportHoja : public QObject
+class TstImportHoja : public EnvTest
 {
     Q_OBJECT
-    std::unique_ptr<TestEnv> env;
+    void seed() override { premises(); }
 
     bool importarHoja(const QString& form, const QString& path, bool header, bool rect = false)
     {
@@ -113,37 +113,6 @@ class TstImportHoja : public QObject
     }
 
 private slots:
-    void init()
-    {
-        env = std::make_unique<TestEnv>();
-        env->createDatabase();
-        premises();
-    }
-    void cleanup() { env.reset(); }
-
-    void readersGiveWhatAPersonSees_data()
-    {
-        QTest::addColumn<QString>("file");
-        QTest::newRow("xls") << "f978_encabezado.xls";
-        QTest::newRow("xlsx") << "f978_encabezado.xlsx";
-    }
-    void readersGiveWhatAPersonSees()
-    {
-        QFETCH(QString, file);
-        auto reader = SpreadsheetReader::ForFile(data(file));
-        QVERIFY(reader);
-        QVERIFY2(reader->read(data(file)), qPrintable(reader->errorText()));
-        QCOMPARE(reader->columnCount(), 7);
-        QCOMPARE(reader->rows().size(), 3);
-        QCOMPARE(reader->rows().at(0).join('|'),
-                 QString("Fecha|Tipo de Comprobante|Número de Comprobante|Denominación|CUIT|"
-                         "Padrón|Importe"));
-        QCOMPARE(reader->rows().at(1).join('|'),
-                 QString("15-03-2024|FACA|123|PROVEEDOR S.A.|20-12345678-6|4567|1234.5"));
-        QCOMPARE(reader->rows().at(2).join('|'),
-                 QString("01-02-2024|NCRB|124|OTRO PROVEEDOR|20123456786|4568|0.6"));
-    }
-
     void numbersReadAsTheShortestText_data()
     {
         QTest::addColumn<double>("value");
@@ -207,14 +176,15 @@ private slots:
                               "20-12345678-6|0000000004567|1234,50",
                               "0002|01-03-2024|NCRA - Nota de Crédito A|000000000000125|"
                               "ÑANDÚ SRL|20-12345678-6|0000000000012|0,60"}));
-        VERIFY_UI_CLEAN(*env);
     }
 
-    void annexSheetsImport_data()
+    void sheetsImport_data()
     {
         QTest::addColumn<QString>("form");
         QTest::addColumn<QString>("file");
+        QTest::addColumn<bool>("header");
         QTest::addColumn<QString>("table");
+        QTest::addColumn<QString>("columns");
         QTest::addColumn<QStringList>("stored");
         const QStringList f978 = {
             codigo() + "|0|0001|15-03-2024|FACA - Factura A|000000000000123|PROVEEDOR S.A.|"
@@ -226,49 +196,37 @@ private slots:
         const QStringList f987 = {codigo() + "|0|0001|20-03-2024|FACA - Factura A|"
                                              "000000000000777|CLIENTE UNO|20-12345678-6|"
                                              "0000000000012|500,00|0"};
+        const QString activities = "CodigoDetalle,TipoActividad,CodigoActividad,BaseImponible,"
+                                   "Alicuota,Impuesto";
+        const QStringList f2001 = {
+            "0001|Servicios de consultores en informática|620100|10000,00|0,60|60,00",
+            "0002|Venta al por menor en hipermercados|471110|2500,50|3,60|90,02"};
         for (const QString ext : {"xls", "xlsx"}) {
-            QTest::addRow("F978 headings with accents, %s", qPrintable(ext))
-                << "F978"
-                << "f978_encabezado." + ext << "F978_Detalle" << f978;
-            QTest::addRow("F977 headings without accents, %s", qPrintable(ext))
-                << "F977"
-                << "f977_sin_acentos." + ext << "F977_Detalle" << f977;
-            QTest::addRow("F987 lands in F978_Detalle, %s", qPrintable(ext))
-                << "F987"
-                << "f987_encabezado." + ext << "F978_Detalle" << f987;
+            // clang-format off
+            QTest::addRow("F978 headings with accents, %s", qPrintable(ext)) << "F978"
+                << "f978_encabezado." + ext << true << "F978_Detalle" << kComprobanteCols << f978;
+            QTest::addRow("F977 headings without accents, %s", qPrintable(ext)) << "F977"
+                << "f977_sin_acentos." + ext << true << "F977_Detalle" << kComprobanteCols << f977;
+            QTest::addRow("F987 lands in F978_Detalle, %s", qPrintable(ext)) << "F987"
+                << "f987_encabezado." + ext << true << "F978_Detalle" << kComprobanteCols << f987;
+            QTest::addRow("F2001 without header, %s", qPrintable(ext)) << "F2001"
+                << "f976_sin_encabezado." + ext << false << "F2001_Detalle" << activities << f2001;
+            // clang-format on
         }
     }
-    void annexSheetsImport()
+    void sheetsImport()
     {
         QFETCH(QString, form);
         QFETCH(QString, file);
+        QFETCH(bool, header);
         QFETCH(QString, table);
+        QFETCH(QString, columns);
         QFETCH(QStringList, stored);
-        QVERIFY(importarHoja(form, data(file), true));
-        QCOMPARE(rows(table, kComprobanteCols), stored);
+        QVERIFY(importarHoja(form, data(file), header));
+        QCOMPARE(rows(table, columns), stored);
         if (form == "F987")
-            QCOMPARE(count("F987_Detalle"), 0);
-        VERIFY_UI_CLEAN(*env);
+            QCOMPARE(Db::count("F987_Detalle"), 0);
         QCOMPARE(env->ui().messages().size(), 1); // the header question alone
-    }
-
-    void activitySheetWithoutHeader_data()
-    {
-        QTest::addColumn<QString>("file");
-        QTest::newRow("xls") << "f976_sin_encabezado.xls";
-        QTest::newRow("xlsx") << "f976_sin_encabezado.xlsx";
-    }
-    void activitySheetWithoutHeader()
-    {
-        QFETCH(QString, file);
-        QVERIFY(importarHoja("F2001", data(file), false));
-        QCOMPARE(rows("F2001_Detalle", "CodigoDetalle,TipoActividad,CodigoActividad,"
-                                       "BaseImponible,Alicuota,Impuesto"),
-                 QStringList({"0001|Servicios de consultores en informática|620100|10000,00|"
-                              "0,60|60,00",
-                              "0002|Venta al por menor en hipermercados|471110|2500,50|3,60|"
-                              "90,02"}));
-        VERIFY_UI_CLEAN(*env);
     }
 
     void activitySheetChecksAsTheTextRule()
@@ -291,8 +249,7 @@ private slots:
                               "calculado (Base Imponible * Alícuota)\n¿Ignorar el error?",
                               "Error en fila 7\nEl formulario F976 no puede contener mas de 4 "
                               "registros en el detalle"}));
-        QCOMPARE(count("F976_Detalle"), 4);
-        VERIFY_UI_CLEAN(*env);
+        QCOMPARE(Db::count("F976_Detalle"), 4);
     }
 
     void annexSheetLineChecks_data()
@@ -300,16 +257,16 @@ private slots:
         QTest::addColumn<QVariant>("fecha");
         QTest::addColumn<QVariant>("cuit");
         QTest::addColumn<QString>("message");
+        // clang-format off
         QTest::newRow("date as text") << QVariant("2024-03-01") << QVariant(20123456786.0)
-                                      << "Formato de fecha incorrecto. El mismo debe ser "
-                                         "DD-MM-YYYY.";
+            << "Formato de fecha incorrecto. El mismo debe ser " "DD-MM-YYYY.";
         QTest::newRow("a number, not a day") << QVariant(17.0) << QVariant("20-12345678-6")
-                                             << "Formato de fecha incorrecto. El mismo debe ser "
-                                                "DD-MM-YYYY.";
+            << "Formato de fecha incorrecto. El mismo debe ser " "DD-MM-YYYY.";
         QTest::newRow("after the period") << QVariant(QDate(2024, 4, 1)) << QVariant(kCuit)
-                                          << "Fecha incorrecta, posterior al periodo.";
+            << "Fecha incorrecta, posterior al periodo.";
         QTest::newRow("cuit") << QVariant(QDate(2024, 3, 1)) << QVariant(20123456785.0)
-                              << "El CUIT informado no es válido. Verifique.";
+            << "El CUIT informado no es válido. Verifique.";
+        // clang-format on
     }
     void annexSheetLineChecks()
     {
@@ -324,52 +281,43 @@ private slots:
                   false);
         QVERIFY(!importarHoja("F978", path, false));
         QCOMPARE(shownAfterTheQuestion(), QStringList{"Error en fila 2\n" + message});
-        QCOMPARE(count("F978_Detalle"), 1);
+        QCOMPARE(Db::count("F978_Detalle"), 1);
     }
 
-    void columnCountIsChecked_data()
+    // A sheet whose columns are not the form's own is refused whole.
+    void columnsAreChecked_data()
     {
+        QTest::addColumn<QString>("form");
         QTest::addColumn<QString>("file");
         QTest::addColumn<bool>("header");
-        QTest::addColumn<QString>("verify");
+        QTest::addColumn<QString>("message");
+        const QString count = "La cantidad de columnas no es correcta. Verifique %1 las 7 "
+                              "columnas: \nA - Fecha\nB - Tipo de Comprobante\nC - Número de "
+                              "Comprobante\nD - Denominación\nE - CUIT\nF - Padrón\nG - Importe";
+        const QString heading = "No se encontró el campo 'Descripción Actividad' en la columna "
+                                "B.\nDeberá respetar exactamente el nombre establecido para cada "
+                                "columna. (Ver Ayuda)";
         for (const QString ext : {"xls", "xlsx"}) {
-            QTest::addRow("with header, %s", qPrintable(ext))
-                << "f978_cinco_columnas." + ext << true << "el encabezado de";
-            QTest::addRow("without header, %s", qPrintable(ext))
-                << "f978_cinco_columnas." + ext << false << "la existencia de";
+            // clang-format off
+            QTest::addRow("count with header, %s", qPrintable(ext)) << "F978"
+                << "f978_cinco_columnas." + ext << true << count.arg("el encabezado de");
+            QTest::addRow("count without header, %s", qPrintable(ext)) << "F978"
+                << "f978_cinco_columnas." + ext << false << count.arg("la existencia de");
+            QTest::addRow("a wrong heading, %s", qPrintable(ext)) << "F976"
+                << "f976_titulo_mal." + ext << true << heading;
+            // clang-format on
         }
     }
-    void columnCountIsChecked()
+    void columnsAreChecked()
     {
+        QFETCH(QString, form);
         QFETCH(QString, file);
         QFETCH(bool, header);
-        QFETCH(QString, verify);
-        QVERIFY(!importarHoja("F978", data(file), header));
-        QCOMPARE(shownAfterTheQuestion(),
-                 QStringList{"La cantidad de columnas no es correcta. Verifique " + verify +
-                             " las 7 columnas: \nA - Fecha\nB - Tipo de Comprobante\n"
-                             "C - Número de Comprobante\nD - Denominación\nE - CUIT\n"
-                             "F - Padrón\nG - Importe"});
+        QFETCH(QString, message);
+        QVERIFY(!importarHoja(form, data(file), header));
+        QCOMPARE(shownAfterTheQuestion(), QStringList{message});
         QCOMPARE(env->ui().messages().last().title, "¡Atención!");
-        QCOMPARE(count("F978_Detalle"), 0);
-    }
-
-    void headingsMustBeTheFormsOwn_data()
-    {
-        QTest::addColumn<QString>("file");
-        QTest::newRow("xls") << "f976_titulo_mal.xls";
-        QTest::newRow("xlsx") << "f976_titulo_mal.xlsx";
-    }
-    void headingsMustBeTheFormsOwn()
-    {
-        QFETCH(QString, file);
-        QVERIFY(!importarHoja("F976", data(file), true));
-        QCOMPARE(shownAfterTheQuestion(),
-                 QStringList{"No se encontró el campo 'Descripción Actividad' en la columna B.\n"
-                             "Deberá respetar exactamente el nombre establecido para cada "
-                             "columna. (Ver Ayuda)"});
-        QCOMPARE(env->ui().messages().last().title, "¡Atención!");
-        QCOMPARE(count("F976_Detalle"), 0);
+        QCOMPARE(Db::count(form + "_Detalle"), 0);
     }
 
     void headingsMayMixAccentedAndPlainSpellings()
@@ -381,7 +329,7 @@ private slots:
                    {QDate(2024, 3, 1), "FACA", 1.0, "A", kCuit, 1.0, 1.0}},
                   true);
         QVERIFY(importarHoja("F978", path, true));
-        QCOMPARE(count("F978_Detalle"), 1);
+        QCOMPARE(Db::count("F978_Detalle"), 1);
     }
 
     void thousandsOfEmptyRowsAreNotLines()
@@ -396,17 +344,6 @@ private slots:
         QVERIFY(importarHoja("F978", path, true));
         QCOMPARE(rows("F978_Detalle", "CodigoDetalle,TipoComprobante"),
                  QStringList({"0001|FACA - Factura A", "0002|FACB - Factura B"}));
-        VERIFY_UI_CLEAN(*env);
-    }
-
-    void onlyTheFirstSheetIsRead()
-    {
-        const QString path = env->path("dos.xlsx");
-        writeXlsx(path, {{QDate(2024, 3, 1), "FACA", 1.0, "A", kCuit, 1.0, 1.0}}, false);
-        auto reader = SpreadsheetReader::ForFile(path);
-        QVERIFY(reader->read(path));
-        QCOMPARE(reader->rows().size(), 1);
-        QCOMPARE(reader->rows().first().first(), QString("01-03-2024"));
     }
 
     void unreadableFilesGiveAMessageAndKeepWhatWasStored_data()
@@ -434,21 +371,21 @@ private slots:
         QFETCH(QString, name);
         QFETCH(QByteArray, bytes);
         QVERIFY(importarHoja("F978", data("f978_encabezado.xlsx"), true));
-        QCOMPARE(count("F978_Detalle"), 2);
+        QCOMPARE(Db::count("F978_Detalle"), 2);
         env->ui().clearMessages();
         const QString path = env->path(name);
-        writeFile(path, bytes);
+        WriteBytes(path, bytes);
         QVERIFY(!importarHoja("F978", path, true));
         QCOMPARE(env->ui().messages().size(), 2);
         QVERIFY2(env->ui().lastText().startsWith("No se pudo abrir el archivo de Excel"),
                  qPrintable(env->ui().lastText()));
-        QCOMPARE(count("F978_Detalle"), 2);
+        QCOMPARE(Db::count("F978_Detalle"), 2);
     }
 
     void aSpreadsheetInCapitalsIsRecognised()
     {
         QVERIFY(importarHoja("F978", copy("f978_encabezado.xls", "LIBRO.XLS"), true));
-        QCOMPARE(count("F978_Detalle"), 2);
+        QCOMPARE(Db::count("F978_Detalle"), 2);
     }
 
     void progressFollowsTheRowsAndHidesAtTheEnd()

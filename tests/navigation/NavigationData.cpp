@@ -2,98 +2,18 @@
 
 #include <functional>
 
-#include "Globals.h"
-#include "Recordset.h"
 #include "TreeModel.h"
 #include "Util.h"
-#include "ZoAccess.h"
 
 namespace nav {
-
-const QString kCuit = QStringLiteral("20123456786");
-
-namespace {
-
-void insert(const QString& table, const QStringList& pairs)
-{
-    QStringList columns, values;
-    for (const QString& p : pairs) {
-        columns << p.section(u'=', 0, 0);
-        values << u'\'' + p.section(u'=', 1).replace(u'\'', QStringLiteral("''")) + u'\'';
-    }
-    const QString sql = QStringLiteral("INSERT INTO %1 (%2) VALUES (%3)")
-                            .arg(table, columns.join(u','), values.join(u','));
-    if (!gAccess().Execute(sql))
-        qFatal("test data not written: %s", qPrintable(sql));
-}
-
-} // namespace
-
-QString Pad13(const QString& text)
-{
-    return text.rightJustified(13, u'0');
-}
-
-void AddTaxpayer(int id, const QString& name, const QString& cuit)
-{
-    insert("Contribuyentes", {"idContribuyente=" + QString::number(id), "ApellidoNombre=" + name,
-                              "Cuit=" + FormatCuit(cuit)});
-}
 
 void AddPremises(const QString& padron, const QString& regimen, const QString& retencion,
                  const QString& percepcion, const QString& objeto, const QString& principal,
                  const QString& cuit)
 {
-    insert("tPadronesComerciales",
-           {"cuit=" + cuit, "padron=" + Pad13(padron), "objeto=" + Pad13(objeto),
-            "regimen=" + regimen, "retencion=" + retencion, "percepcion=" + percepcion,
-            "Principal=" + principal, "razon_social=RAZON " + padron, "calle_numero=SAN MARTIN 100",
-            "localidad_departamento=CAPITAL", "cp=5500"});
-}
-
-QString Declaration::rectificativa() const
-{
-    return ctrl == 0 ? QStringLiteral("False") : QStringLiteral("Verdadero");
-}
-
-QString AddDeclaration(const Declaration& d)
-{
-    const QStringList identity = {
-        "Padron=" + Pad13(d.padron),     "Objeto=" + Pad13(d.objeto),
-        "Periodo=" + d.periodo,          "Rectificativa=" + d.rectificativa(),
-        "FechaRectificativa=" + d.fecha, "ctrl=" + QString::number(d.ctrl)};
-    QString codigo;
-    if (d.form != "F986" && d.form != "F988")
-        codigo = Pad13(d.padron) + d.periodo.left(2) + d.periodo.right(4) + Pad13(d.objeto) +
-                 (d.ctrl == 0 ? u'O' : u'R');
-    insert(d.form, identity + d.columns +
-                       (codigo.isEmpty() ? QStringList{} : QStringList{"Codigo=" + codigo}));
-    insert("TPadrones_Formularios", identity + QStringList{"idFormulario=" + d.form});
-    return codigo;
-}
-
-void AddLine(const QString& form, const QString& codigo, const QString& fecha, const QString& ctrl,
-             const QString& codigoDetalle, const QStringList& columns)
-{
-    insert(form + "_Detalle",
-           columns + QStringList{"Codigo=" + codigo, "FechaRectificativa=" + fecha, "ctrl=" + ctrl,
-                                 "CodigoDetalle=" + codigoDetalle});
-}
-
-QStringList Column(const QString& sql)
-{
-    QStringList out;
-    const RecordsetPtr rs = gAccess().FillRecordSet(sql);
-    for (; rs && !rs->EOF_(); rs->MoveNext())
-        out << rs->Text(0);
-    return out;
-}
-
-int Count(const QString& table, const QString& where)
-{
-    return Column("SELECT COUNT(*) FROM " + table + (where.isEmpty() ? "" : " WHERE " + where))
-        .value(0)
-        .toInt();
+    Seed::AddPremises(padron, objeto,
+                      {"regimen=" + regimen, "retencion=" + retencion, "percepcion=" + percepcion,
+                       "Principal=" + principal, "cuit=" + cuit});
 }
 
 QString PremisesKey(const QString& padron, const QString& objeto)

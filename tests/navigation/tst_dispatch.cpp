@@ -59,10 +59,9 @@ QString withoutTime(QString text)
 
 // A double click on the tree: the choice on a declaration that exists, the
 // string and header record each form is handed, and the taxpayer's options.
-class TstDispatch : public QObject
+class TstDispatch : public EnvTest
 {
     Q_OBJECT
-    std::unique_ptr<TestEnv> env;
     std::unique_ptr<ContribuyentesDatos> window;
 
     TreeModel& tree() { return (*window)["trvDatos"].tree(); }
@@ -90,25 +89,22 @@ class TstDispatch : public QObject
         dblClick(ChildKey(tree(), MonthKey("1", "2024", mm), "Nuevo - "));
     }
 
-private slots:
-    void init()
+    void seed() override
     {
-        env = std::make_unique<TestEnv>();
-        env->createDatabase();
         AddTaxpayer(1, "PEREZ JUAN", kCuit);
         g_handed.clear();
         for (const QString& id : kForms)
             RegisterDeclarationForm(id, [id] { return std::make_unique<FakeForm>(id); });
     }
-    void cleanup()
+    void tearDown() override
     {
         window.reset();
         ResetForms();
         for (const QString& id : kForms)
             UnregisterDeclarationForm(id);
-        env.reset();
     }
 
+private slots:
     void aFormToStartOpensAtOnce()
     {
         AddPremises("1", "0", "1");
@@ -133,7 +129,6 @@ private slots:
         Person(*window).clickNode("trvDatos", key);
         Person(*window).key("trvDatos", KeyCode::Return);
         QCOMPARE(g_handed.size(), 2);
-        VERIFY_UI_CLEAN(*env);
     }
 
     void theStringEachChoiceHandsToTheForm_data()
@@ -141,27 +136,24 @@ private slots:
         QTest::addColumn<QString>("option");
         QTest::addColumn<QString>("date");
         QTest::addColumn<QString>("tail"); // after kHead + "Formulario=F976;"
-        const QString rest = "FechaRectificativa=0;ctrl=";
-        QTest::newRow("Consultar") << "optConsultar"
-                                   << ""
-                                   << "Nuevo=Consultar;ConDatos=True;Rectificativa=False;" + rest +
-                                          "0;idContribuyente=1;Codigo=" + kCode + "O;";
-        QTest::newRow("Modificar") << "optModificar"
-                                   << ""
-                                   << "Nuevo=False;ConDatos=True;Rectificativa=False;" + rest +
-                                          "0;idContribuyente=1;Codigo=" + kCode + "O;";
-        QTest::newRow("sin datos") << "optRectificativaSinDatos"
-                                   << "20062024"
-                                   << "Nuevo=True;ConDatos=False;Rectificativa=True;" + rest +
-                                          "1;idContribuyente=1;FechaRectificativaNueva=20-06-2024;"
-                                          "Codigo=" +
-                                          kCode + "R;";
-        QTest::newRow("con datos") << "optRectificativaConDatos"
-                                   << "20062024"
-                                   << "Nuevo=True;ConDatos=True;Rectificativa=True;" + rest +
-                                          "1;idContribuyente=1;FechaRectificativaNueva=20-06-2024 "
-                                          "hh:mm:ss;Codigo=" +
-                                          kCode + "R;";
+        auto row = [](const char* name, const char* option, const char* date, const QString& flags,
+                      const QString& ctrl, const QString& nueva) {
+            const QString letter = ctrl == "0" ? "O" : "R";
+            QTest::newRow(name) << option << date
+                                << flags + ";FechaRectificativa=0;ctrl=" + ctrl +
+                                       ";idContribuyente=1;" + nueva + "Codigo=" + kCode + letter +
+                                       ";";
+        };
+        row("Consultar", "optConsultar", "", "Nuevo=Consultar;ConDatos=True;Rectificativa=False",
+            "0", "");
+        row("Modificar", "optModificar", "", "Nuevo=False;ConDatos=True;Rectificativa=False", "0",
+            "");
+        row("sin datos", "optRectificativaSinDatos", "20062024",
+            "Nuevo=True;ConDatos=False;Rectificativa=True", "1",
+            "FechaRectificativaNueva=20-06-2024;");
+        row("con datos", "optRectificativaConDatos", "20062024",
+            "Nuevo=True;ConDatos=True;Rectificativa=True", "1",
+            "FechaRectificativaNueva=20-06-2024 hh:mm:ss;");
     }
     void theStringEachChoiceHandsToTheForm()
     {
@@ -174,7 +166,6 @@ private slots:
         QCOMPARE(env->ui().shownWindows(), (QStringList{"SeleccionFormulario", "F976"}));
         QCOMPARE(g_handed.size(), 1);
         QCOMPARE(withoutTime(g_handed[0].parameters), kHead + "Formulario=F976;" + tail);
-        VERIFY_UI_CLEAN(*env);
     }
 
     void onlyTheLatestVersionCanChange_data()
@@ -182,12 +173,11 @@ private slots:
         QTest::addColumn<int>("ctrl");
         QTest::addColumn<QString>("enabled"); // Consultar, Modificar, sin, con, Eliminar
         QTest::addColumn<QString>("checked");
-        QTest::newRow("the original") << 0 << "10000"
-                                      << "10000";
-        QTest::newRow("the first rectification") << 1 << "10000"
-                                                 << "10000";
-        QTest::newRow("the latest") << 2 << "11111"
-                                    << "01000";
+        // clang-format off
+        QTest::newRow("the original") << 0 << "10000" << "10000";
+        QTest::newRow("the first rectification") << 1 << "10000" << "10000";
+        QTest::newRow("the latest") << 2 << "11111" << "01000";
+        // clang-format on
     }
     void onlyTheLatestVersionCanChange()
     {
@@ -219,39 +209,22 @@ private slots:
         QTest::addColumn<QString>("message"); // "" when accepted
         const QString later = "La fecha de Rectificativa debe ser mayor a la del formulario";
         // the latest rectification is of 15-03-2024; the period is 01-2023
-        QTest::newRow("the same day") << "F976"
-                                      << "15032024" << later;
-        QTest::newRow("the day before") << "F976"
-                                        << "14032024" << later;
-        QTest::newRow("the day after") << "F976"
-                                       << "16032024"
-                                       << "";
-        QTest::newRow("a later month of an earlier year") << "F976"
-                                                          << "10042023"
-                                                          << "";
-        QTest::newRow("F978") << "F978"
-                              << "15032024" << later;
-        QTest::newRow("F2001") << "F2001"
-                               << "01022024" << later;
-        QTest::newRow("F986 by padrón and period") << "F986"
-                                                   << "15032024" << later;
-        QTest::newRow("F988") << "F988"
-                              << "16032024"
-                              << "";
+        auto row = [](const char* name, const char* form, const char* typed,
+                      const QString& message) { QTest::newRow(name) << form << typed << message; };
+        row("the same day", "F976", "15032024", later);
+        row("the day before", "F976", "14032024", later);
+        row("the day after", "F976", "16032024", "");
+        row("a later month of an earlier year", "F976", "10042023", "");
+        row("F978", "F978", "15032024", later);
+        row("F2001", "F2001", "01022024", later);
+        row("F986 by padrón and period", "F986", "15032024", later);
+        row("F988", "F988", "16032024", "");
         // these compare with what the previous statement answered
-        QTest::newRow("F977") << "F977"
-                              << "15032024"
-                              << "";
-        QTest::newRow("F985") << "F985"
-                              << "01012024"
-                              << "";
-        QTest::newRow("no date") << "F976"
-                                 << ""
-                                 << "Debe ingresar una fecha.";
-        QTest::newRow("before the period")
-            << "F976"
-            << "31122022"
-            << "La fecha ingresada no puede ser menor a la del periodo.";
+        row("F977", "F977", "15032024", "");
+        row("F985", "F985", "01012024", "");
+        row("no date", "F976", "", "Debe ingresar una fecha.");
+        row("before the period", "F976", "31122022",
+            "La fecha ingresada no puede ser menor a la del periodo.");
     }
     void theRectificationDateMustFollowTheLatestOne()
     {
@@ -269,7 +242,6 @@ private slots:
         QCOMPARE(stayed, !message.isEmpty());
         QCOMPARE(env->ui().texts().join("|"), message);
         QCOMPARE(g_handed.size(), message.isEmpty() ? 1 : 0);
-        VERIFY_UI_CLEAN(*env);
     }
 
     void aFourthVersionIsRefused()
@@ -285,8 +257,8 @@ private slots:
         QCOMPARE(env->ui().messages().last().title, QString("Advertencia..."));
         QVERIFY(g_handed.isEmpty());
         // with two rectifications a third may be made, and takes the next ctrl
-        gAccess().Execute("DELETE FROM TPadrones_Formularios WHERE ctrl = '3'");
-        gAccess().Execute("DELETE FROM F976 WHERE ctrl = '3'");
+        Db::exec("DELETE FROM TPadrones_Formularios WHERE ctrl = '3'");
+        Db::exec("DELETE FROM F976 WHERE ctrl = '3'");
         window->ActualizoVista();
         select({"F976", "05-2024", 2, dates[2]}, choose("optRectificativaConDatos", "20062024"));
         QCOMPARE(g_handed.size(), 1);
@@ -294,7 +266,6 @@ private slots:
         QCOMPARE(h.ctrl, QString("3"));
         // a rectification with data starts from the version it comes from
         QCOMPARE(h.CodigoLeido + " " + h.FechaLeida, kCode + "R 11-06-2024");
-        VERIFY_UI_CLEAN(*env);
     }
 
     void eliminarDeletesTheLatestVersionFirst_data()
@@ -328,7 +299,7 @@ private slots:
         QCOMPARE(env->ui().lastText(),
                  QString("No se puede eliminar este formulario.\r\n"
                          "Debe eliminar los formularios mas recientes primero."));
-        QCOMPARE(Count(form), 3);
+        QCOMPARE(Db::count(form), 3);
 
         env->ui().answer("Esta seguro de eliminar el formulario?", Msg::No);
         env->ui().answer("Esta seguro de eliminar el formulario?", Msg::Yes);
@@ -338,10 +309,11 @@ private slots:
             Person(w).click("cmdAceptar");
         });
         QCOMPARE(env->ui().messages().last().title, QString("Eliminar"));
-        QCOMPARE(Column(rows.arg(form)), (QStringList{"005-2024", "006-2024"}));
-        QCOMPARE(Column(rows.arg("TPadrones_Formularios")), (QStringList{"005-2024", "006-2024"}));
+        QCOMPARE(Db::column(rows.arg(form)), (QStringList{"005-2024", "006-2024"}));
+        QCOMPARE(Db::column(rows.arg("TPadrones_Formularios")),
+                 (QStringList{"005-2024", "006-2024"}));
         if (form != "F986" && form != "F988")
-            QCOMPARE(Column("SELECT ctrl FROM " + form + "_Detalle"), QStringList{"0"});
+            QCOMPARE(Db::column("SELECT ctrl FROM " + form + "_Detalle"), QStringList{"0"});
         // the tree was rebuilt, and the original is the latest again
         QVERIFY(!tree().contains(NodeKey(rectification)));
         select(original, [](Controller& w) {
@@ -349,38 +321,30 @@ private slots:
             Person(w).click("cmdCancelar");
         });
         QVERIFY(g_handed.isEmpty());
-        VERIFY_UI_CLEAN(*env);
     }
 
     void theHeaderRecordOfEachForm_data()
     {
         QTest::addColumn<QString>("form");
         QTest::addColumn<QStringList>("amounts"); // what the record reads, column=value
-        QTest::newRow("F976") << "F976"
-                              << QStringList{"BaseImponible=1.000,00", "Impuesto=30,00",
-                                             "Accesorios=1,00",        "Multas=2,00",
-                                             "PagoACuenta=3,00",       "Percepciones=4,00",
-                                             "Retenciones=5,00",       "SaldoAFavor=6,00",
-                                             "SaldoAFavorF=04-2024",   "SubtotalDeterminado=15,00",
-                                             "TotalAPagar=18,00",      "Tasa=30,00"};
-        QTest::newRow("F2001")
-            << "F2001"
-            << QStringList{
-                   "BaseImponible=10,00",  "Impuesto=1,00",           "Total=2,00",
-                   "SaldoAFavor=3,00",     "Retenciones=4,00",        "Percepciones=5,00",
-                   "Desgrabaciones=6,00",  "SubtotalCol12=7,00",      "SubtotalColumna2=8,00",
-                   "DiferenciaCol12=9,00", "DiferenciaColumna2=1,00", "PagoACuenta=1,50",
-                   "TotalAPagar=2,50"};
-        QTest::newRow("F977") << "F977" << QStringList{"Transporte=7,00", "TotalPercepciones=8,00"};
-        QTest::newRow("F978") << "F978" << QStringList{"Transporte=1,00", "TotalPercepciones=2,00"};
-        QTest::newRow("F985") << "F985" << QStringList{"Transporte=3,00"};
-        QTest::newRow("F987") << "F987" << QStringList{"Transporte=4,00"};
-        QTest::newRow("F986") << "F986"
-                              << QStringList{"AccesoriosCoef=1,00", "ImporteDepositar=2,00",
-                                             "ImpPercibidoF985=3,00", "Multas=4,00", "Otros=5,00"};
-        QTest::newRow("F988") << "F988"
-                              << QStringList{"AccesoriosCoef=1,50", "ImporteDepositar=2,50",
-                                             "ImpPercibidoF987=3,50", "Multas=4,50", "Otros=5,50"};
+        auto row = [](const char* form, const char* amounts) {
+            QTest::newRow(form) << form << QString(amounts).split(' ');
+        };
+        row("F976", "BaseImponible=1.000,00 Impuesto=30,00 Accesorios=1,00 Multas=2,00 "
+                    "PagoACuenta=3,00 Percepciones=4,00 Retenciones=5,00 SaldoAFavor=6,00 "
+                    "SaldoAFavorF=04-2024 SubtotalDeterminado=15,00 TotalAPagar=18,00 Tasa=30,00");
+        row("F2001", "BaseImponible=10,00 Impuesto=1,00 Total=2,00 SaldoAFavor=3,00 "
+                     "Retenciones=4,00 Percepciones=5,00 Desgrabaciones=6,00 SubtotalCol12=7,00 "
+                     "SubtotalColumna2=8,00 DiferenciaCol12=9,00 DiferenciaColumna2=1,00 "
+                     "PagoACuenta=1,50 TotalAPagar=2,50");
+        row("F977", "Transporte=7,00 TotalPercepciones=8,00");
+        row("F978", "Transporte=1,00 TotalPercepciones=2,00");
+        row("F985", "Transporte=3,00");
+        row("F987", "Transporte=4,00");
+        row("F986", "AccesoriosCoef=1,00 ImporteDepositar=2,00 ImpPercibidoF985=3,00 Multas=4,00 "
+                    "Otros=5,00");
+        row("F988", "AccesoriosCoef=1,50 ImporteDepositar=2,50 ImpPercibidoF987=3,50 Multas=4,50 "
+                    "Otros=5,50");
     }
     void theHeaderRecordOfEachForm()
     {
@@ -441,7 +405,6 @@ private slots:
         QCOMPARE(env->ui().lastText(),
                  QString("No puede eliminar un Contribuyente que posea formularios cargados"));
         QVERIFY(window->isLoaded());
-        VERIFY_UI_CLEAN(*env);
     }
 
     void eliminarContribuyenteDeletesItsPremisesAndClosesTheWindow()
@@ -451,21 +414,19 @@ private slots:
         AddTaxpayer(2, "OTRO", "20111111112");
         AddPremises("1", "0", "0", "0", "9", {}, "20111111112"); // its objeto of the same padrón
         for (const QString& objeto : QStringList{"1", "9"})
-            gAccess().Execute(QString("INSERT INTO Actividades_x_padrones (padron, objeto) VALUES "
-                                      "('%1', '%2')")
-                                  .arg(Pad13("1"), Pad13(objeto)));
+            Db::insert("Actividades_x_padrones",
+                       {"padron=" + Pad13("1"), "objeto=" + Pad13(objeto)});
         window = OpenTaxpayer();
         env->ui().answer("Desea eliminar el contribuyente?", Msg::No);
         env->ui().answer("Desea eliminar el contribuyente?", Msg::Yes);
         dblClick("Eliminar=0;idContribuyente=1");
         QVERIFY(window->isLoaded());
-        QCOMPARE(Count("Contribuyentes"), 2);
+        QCOMPARE(Db::count("Contribuyentes"), 2);
         dblClick("Eliminar=0;idContribuyente=1");
         QVERIFY(!window->isLoaded());
-        QCOMPARE(Column("SELECT idContribuyente FROM Contribuyentes"), QStringList{"2"});
-        QCOMPARE(Column("SELECT objeto FROM tPadronesComerciales"), QStringList{Pad13("9")});
-        QCOMPARE(Column("SELECT objeto FROM Actividades_x_padrones"), QStringList{Pad13("9")});
-        VERIFY_UI_CLEAN(*env);
+        QCOMPARE(Db::column("SELECT idContribuyente FROM Contribuyentes"), QStringList{"2"});
+        QCOMPARE(Db::column("SELECT objeto FROM tPadronesComerciales"), QStringList{Pad13("9")});
+        QCOMPARE(Db::column("SELECT objeto FROM Actividades_x_padrones"), QStringList{Pad13("9")});
     }
 };
 

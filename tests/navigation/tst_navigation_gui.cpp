@@ -1,7 +1,6 @@
 #include <QtTest>
 
 #include <QApplication>
-#include <QDir>
 #include <QPushButton>
 #include <QTreeWidget>
 
@@ -10,18 +9,11 @@
 #include "frame/view/QtUi.h"
 #include "frame/view/ViewRegistry.h"
 #include "navigation/ContribuyentesDatos.h"
-#include "navigation/CopiarDDJJ.h"
-#include "navigation/NuevoAnio.h"
-#include "navigation/NuevoPeriodo.h"
-#include "navigation/SeleccionFormulario.h"
 #include "navigation/ZoForms.h"
 
 using namespace nav;
 
 namespace {
-
-// Pictures of the windows for a reviewer's look.
-const QString kShots = QStringLiteral("/tmp/navigation");
 
 QStringList g_opened;
 
@@ -54,9 +46,9 @@ void addData()
     AddDeclaration({"F976", "02-2024", 0, "0", "2210", "1", none});
 }
 
-// Opens the controller's view at the size the program shows it, lets it draw
-// and saves it as a picture.
-QWidget* shoot(Controller& window, const QString& name)
+// Opens the controller's view at the size the program shows it and lets it
+// draw.
+QWidget* show(Controller& window)
 {
     window.load();
     QWidget* view = OpenView(window);
@@ -65,15 +57,13 @@ QWidget* shoot(Controller& window, const QString& name)
     view->resize(view->size().expandedTo(view->sizeHint()));
     view->show();
     QApplication::processEvents();
-    QDir().mkpath(kShots);
-    view->grab().save(kShots + u'/' + name + QStringLiteral(".png"));
     return view;
 }
 
 } // namespace
 
-// The navigation windows on real widgets, offscreen: the tree and its icons,
-// a double click on a real item, and pictures of each window.
+// The taxpayer's tree on real widgets, offscreen: its items and icons, and a
+// double click on a real item.
 class TstNavigationGui : public QObject
 {
     Q_OBJECT
@@ -95,7 +85,7 @@ private slots:
         window["trvDatos"].tree().ensureVisible(
             window["trvDatos"].tree().indexOf(MonthKey("1045", "2024", "01")));
         window["trvDatos"].treeChanged();
-        QWidget* view = shoot(window, "ContribuyentesDatos");
+        QWidget* view = show(window);
         QVERIFY(view);
         QCOMPARE(view->windowTitle(),
                  QString("Contribuyente: DISTRIBUIDORA DEL OESTE S.A. - 20-12345678-6"));
@@ -129,49 +119,6 @@ private slots:
         QApplication::processEvents();
         for (const QString& id : kForms)
             UnregisterDeclarationForm(id);
-        ResetForms();
-    }
-
-    void picturesOfTheDialogs()
-    {
-        TestEnv env;
-        env.createDatabase();
-        addData();
-
-        NuevoAnio year;
-        QVERIFY(shoot(year, "NuevoAnio"));
-        year.unload();
-
-        NuevoPeriodo month;
-        month.load();
-        month["lblPeriodoModelo"].setVisible(true);
-        month["txtPeriodoModelo"].setVisible(true);
-        month["txtPeriodoModelo"].setText("12-2023");
-        QVERIFY(shoot(month, "NuevoPeriodo"));
-        month.unload();
-
-        CopiarDDJJ copy;
-        copy.Padron = Pad13("1045");
-        copy.load();
-        copy["cboAnios"].setListIndex(1);
-        copy.fire("cboAnios", Ev::Click);
-        copy["cboPeriodos"].setListIndex(0);
-        QVERIFY(shoot(copy, "CopiarDDJJ"));
-        copy.unload();
-
-        SeleccionFormulario selection;
-        selection.Parametros = "Padron=" + Pad13("1045") + " - Objeto N° " + Pad13("1") +
-                               ";Anio=2024;Periodo=01;Formulario=F976;Nuevo=Falso;"
-                               "ConDatos=Verdadero;Rectificativa=Verdadero;"
-                               "FechaRectificativa=01-03-2024;ctrl=2;idContribuyente=1;";
-        selection.load();
-        selection["optModificar"].setValue(0);
-        selection["optRectificativaSinDatos"].setValue(1);
-        selection["txtFecha"].setEnabled(true);
-        selection["txtFecha"].setText("10-04-2024");
-        QVERIFY(shoot(selection, "SeleccionFormulario"));
-        selection.unload();
-        QApplication::processEvents();
         ResetForms();
     }
 };

@@ -4,6 +4,7 @@
 #include <QHash>
 #include <QString>
 #include <QStringList>
+#include <functional>
 
 #include "Globals.h"
 #include "TestSupport.h"
@@ -21,15 +22,9 @@ inline QString dataFile(const QString& name)
     return QStringLiteral(MORVEL_OUTPUT_DATA "/") + name;
 }
 
-inline QByteArray readAll(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
 inline QByteArray golden(const QString& form)
 {
-    return readAll(dataFile(form + QStringLiteral(".txt")));
+    return ReadBytes(dataFile(form + QStringLiteral(".txt")));
 }
 
 // Runs the statements of declaraciones.sql, one a line.
@@ -50,26 +45,22 @@ inline bool loadDeclarations()
 
 // The database with the declarations, built once by the schema step and
 // copied into each test's own folder: a build per test would cost a second
-// of disk flushes every time.
+// of disk flushes every time. `more` adds what a test class needs besides.
 class FixtureDatabase
 {
 public:
-    bool build(bool withDeclarations = true)
+    bool build(bool withDeclarations = true, const std::function<bool()>& more = {})
     {
         TestEnv env;
         env.createDatabase();
-        if (withDeclarations && !loadDeclarations())
+        if ((withDeclarations && !loadDeclarations()) || (more && !more()))
             return false;
         CloseDatabase();
-        m_bytes = readAll(DatabasePath());
+        m_bytes = ReadBytes(DatabasePath());
         return !m_bytes.isEmpty();
     }
     // Into the data folder of a fresh TestEnv, before its first statement.
-    bool install() const
-    {
-        QFile file(DatabasePath());
-        return file.open(QIODevice::WriteOnly) && file.write(m_bytes) == m_bytes.size();
-    }
+    bool install() const { return WriteBytes(DatabasePath(), m_bytes); }
 
 private:
     QByteArray m_bytes;

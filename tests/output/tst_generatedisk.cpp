@@ -3,6 +3,7 @@
 #include <QtTest>
 #include <unistd.h>
 
+#include "Db.h"
 #include "OutputFixture.h"
 #include "TestSupport.h"
 #include "output/ZoGenerateDisk.h"
@@ -43,17 +44,16 @@ QByteArray memberOf(const QString& archive, QString folder)
     QDir(folder).removeRecursively();
     if (!ZoGenerateDisk().Expand(archive, member, folder))
         return "cannot expand";
-    return readAll(folder + "/" + member);
+    return ReadBytes(folder + "/" + member);
 }
 
 } // namespace
 
 // The delivered file: refused destinations, the zip and its one member, and
 // no half-made file left behind when something fails.
-class TstGenerateDisk : public QObject
+class TstGenerateDisk : public EnvTest
 {
     Q_OBJECT
-    std::unique_ptr<TestEnv> env;
     FixtureDatabase m_database;
     QString m_destination; // the folder the person chose
 
@@ -66,20 +66,18 @@ class TstGenerateDisk : public QObject
             QVERIFY2(name.endsWith(".DJ"), qPrintable(name));
     }
 
-private slots:
-    void initTestCase() { QVERIFY(m_database.build()); }
-    void init()
+    void seed() override
     {
-        env = std::make_unique<TestEnv>();
         QVERIFY(m_database.install());
         m_destination = env->path("destino");
         QDir().mkpath(m_destination);
     }
-    void cleanup()
-    {
-        VERIFY_UI_CLEAN(*env);
-        env.reset();
-    }
+
+public:
+    TstGenerateDisk() : EnvTest(false) {}
+
+private slots:
+    void initTestCase() { QVERIFY(m_database.build()); }
 
     void refusedDestination_data()
     {
@@ -97,8 +95,7 @@ private slots:
     {
         QFETCH(QString, destination);
         QFETCH(QString, message);
-        QFile plain(env->path("plain"));
-        QVERIFY(plain.open(QIODevice::WriteOnly));
+        QVERIFY(WriteBytes(env->path("plain"), {}));
         // Permissions do not stop the superuser; /proc takes no new file from
         // anyone.
         QString locked = "/proc";
@@ -107,7 +104,7 @@ private slots:
             QDir().mkpath(locked);
             QFile::setPermissions(locked, QFile::ReadOwner | QFile::ExeOwner);
         }
-        destination.replace("FILE", plain.fileName()).replace("LOCKED", locked);
+        destination.replace("FILE", env->path("plain")).replace("LOCKED", locked);
 
         QVERIFY(!generate("F976", destination));
         QCOMPARE(env->ui().texts(), QStringList{message});
@@ -157,19 +154,16 @@ private slots:
         QTest::addColumn<QString>("form");
         QTest::addColumn<QString>("sql");
         QTest::addColumn<bool>("result");
-        QTest::newRow("regime 2 on an annex")
-            << "F977"
-            << "UPDATE tPadronesComerciales SET regimen = '2'" << true;
-        QTest::newRow("premises without group")
-            << "F976"
-            << "UPDATE tPadronesComerciales SET grupo = NULL" << true;
-        QTest::newRow("premises missing") << "F988"
-                                          << "DELETE FROM tPadronesComerciales" << true;
-        QTest::newRow("form without codes")
-            << "F986"
-            << "DELETE FROM tCodigos_Formularios WHERE idFormulario = 'F986'" << true;
-        QTest::newRow("work file cannot be written") << "F978" << QString() << true;
-        QTest::newRow("unknown form") << "F999" << QString() << false;
+        auto row = [](const char* name, const char* form, const char* sql, bool result) {
+            QTest::newRow(name) << form << sql << result;
+        };
+        row("regime 2 on an annex", "F977", "UPDATE tPadronesComerciales SET regimen = '2'", true);
+        row("premises without group", "F976", "UPDATE tPadronesComerciales SET grupo = NULL", true);
+        row("premises missing", "F988", "DELETE FROM tPadronesComerciales", true);
+        row("form without codes", "F986",
+            "DELETE FROM tCodigos_Formularios WHERE idFormulario = 'F986'", true);
+        row("work file cannot be written", "F978", "", true);
+        row("unknown form", "F999", "", false);
     }
     void incompleteTextIsNotDelivered()
     {
@@ -177,7 +171,7 @@ private slots:
         QFETCH(QString, sql);
         QFETCH(bool, result);
         if (!sql.isEmpty())
-            gAccess().Execute(sql);
+            Db::exec(sql);
         const QString temporary = ZoGenerateDisk().TemporaryPath();
         const bool blocked = QByteArray(QTest::currentDataTag()).startsWith("work file");
         QVERIFY(QDir().mkpath(WorkFolder()));

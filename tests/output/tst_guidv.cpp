@@ -41,20 +41,18 @@ bool isShortGuid(const QString& text)
 
 // The identifier that ties a declaration's file to its paper, and the digest
 // of the older scheme's declarations.
-class TstGuidv : public QObject
+class TstGuidv : public EnvTest
 {
     Q_OBJECT
-    std::unique_ptr<TestEnv> env;
     OutputFixture::FixtureDatabase m_database;
+
+    void seed() override { QVERIFY(m_database.install()); }
+
+public:
+    TstGuidv() : EnvTest(false) {}
 
 private slots:
     void initTestCase() { QVERIFY(m_database.build(false)); }
-    void init()
-    {
-        env = std::make_unique<TestEnv>();
-        QVERIFY(m_database.install());
-    }
-    void cleanup() { env.reset(); }
 
     void givenOnceAndKept_data()
     {
@@ -82,14 +80,13 @@ private slots:
         QTest::addColumn<QString>("parameters");
         QTest::addColumn<QString>("stored");
         QTest::addColumn<QString>("guidv");
-        QTest::newRow("stored stays") << kF976 << "ABCDEF012345"
-                                      << "ABCDEF012345";
-        QTest::newRow("another ctrl") << QString(kF976).replace("ctrl=0", "ctrl=3") << ""
-                                      << "";
-        QTest::newRow("another form") << QString(kF976).replace("F976", "F977") << ""
-                                      << "";
-        QTest::newRow("no table") << QString(kF976).replace("F976", "F976 SET x=1") << ""
-                                  << "";
+        const QString none;
+        // clang-format off
+        QTest::newRow("stored stays") << kF976 << "ABCDEF012345" << "ABCDEF012345";
+        QTest::newRow("another ctrl") << QString(kF976).replace("ctrl=0", "ctrl=3") << none << none;
+        QTest::newRow("another form") << QString(kF976).replace("F976", "F977") << none << none;
+        QTest::newRow("no table") << QString(kF976).replace("F976", "F976 SET x=1") << none << none;
+        // clang-format on
     }
     void noRowOrStoredIdentifier()
     {
@@ -129,7 +126,6 @@ private slots:
         QVERIFY(isShortGuid(guidv));
         QVERIFY(!QFile::exists(DigestSourcePath()));
         QVERIFY(!QFile::exists(HashProbePath()));
-        VERIFY_UI_CLEAN(*env);
     }
 
     void refreshWithoutTextChangesNothing()

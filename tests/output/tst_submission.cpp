@@ -15,7 +15,7 @@ QByteArray submissionText(const QString& parameters)
     disk.Parametros = parameters;
     if (!disk.CreateFile(gAppPath + QStringLiteral("/09760110.DJ"), true))
         return "CreateFile answered false";
-    return readAll(disk.TemporaryPath());
+    return ReadBytes(disk.TemporaryPath());
 }
 
 // The records of a text without their CR LF, for readable comparisons.
@@ -39,24 +39,22 @@ const QString kOtherPremises =
 
 // The records of the submission file of each form, byte for byte against
 // texts written by hand from the record layouts.
-class TstSubmission : public QObject
+class TstSubmission : public EnvTest
 {
     Q_OBJECT
-    std::unique_ptr<TestEnv> env;
     FixtureDatabase m_database;
+
+    void seed() override { QVERIFY(m_database.install()); }
+    void tearDown() override
+    {
+        QVERIFY2(env->ui().messages().isEmpty(), qPrintable(env->ui().texts().join('|')));
+    }
+
+public:
+    TstSubmission() : EnvTest(false) {}
 
 private slots:
     void initTestCase() { QVERIFY(m_database.build()); }
-    void init()
-    {
-        env = std::make_unique<TestEnv>();
-        QVERIFY(m_database.install());
-    }
-    void cleanup()
-    {
-        QVERIFY2(env->ui().messages().isEmpty(), qPrintable(env->ui().texts().join('|')));
-        env.reset();
-    }
 
     void eachForm_data()
     {
@@ -85,7 +83,8 @@ private slots:
         // clang-format off
         QTest::newRow("month and year apart") << own << "-" << o976;
         QTest::newRow("period with its year") << parameters("F976", "01-2010", "") << "-" << o976;
-        QTest::newRow("older spelling") << QString(own).replace("Padron=", "Padrón N° ") << "-" << o976;
+        QTest::newRow("older spelling")
+            << QString(own).replace("Padron=", "Padrón N° ") << "-" << o976;
         QTest::newRow("Verdadero") << QString(own).replace("=Falso", "=Verdadero") << "-" << r976;
         QTest::newRow("True") << QString(own).replace("=Falso", "=True") << "-" << r976;
         QTest::newRow("False") << QString(own).replace("=Falso", "=False") << "-" << o976;
@@ -96,16 +95,21 @@ private slots:
             << "-" << "1@O@1@@20100000000012345@0008@0012-0001@0076@0000000000001@@";
         // The annexes of retentions (0089) and perceptions (0090) suffered
         // declare under the concept of the premises' regime.
-        QTest::newRow("F977, regime 0") << kOtherPremises + "F977;" << "0" << other.arg("0012-0008@0089");
-        QTest::newRow("F977, regime 1") << kOtherPremises + "F977;" << "1" << other.arg("0011-0008@0089");
-        QTest::newRow("F978, regime 1") << kOtherPremises + "F978;" << "1" << other.arg("0011-0009@0090");
-        QTest::newRow("F977, regime 3") << kOtherPremises + "F977;" << "3" << other.arg("-0008@0089");
-        QTest::newRow("F978, no premises") << kOtherPremises + "F978;" << "-" << other.arg("-0009@0090");
-        QTest::newRow("F976, regime 1") << kOtherPremises + "F976;" << "1" << other.arg("0012-0001@0076");
-        QTest::newRow("F987, regime 2") << kOtherPremises + "F987;" << "2" << other.arg("0024-0011@0087");
-        QTest::newRow("F977, regime 2") << kOtherPremises + "F977;" << "2" << "";
-        QTest::newRow("F978, regime 2") << kOtherPremises + "F978;" << "2" << "";
         // clang-format on
+        auto premises = [&](const char* name, const char* form, const char* regimen,
+                            const char* codes) {
+            QTest::newRow(name) << kOtherPremises + form + ";" << regimen
+                                << (*codes ? other.arg(codes) : QString());
+        };
+        premises("F977, regime 0", "F977", "0", "0012-0008@0089");
+        premises("F977, regime 1", "F977", "1", "0011-0008@0089");
+        premises("F978, regime 1", "F978", "1", "0011-0009@0090");
+        premises("F977, regime 3", "F977", "3", "-0008@0089");
+        premises("F978, no premises", "F978", "-", "-0009@0090");
+        premises("F976, regime 1", "F976", "1", "0012-0001@0076");
+        premises("F987, regime 2", "F987", "2", "0024-0011@0087");
+        premises("F977, regime 2", "F977", "2", "");
+        premises("F978, regime 2", "F978", "2", "");
     }
     void envelope()
     {
@@ -152,13 +156,12 @@ private slots:
         QTest::addColumn<QString>("form");
         QTest::addColumn<QString>("record3");
         QTest::addColumn<bool>("details");
+        // clang-format off
         QTest::newRow("F976") << "F976" << QString() << true;
-        QTest::newRow("F2001") << "F2001"
-                               << "3@" + QString(17, '@') << true;
-        QTest::newRow("F977") << "F977"
-                              << "3@" + QString(8, '@') << false;
-        QTest::newRow("F986") << "F986"
-                              << "3@" + QString(7, '@') << false;
+        QTest::newRow("F2001") << "F2001" << "3@" + QString(17, '@') << true;
+        QTest::newRow("F977") << "F977" << "3@" + QString(8, '@') << false;
+        QTest::newRow("F986") << "F986" << "3@" + QString(7, '@') << false;
+        // clang-format on
     }
     void periodWithItsYear()
     {
@@ -180,10 +183,10 @@ private slots:
         QTest::addColumn<QString>("form");
         QTest::addColumn<QString>("collected");
         QTest::addColumn<bool>("listed");
-        QTest::newRow("F986") << "F986"
-                              << "ImpPercibidoF985" << true;
-        QTest::newRow("F988") << "F988"
-                              << "ImpPercibidoF987" << false;
+        // clang-format off
+        QTest::newRow("F986") << "F986" << "ImpPercibidoF985" << true;
+        QTest::newRow("F988") << "F988" << "ImpPercibidoF987" << false;
+        // clang-format on
     }
     void agentsAskTheirTableAgain()
     {

@@ -4,7 +4,9 @@
 #include <QProcess>
 #include <QStandardPaths>
 
+#include "Db.h"
 #include "OutputFixture.h"
+#include "Seed.h"
 #include "output/ReportPrinter.h"
 
 // The declarations of January 2010 of the submission tests, with the
@@ -13,36 +15,20 @@ namespace PrintingFixture {
 
 using namespace OutputFixture;
 
+// The fixture's signer and its taxpayer, the premises marked as principal.
 inline bool loadTaxpayer()
 {
-    return gAccess().Execute("UPDATE tPadronesComerciales SET Suscriptor = 'PEREZ JUAN CARLOS', "
-                             "Caracter = 'Presidente', Principal = 'S'") &&
-           gAccess().Execute("INSERT INTO Contribuyentes (idContribuyente, ApellidoNombre, Cuit) "
-                             "VALUES (1, 'PEREZ JUAN', '20-12345678-6')");
+    Db::exec("UPDATE tPadronesComerciales SET Suscriptor = 'PEREZ JUAN CARLOS', "
+             "Caracter = 'Presidente', Principal = 'S'");
+    Seed::AddTaxpayer(1, "PEREZ JUAN", "20-12345678-6");
+    return true;
 }
 
-class Database
+// The database of the printing tests, built once.
+class Database : public FixtureDatabase
 {
 public:
-    bool build()
-    {
-        TestEnv env;
-        env.createDatabase();
-        if (!loadDeclarations() || !loadTaxpayer())
-            return false;
-        CloseDatabase();
-        QFile file(DatabasePath());
-        m_bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-        return !m_bytes.isEmpty();
-    }
-    bool install() const
-    {
-        QFile file(DatabasePath());
-        return file.open(QIODevice::WriteOnly) && file.write(m_bytes) == m_bytes.size();
-    }
-
-private:
-    QByteArray m_bytes;
+    bool build() { return FixtureDatabase::build(true, loadTaxpayer); }
 };
 
 // The text of a PDF as pdftotext reads it; a null text when the tool is
@@ -61,9 +47,9 @@ inline QString pdfText(const QString& path)
 // Adds detail lines 1..count to the F987 rectification of the fixture.
 inline void addF987Lines(int count)
 {
-    gAccess().Execute("DELETE * FROM F987_Detalle");
+    Db::exec("DELETE * FROM F987_Detalle");
     for (int i = 1; i <= count; ++i) {
-        gAccess().Execute(
+        Db::exec(
             QString("INSERT INTO F987_Detalle (Codigo, FechaRectificativa, CodigoDetalle, Fecha, "
                     "TipoComprobante, NroComprobante, Denominacion, Cuit, Padron, "
                     "ImportePercibido, ctrl) VALUES ('%1R', '25-02-2010', '%2', '12-01-2010', "

@@ -24,13 +24,10 @@ bool zipIsSound(const QString& path)
 
 // The generate dialog driven as a person does: the destination, the copies,
 // "Aceptar", and what lands in the folder and on paper.
-class TstGenerarDisco : public QObject
+class TstGenerarDisco : public EnvTest
 {
     Q_OBJECT
-
-private:
     Database m_db;
-    std::unique_ptr<TestEnv> m_env;
     PdfFolderPrinter m_printer;
     QString m_destino;
 
@@ -49,6 +46,20 @@ private:
         return QDir(m_destino).entryList({"*.DJ"}, QDir::Files, QDir::Name);
     }
 
+    void seed() override
+    {
+        QVERIFY(m_db.install());
+        m_destino = env->path("destino");
+        QDir().mkpath(m_destino);
+        m_printer.clear();
+        m_printer.setFolder(env->path("reportes"));
+        SetReportPrinter(&m_printer);
+    }
+    void tearDown() override { SetReportPrinter(nullptr); }
+
+public:
+    TstGenerarDisco() : EnvTest(false) {}
+
 private slots:
     void initTestCase()
     {
@@ -57,64 +68,21 @@ private slots:
         QVERIFY(m_db.build());
     }
 
-    void init()
-    {
-        m_env = std::make_unique<TestEnv>();
-        QVERIFY(m_db.install());
-        m_destino = m_env->path("destino");
-        QDir().mkpath(m_destino);
-        m_printer.clear();
-        m_printer.setFolder(m_env->path("reportes"));
-        SetReportPrinter(&m_printer);
-    }
-
-    void cleanup()
-    {
-        SetReportPrinter(nullptr);
-        CloseDatabase();
-        m_env.reset();
-    }
-
-    void nombreMes_data()
-    {
-        QTest::addColumn<QString>("code");
-        QTest::addColumn<QString>("name");
-        QTest::newRow("01") << "01"
-                            << "Enero";
-        QTest::newRow("09") << "09"
-                            << "Septiembre";
-        QTest::newRow("12") << "12"
-                            << "Diciembre";
-        QTest::newRow("13") << "13"
-                            << "";
-        QTest::newRow("1") << "1"
-                           << "";
-        QTest::newRow("empty") << ""
-                               << "";
-    }
-
-    void nombreMes()
-    {
-        QFETCH(QString, code);
-        QFETCH(QString, name);
-        QCOMPARE(GenerarDisco::NombreMes(code), name);
-    }
-
     void nombreArchivo_data()
     {
         QTest::addColumn<QString>("destino");
         QTest::addColumn<QString>("parametros");
         QTest::addColumn<QString>("expected");
+        // clang-format off
         QTest::newRow("F976") << "/d" << parameters("F976") << "/d/09760110.DJ";
         QTest::newRow("F2001") << "/d" << parameters("F2001") << "/d/20010110.DJ";
-        QTest::newRow("F988 mm-yyyy")
-            << "/d/" << parameters("F988", "01-2010", "") << "/d/09880110.DJ";
-        QTest::newRow("lower case form") << "/d"
-                                         << "Formulario=f985;Periodo=3;Anio=2021;"
-                                         << "/d/09850321.DJ";
+        QTest::newRow("F988 mm-yyyy") << "/d/" << parameters("F988", "01-2010", "")
+            << "/d/09880110.DJ";
+        QTest::newRow("lower case form") << "/d" << "Formulario=f985;Periodo=3;Anio=2021;"
+            << "/d/09850321.DJ";
         QTest::newRow("empty destination") << "" << parameters("F977") << "/09770110.DJ";
+        // clang-format on
     }
-
     void nombreArchivo()
     {
         QFETCH(QString, destino);
@@ -128,7 +96,6 @@ private slots:
         GenerarDisco w;
         w.Parametros = parameters("F2001");
         w.load();
-        QCOMPARE(w.caption(), QString("Generación de Disco"));
         QCOMPARE(w["lblRotuloTitulo"].text(), QString("Generación del Formulario F2001"));
         QCOMPARE(w["txtDestino"].text(), QDir::homePath());
         QCOMPARE(w["txtCantidadImpresiones"].text(), QString("1"));
@@ -148,10 +115,9 @@ private slots:
         QVERIFY(zipIsSound(m_destino + "/09770110.DJ"));
         QCOMPARE(m_printer.files().size(), 2);   // two runs of the annex
         QCOMPARE(m_printer.printed().size(), 4); // each of two copies
-        QCOMPARE(m_env->ui().lastText(), kDone);
-        QCOMPARE(m_env->ui().messages().last().title, QString("Atención !"));
+        QCOMPARE(env->ui().lastText(), kDone);
+        QCOMPARE(env->ui().messages().last().title, QString("Atención !"));
         QVERIFY(!w.isLoaded());
-        VERIFY_UI_CLEAN(*m_env);
     }
 
     // A period: every form gets its own file; no copies asked, no paper.
@@ -167,48 +133,46 @@ private slots:
             QVERIFY(zipIsSound(m_destino + "/" + file));
         QVERIFY(m_printer.files().isEmpty());
         QCOMPARE(w.Parametros, parameters("F986"));
-        QCOMPARE(m_env->ui().lastText(), kDone);
+        QCOMPARE(env->ui().lastText(), kDone);
     }
 
-    // A destination that cannot be written stops the run with the writer's
-    // message; the dialog stays for another destination.
-    void unwritableDestination()
+    // A run that cannot be made stops with its message, nothing delivered nor
+    // printed, and the dialog stays for another try: a destination that
+    // cannot be written, no archiver (the person is told instead of the
+    // success message), copies that are no number.
+    void refusedRunKeepsTheDialog_data()
     {
+        QTest::addColumn<QString>("destino");
+        QTest::addColumn<QByteArray>("path");
+        QTest::addColumn<QString>("copies");
+        QTest::addColumn<QString>("said");
+        // clang-format off
+        QTest::newRow("unwritable destination") << "no-existe" << QByteArray() << "1" << QString();
+        QTest::newRow("no archiver") << QString() << QByteArray("/nonexistent") << "1" << "7za";
+        QTest::newRow("copies not a number") << QString() << QByteArray() << "dos" << "número";
+        // clang-format on
+    }
+    void refusedRunKeepsTheDialog()
+    {
+        QFETCH(QString, destino);
+        QFETCH(QByteArray, path);
+        QFETCH(QString, copies);
+        QFETCH(QString, said);
+        const QByteArray pathBefore = qgetenv("PATH");
+        if (!path.isEmpty())
+            qputenv("PATH", path);
         GenerarDisco w;
         open(w, parameters("F976"), false, "1");
-        Person(w).retype("txtDestino", m_env->path("no-existe"));
+        if (!destino.isEmpty())
+            Person(w).retype("txtDestino", env->path(destino));
+        w["txtCantidadImpresiones"].setText(copies);
         Person(w).click("cmdAceptar");
-        QVERIFY(m_env->ui().lastText() != kDone);
-        QVERIFY(!m_env->ui().texts().contains(kDone));
-        QVERIFY(m_printer.files().isEmpty());
-        QVERIFY(w.isLoaded());
-    }
-
-    // A failed compression leaves no file: the person is told so instead of
-    // the success message, and the dialog stays.
-    void missingArchiverIsSaid()
-    {
-        const QByteArray path = qgetenv("PATH");
-        qputenv("PATH", "/nonexistent");
-        GenerarDisco w;
-        open(w, parameters("F976"), false, "1");
-        Person(w).click("cmdAceptar");
-        qputenv("PATH", path);
+        qputenv("PATH", pathBefore);
+        QVERIFY(!env->ui().texts().isEmpty());
+        QVERIFY(!env->ui().texts().contains(kDone));
+        QVERIFY2(env->ui().lastText().contains(said), qPrintable(env->ui().lastText()));
         QVERIFY(delivered().isEmpty());
-        QVERIFY2(m_env->ui().lastText().contains("7za"), qPrintable(m_env->ui().lastText()));
-        QVERIFY(!m_env->ui().texts().contains(kDone));
         QVERIFY(m_printer.files().isEmpty());
-        QVERIFY(w.isLoaded());
-    }
-
-    void copiesNotANumber()
-    {
-        GenerarDisco w;
-        open(w, parameters("F976"), false, "");
-        w["txtCantidadImpresiones"].setText("dos");
-        Person(w).click("cmdAceptar");
-        QVERIFY(m_env->ui().lastText().contains("número"));
-        QVERIFY(delivered().isEmpty());
         QVERIFY(w.isLoaded());
     }
 
@@ -220,7 +184,7 @@ private slots:
         Person(w).click("cmdVistaPrevia");
         QCOMPARE(m_printer.previewed().size(), 1);
         QVERIFY(m_printer.printed().isEmpty());
-        QVERIFY(m_env->ui().messages().isEmpty());
+        QVERIFY(env->ui().messages().isEmpty());
         QVERIFY(w.isLoaded());
     }
 
@@ -228,10 +192,10 @@ private slots:
     {
         GenerarDisco w;
         open(w, parameters("F976"), false, "1");
-        m_env->ui().setFolder(m_env->path("elegida"));
+        env->ui().setFolder(env->path("elegida"));
         Person(w).click("cmdBuscarDestino");
-        QCOMPARE(w["txtDestino"].text(), m_env->path("elegida"));
-        m_env->ui().setFolder("");
+        QCOMPARE(w["txtDestino"].text(), env->path("elegida"));
+        env->ui().setFolder("");
         Person(w).click("cmdBuscarDestino");
         QCOMPARE(w["txtDestino"].text(), GenerarDisco::DestinoPorDefecto());
     }

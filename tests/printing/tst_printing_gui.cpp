@@ -5,9 +5,10 @@
 #include <QTimer>
 #include <QtTest>
 
-#include "PrintingFixture.h"
 #include <QLineEdit>
 #include <QSpinBox>
+
+#include "PrintingFixture.h"
 
 #include "frame/view/QtUi.h"
 #include "frame/view/ViewRegistry.h"
@@ -26,14 +27,6 @@ QDialog* openDialog(const QString& name)
             dialog && dialog->objectName() == name && dialog->isVisible())
             return dialog;
     return nullptr;
-}
-
-// MORVEL_PRINTING_KEEP names a folder where the screenshots are kept.
-void keep(QWidget* widget, const QString& name)
-{
-    const QString folder = qEnvironmentVariable("MORVEL_PRINTING_KEEP");
-    if (!folder.isEmpty() && widget)
-        widget->grab().save(folder + "/" + name + ".png");
 }
 
 } // namespace
@@ -64,14 +57,16 @@ private slots:
         QStringList buttons;
         QTimer::singleShot(0, [&] {
             QDialog* dialog = openDialog("VistaPrevia");
-            if (!dialog)
+            if (!dialog) { // whatever came instead is closed: the test never waits
+                if (auto* other = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
+                    other->reject();
                 return;
+            }
             pages = 0;
             for (QLabel* label : dialog->findChildren<QLabel*>())
                 pages += label->pixmap().isNull() ? 0 : 1;
             for (QPushButton* button : dialog->findChildren<QPushButton*>())
                 buttons << button->text();
-            keep(dialog, "VistaPrevia");
             dialog->reject();
         });
         printer.preview(ReportDriver::Prepare(parameters("F987")));
@@ -101,10 +96,8 @@ private slots:
         upDown->stepUp();
         QApplication::processEvents();
         QCOMPARE(w["txtCantidadImpresiones"].text(), QString("3"));
-        QCOMPARE(view->windowTitle(), QString("Generación de Disco"));
         QCOMPARE(view->findChild<QLabel*>("lblRotuloTitulo")->text(),
                  QString("Generación del Formulario F976"));
-        keep(view, "GenerarDisco");
         w.unload();
         CloseDatabase();
     }

@@ -3,12 +3,12 @@
 #include <QStringList>
 
 #include "Controller.h"
-#include "Globals.h"
+#include "Db.h"
 #include "Person.h"
-#include "ZoAccess.h"
+#include "Seed.h"
 
-// Rows of the registry tables put in place and read back by the registry
-// tests, and the way a person fills in a premises.
+// Taxpayers and premises as the registry stores them, and the way a person
+// fills in a premises.
 namespace Reg {
 
 // Two right CUITs (weights 5 4 3 2 7 6 5 4 3 2 1, sum a multiple of 11).
@@ -23,55 +23,18 @@ inline const QString kBovinoName = QStringLiteral("Matanza de ganado bovino");
 inline const QString kFiambres = QStringLiteral("101040");
 inline const QString kFiambresName = QStringLiteral("Fabricación de fiambres y embutidos");
 
-// Each row of the statement, its cells joined by "|", Null shown as <null>.
-inline QStringList rows(const QString& sql)
-{
-    QStringList out;
-    RecordsetPtr rs = gAccess().FillRecordSet(sql);
-    for (; rs && !rs->EOF_(); rs->MoveNext()) {
-        QStringList cells;
-        for (int i = 0; i < rs->FieldCount(); ++i)
-            cells << (rs->IsNull(i) ? QStringLiteral("<null>") : rs->Text(i));
-        out << cells.join(u'|');
-    }
-    return out;
-}
-
-inline int count(const QString& table, const QString& where = QString())
-{
-    return gAccess().GetInteger("SELECT COUNT(*) FROM " + table +
-                                (where.isEmpty() ? QString() : " WHERE " + where));
-}
-
-inline void insertTaxpayer(int id, const QString& name, const QString& maskedCuit)
-{
-    gAccess().Execute(QString("INSERT INTO Contribuyentes (idContribuyente, ApellidoNombre, Cuit) "
-                              "VALUES (%1, '%2', '%3')")
-                          .arg(id)
-                          .arg(name, maskedCuit));
-}
-
-// A stored premises with its principal activity; no fantasy name is Null.
+// A stored premises, as given, with its principal activity; no fantasy name
+// is Null.
 inline void insertPremises(const QString& cuit, const QString& padron, const QString& objeto,
                            const QString& fantasia, bool principal = false)
 {
-    gAccess().Execute(
-        QString("INSERT INTO tPadronesComerciales (idContribuyente, cuit, padron, objeto, grupo, "
-                "razon_social, nombre_fantasia, percepcion, retencion, regimen, cp, Principal) "
-                "VALUES (1, '%1', '%2', '%3', 'A', 'RAZON', %4, '0', '0', '0', '9180', %5)")
-            .arg(cuit, padron, objeto, fantasia.isEmpty() ? "NULL" : "'" + fantasia + "'",
-                 principal ? "'X'" : "NULL"));
-    gAccess().Execute(QString("INSERT INTO Actividades_x_padrones (cuit, padron, objeto, ActP, "
-                              "ActP_Desc) VALUES ('%1', '%2', '%3', '%4', '%5')")
-                          .arg(cuit, padron, objeto, kBovino, kBovinoName));
-}
-
-inline void insertDeclaration(const QString& padron, const QString& objeto)
-{
-    gAccess().Execute(QString("INSERT INTO TPadrones_Formularios (Padron, Objeto, Periodo, "
-                              "idFormulario, Rectificativa, FechaRectificativa, ctrl) VALUES "
-                              "('%1', '%2', '2024-03', 'F976', 'False', '0', '0')")
-                          .arg(padron, objeto));
+    Seed::AddPremises(padron, objeto,
+                      {"idContribuyente=1", "cuit=" + cuit, "padron=" + padron, "objeto=" + objeto,
+                       "grupo=A", "cp=9180",
+                       "nombre_fantasia=" + (fantasia.isEmpty() ? "<null>" : fantasia),
+                       "Principal=" + QString(principal ? "X" : "<null>")});
+    Db::insert("Actividades_x_padrones", {"cuit=" + cuit, "padron=" + padron, "objeto=" + objeto,
+                                          "ActP=" + kBovino, "ActP_Desc=" + kBovinoName});
 }
 
 // What a person types into the premises dialog.

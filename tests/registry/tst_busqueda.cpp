@@ -28,29 +28,19 @@ QString premisesSql(const QString& padron)
 
 // The pick-list of activities: what it lists, how typing narrows it, and what
 // each way of closing hands back.
-class TstBusqueda : public QObject
+class TstBusqueda : public EnvTest
 {
     Q_OBJECT
-    std::unique_ptr<TestEnv> env;
-
 private slots:
-    void init()
-    {
-        env = std::make_unique<TestEnv>();
-        env->createDatabase();
-    }
-    void cleanup() { env.reset(); }
-
     void listsTheQueryAndCountsIt()
     {
         Busqueda w;
         w.SelectCommandText = kAll;
         w.load();
-        const int total = Reg::count("tActividades");
+        const int total = Db::count("tActividades");
         QVERIFY(total > 100);
         QCOMPARE(w["lstRegistros"].listCount(), total);
         QCOMPARE(w["StatusBar"].text(), "Total reg.: " + QString::number(total));
-        QCOMPARE(w.caption(), QString("Búsqueda"));
         // ordered by name, the code behind each entry
         QVERIFY(entries(w).contains(Reg::kBovino + " " + Reg::kBovinoName));
         QVERIFY(w["lstRegistros"].itemText(0) < w["lstRegistros"].itemText(1));
@@ -81,10 +71,10 @@ private slots:
         // only loading writes the count
         QCOMPARE(w["StatusBar"].text(), total);
         // a quote typed into the search breaks no statement
-        QVERIFY(QDir(env->dataPath()).entryList({"Errores_*"}).isEmpty());
+        QVERIFY(!ErrorsLogged());
         // erasing the text brings every activity back
         Person(w).retype("txtBuscar", "");
-        QCOMPARE(w["lstRegistros"].listCount(), Reg::count("tActividades"));
+        QCOMPARE(w["lstRegistros"].listCount(), Db::count("tActividades"));
     }
 
     void premisesMode_data()
@@ -103,14 +93,11 @@ private slots:
         QFETCH(QString, form);
         QFETCH(QStringList, expected);
         // an empty description and a repeated one are left out
-        gAccess().Execute(
-            "INSERT INTO Actividades_x_padrones (cuit, padron, objeto, ActP, ActP_Desc, "
-            "Act1, Act1_Desc, Act2, Act2_Desc, Act3, Act3_Desc, Act4, Act4_Desc, Act5, "
-            "Act5_Desc) VALUES ('" +
-            Reg::kCuit +
-            "', '0000000000007', '0000000000001', "
-            "'101011', 'VENTA', '101040', 'SERVICIOS', '', '', '101011', 'VENTA', "
-            "'452101', 'LAVADO', NULL, NULL)");
+        Db::insert("Actividades_x_padrones",
+                   {"cuit=" + Reg::kCuit, "padron=0000000000007", "objeto=0000000000001",
+                    "ActP=101011", "ActP_Desc=VENTA", "Act1=101040", "Act1_Desc=SERVICIOS",
+                    "Act2=", "Act2_Desc=", "Act3=101011", "Act3_Desc=VENTA", "Act4=452101",
+                    "Act4_Desc=LAVADO"});
         Busqueda w;
         w.SelectCommandText = premisesSql("0000000000007");
         w.NombreFormulario = form;
@@ -122,42 +109,19 @@ private slots:
         QCOMPARE(entries(w), QStringList{Reg::kBovino + " " + Reg::kBovinoName});
     }
 
-    void arrowsCarryTheFocusToTheList_data()
-    {
-        QTest::addColumn<int>("key");
-        QTest::newRow("down") << int(KeyCode::Down);
-        QTest::newRow("up") << int(KeyCode::Up);
-    }
-    void arrowsCarryTheFocusToTheList()
-    {
-        QFETCH(int, key);
-        Busqueda w;
-        w.SelectCommandText = kAll;
-        Person p(w);
-        p.type("txtBuscar", "fiambres");
-        p.key("txtBuscar", key);
-        QCOMPARE(w.focused(), QString("lstRegistros"));
-        QCOMPARE(w["txtBuscar"].text(), QString("fiambres"));
-        p.choose("lstRegistros", 0);
-        QCOMPARE(w["StatusBar"].text(), "Código: " + Reg::kFiambres);
-    }
-
     void closing_data()
     {
         QTest::addColumn<QString>("how");
         QTest::addColumn<bool>("select");
         QTest::addColumn<QString>("id");
         QTest::addColumn<QString>("description");
-        QTest::newRow("enter") << "enter" << true << Reg::kFiambres << Reg::kFiambresName;
-        QTest::newRow("double click") << "dblclick" << true << Reg::kFiambres << Reg::kFiambresName;
-        QTest::newRow("close box copies too")
-            << "box" << true << Reg::kFiambres << Reg::kFiambresName;
-        QTest::newRow("escape keeps them empty") << "escape" << true << ""
-                                                 << "";
-        QTest::newRow("nothing selected") << "box" << false << ""
-                                          << "";
-        QTest::newRow("enter, nothing selected") << "enter" << false << ""
-                                                 << "";
+        const QString id = Reg::kFiambres, name = Reg::kFiambresName;
+        QTest::newRow("enter") << "enter" << true << id << name;
+        QTest::newRow("double click") << "dblclick" << true << id << name;
+        QTest::newRow("close box copies too") << "box" << true << id << name;
+        QTest::newRow("escape keeps them empty") << "escape" << true << QString() << QString();
+        QTest::newRow("nothing selected") << "box" << false << QString() << QString();
+        QTest::newRow("enter, nothing selected") << "enter" << false << QString() << QString();
     }
     void closing()
     {

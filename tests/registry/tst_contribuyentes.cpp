@@ -39,15 +39,14 @@ QStringList messagesWithTitles(const ScriptedUi& ui)
 // The taxpayer dialog driven as a person does, with the premises dialog
 // scripted inside it: the CUIT notices and checks, the save, the principal
 // premises, the removals and what Cancelar cleans.
-class TstContribuyentes : public QObject
+class TstContribuyentes : public EnvTest
 {
     Q_OBJECT
-    std::unique_ptr<TestEnv> env;
 
     // A stored taxpayer with three premises, the first one principal.
     void storedTaxpayer()
     {
-        Reg::insertTaxpayer(1, "PEREZ JUAN", Reg::kCuitMasked);
+        Seed::AddTaxpayer(1, "PEREZ JUAN", Reg::kCuitMasked);
         Reg::insertPremises(Reg::kCuit, "0000000000001", "0000000000001", "CENTRAL", true);
         Reg::insertPremises(Reg::kCuit, "0000000000002", "0000000000001", "NORTE");
         Reg::insertPremises(Reg::kCuit, "0000000000003", "0000000000001", QString());
@@ -61,19 +60,9 @@ class TstContribuyentes : public QObject
     }
 
 private slots:
-    void init()
-    {
-        env = std::make_unique<TestEnv>();
-        env->createDatabase();
-    }
-    void cleanup() { env.reset(); }
-
     void newTaxpayerWithTwoPremises()
     {
         Contribuyentes w;
-        QCOMPARE(w["sstFichas"].value(), 0);
-        QCOMPARE(w.caption(), QString("Contribuyentes / Locales Comerciales"));
-        QCOMPARE(comboTexts(w), QStringList{"------------"});
         QVERIFY(!w["cmdModificar"].enabled() && !w["cmdQuitar"].enabled() &&
                 !w["cmdQuitarTodo"].enabled());
         Person p(w);
@@ -111,21 +100,20 @@ private slots:
         QVERIFY(w.Saved);
         QCOMPARE(w.Id, QString("1"));
         QCOMPARE(w.GetNombre, QString("PEREZ JUAN"));
-        QCOMPARE(Reg::rows(kTaxpayers), QStringList{"1|PEREZ JUAN|20-12345678-6"});
-        QCOMPARE(Reg::rows(kPremises),
+        QCOMPARE(Db::rows(kTaxpayers), QStringList{"1|PEREZ JUAN|20-12345678-6"});
+        QCOMPARE(Db::rows(kPremises),
                  (QStringList{"20123456786|0000000000045|0000000000002|1|0|1|X",
                               "20123456786|0000000000123|0000000000001|0|0|0|<null>"}));
-        QCOMPARE(Reg::rows("SELECT cuit, padron, ActP FROM Actividades_x_padrones ORDER BY padron"),
+        QCOMPARE(Db::rows("SELECT cuit, padron, ActP FROM Actividades_x_padrones ORDER BY padron"),
                  (QStringList{"20123456786|0000000000045|" + Reg::kFiambres,
                               "20123456786|0000000000123|" + Reg::kBovino}));
         QVERIFY(env->ui().messages().isEmpty());
-        QVERIFY(QDir(env->dataPath()).entryList({"Errores_*"}).isEmpty());
-        VERIFY_UI_CLEAN(*env);
+        QVERIFY(!ErrorsLogged());
     }
 
     void aSecondTaxpayerGetsTheNextId()
     {
-        Reg::insertTaxpayer(7, "OTRO", Reg::kOtherCuitMasked);
+        Seed::AddTaxpayer(7, "OTRO", Reg::kOtherCuitMasked);
         Contribuyentes w; // shown as the main window's "Nuevo" shows it
         w.NewRecord = true;
         env->ui().onShow("Contribuyentes", [](Controller& c) {
@@ -138,7 +126,7 @@ private slots:
         QVERIFY(w.Saved);
         QCOMPARE(w.Id, QString("8"));
         QCOMPARE(w.GetNombre, QString("ANA"));
-        QCOMPARE(Reg::rows(kTaxpayers),
+        QCOMPARE(Db::rows(kTaxpayers),
                  (QStringList{"7|OTRO|30-71234567-1", "8|ANA|20-12345678-6"}));
     }
 
@@ -148,18 +136,18 @@ private slots:
         QTest::addColumn<int>("notices");     // shown on leaving the field
         QTest::addColumn<int>("answer");      // to "desea continuar?", 0 when not asked
         QTest::addColumn<QString>("refusal"); // at Aceptar, "" when saved
+        // clang-format off
         QTest::newRow("right") << Reg::kCuit << 0 << 0 << "";
         QTest::newRow("untouched") << "" << 1 << 0 << "Debe especificar el Nº de CUIT. @Atención !";
         QTest::newRow("prefix 24, right digit: a notice, savable") << "24123456781" << 1 << 0 << "";
-        QTest::newRow("prefix 24, wrong digit: one notice")
-            << "24123456780" << 1 << int(Msg::No)
+        QTest::newRow("prefix 24, wrong digit: one notice") << "24123456780" << 1 << int(Msg::No)
             << "Número de CUIT incorrecto, desea continuar? @Atención !";
         QTest::newRow("wrong digit, Sí") << "20123456789" << 1 << int(Msg::Yes) << "";
-        QTest::newRow("wrong digit, No")
-            << "20123456789" << 1 << int(Msg::No)
+        QTest::newRow("wrong digit, No") << "20123456789" << 1 << int(Msg::No)
             << "Número de CUIT incorrecto, desea continuar? @Atención !";
         QTest::newRow("incomplete") << "2012345" << 1 << 0 << "Número de CUIT incorrecto @";
         QTest::newRow("prefix 27") << "27123456780" << 0 << 0 << "";
+        // clang-format on
     }
     void cuitNoticesAndChecks()
     {
@@ -180,10 +168,9 @@ private slots:
         if (answer)
             env->ui().answer("desea continuar?", answer);
         p.click("cmdAceptar");
-        VERIFY_UI_CLEAN(*env);
         const bool saved = refusal.isEmpty() || answer == Msg::Yes;
         QCOMPARE(w.Saved, saved);
-        QCOMPARE(Reg::count("Contribuyentes"), saved ? 1 : 0);
+        QCOMPARE(Db::count("Contribuyentes"), saved ? 1 : 0);
         if (saved)
             return;
         QVERIFY(messagesWithTitles(env->ui()).contains(refusal.endsWith("@") ? refusal + AppTitle()
@@ -226,10 +213,10 @@ private slots:
         p.choose("cboPadronPrincipal", 1);
         p.click("cmdAceptar");
         QVERIFY(w.Saved);
-        QCOMPARE(Reg::rows("SELECT ApellidoNombre FROM Contribuyentes"),
+        QCOMPARE(Db::rows("SELECT ApellidoNombre FROM Contribuyentes"),
                  QStringList{"D'ANGELO & O'BRIEN S.A."});
         QCOMPARE(
-            Reg::rows(
+            Db::rows(
                 "SELECT calle_numero, suscriptor, caracter, Principal FROM tPadronesComerciales"),
             QStringList{"O'HIGGINS 1234|MARÍA D'ALESSIO|APODERADA 'A'|X"});
 
@@ -245,7 +232,7 @@ private slots:
         });
         Person(again).dblClick("gridLocales");
         QCOMPARE(street, QString("O'HIGGINS 1234"));
-        QVERIFY(QDir(env->dataPath()).entryList({"Errores_*"}).isEmpty());
+        QVERIFY(!ErrorsLogged());
     }
 
     void takenCuit_data()
@@ -258,7 +245,7 @@ private slots:
     {
         QFETCH(bool, storedBeforeTyping);
         if (storedBeforeTyping)
-            Reg::insertTaxpayer(1, "PRIMERO", Reg::kCuitMasked);
+            Seed::AddTaxpayer(1, "PRIMERO", Reg::kCuitMasked);
         Contribuyentes w;
         Person p(w);
         p.type("txtCuit", Reg::kCuit);
@@ -271,14 +258,14 @@ private slots:
             QCOMPARE(env->ui().texts().size(), 2);
         } else {
             p.type("txtApellidoNombre", "segundo");
-            Reg::insertTaxpayer(1, "PRIMERO", Reg::kCuitMasked);
+            Seed::AddTaxpayer(1, "PRIMERO", Reg::kCuitMasked);
             p.click("cmdAceptar");
             QCOMPARE(env->ui().texts(), QStringList{"Cuit Repetido"});
             QCOMPARE(w["txtCuit"].text(), QString("__-________-_"));
             QCOMPARE(w.focused(), QString("txtCuit"));
         }
         QVERIFY(!w.Saved);
-        QCOMPARE(Reg::rows("SELECT ApellidoNombre FROM Contribuyentes"), QStringList{"PRIMERO"});
+        QCOMPARE(Db::rows("SELECT ApellidoNombre FROM Contribuyentes"), QStringList{"PRIMERO"});
     }
 
     void editModeShowsTheStoredTaxpayer()
@@ -299,7 +286,7 @@ private slots:
         // nothing changed: Aceptar keeps the row as it was
         Person(w).click("cmdAceptar");
         QVERIFY(w.Saved);
-        QCOMPARE(Reg::rows(kTaxpayers), QStringList{"1|PEREZ JUAN|20-12345678-6"});
+        QCOMPARE(Db::rows(kTaxpayers), QStringList{"1|PEREZ JUAN|20-12345678-6"});
         QVERIFY(env->ui().messages().isEmpty());
     }
 
@@ -323,21 +310,21 @@ private slots:
         p.choose("cboPadronPrincipal", entry);
         const QString sql = "SELECT padron FROM tPadronesComerciales WHERE Principal = 'X'";
         const QStringList expected = marked.isEmpty() ? QStringList{} : QStringList{marked};
-        QCOMPARE(Reg::rows(sql), expected);
+        QCOMPARE(Db::rows(sql), expected);
         p.click("cmdCancelar");
         QVERIFY(!w.Saved);
-        QCOMPARE(Reg::rows(sql), expected); // Cancelar undoes nothing
-        QCOMPARE(Reg::count("tPadronesComerciales"), 3);
+        QCOMPARE(Db::rows(sql), expected); // Cancelar undoes nothing
+        QCOMPARE(Db::count("tPadronesComerciales"), 3);
     }
 
     void anObjetoNotThirteenLongCannotBeMarked()
     {
-        Reg::insertTaxpayer(1, "PEREZ JUAN", Reg::kCuitMasked);
+        Seed::AddTaxpayer(1, "PEREZ JUAN", Reg::kCuitMasked);
         Reg::insertPremises(Reg::kCuit, "0000000000001", "12", "VIEJO");
         Contribuyentes w;
         openStored(w);
         Person(w).choose("cboPadronPrincipal", "0000000000001/12 - VIEJO");
-        QCOMPARE(Reg::count("tPadronesComerciales", "Principal = 'X'"), 0);
+        QCOMPARE(Db::count("tPadronesComerciales", "Principal = 'X'"), 0);
     }
 
     void cancelRemovesWhatBelongsToNobody_data()
@@ -356,7 +343,7 @@ private slots:
         QFETCH(bool, closeBox);
         QFETCH(int, premisesLeft);
         // another taxpayer's premises are never touched
-        Reg::insertTaxpayer(2, "OTRO", Reg::kOtherCuitMasked);
+        Seed::AddTaxpayer(2, "OTRO", Reg::kOtherCuitMasked);
         Reg::insertPremises(Reg::kOtherCuit, "0000000000077", "0000000000001", "AJENO");
         if (stored)
             storedTaxpayer();
@@ -368,7 +355,7 @@ private slots:
         p.type("txtApellidoNombre", "perez");
         nextPremises(env->ui(), {.padron = "500", .objeto = "1"});
         p.click("cmdAgregar");
-        QCOMPARE(Reg::count("tPadronesComerciales", "cuit = '" + Reg::kCuit + "'"), stored ? 4 : 1);
+        QCOMPARE(Db::count("tPadronesComerciales", "cuit = '" + Reg::kCuit + "'"), stored ? 4 : 1);
         if (closeBox)
             QVERIFY(p.closeWindow());
         else
@@ -376,10 +363,10 @@ private slots:
         QVERIFY(!w.isLoaded());
         QVERIFY(!w.Saved);
         QCOMPARE(w.GetNombre, stored ? QString("PEREZ JUAN") : QString("PEREZ"));
-        QCOMPARE(Reg::count("tPadronesComerciales", "cuit = '" + Reg::kCuit + "'"), premisesLeft);
-        QCOMPARE(Reg::count("Actividades_x_padrones", "cuit = '" + Reg::kCuit + "'"), premisesLeft);
-        QCOMPARE(Reg::count("tPadronesComerciales", "cuit = '" + Reg::kOtherCuit + "'"), 1);
-        QCOMPARE(Reg::count("Contribuyentes"), stored ? 2 : 1);
+        QCOMPARE(Db::count("tPadronesComerciales", "cuit = '" + Reg::kCuit + "'"), premisesLeft);
+        QCOMPARE(Db::count("Actividades_x_padrones", "cuit = '" + Reg::kCuit + "'"), premisesLeft);
+        QCOMPARE(Db::count("tPadronesComerciales", "cuit = '" + Reg::kOtherCuit + "'"), 1);
+        QCOMPARE(Db::count("Contribuyentes"), stored ? 2 : 1);
     }
 
     void removingPremises_data()
@@ -392,22 +379,19 @@ private slots:
         const QString one = "Desea eliminar el Local Comercial?";
         const QString all = "Desea eliminar todos los Locales Comerciales?";
         const QString refused = "No puede eliminar un padrón que posea formularios cargados";
+        // clang-format off
         QTest::newRow("Quitar") << "cmdQuitar" << 1 << int(Msg::Yes)
-                                << QStringList{"0000000000001", "0000000000003"}
-                                << QStringList{one};
-        QTest::newRow("Quitar, No")
-            << "cmdQuitar" << 1 << int(Msg::No)
+            << QStringList{"0000000000001", "0000000000003"} << QStringList{one};
+        QTest::newRow("Quitar, No") << "cmdQuitar" << 1 << int(Msg::No)
             << QStringList{"0000000000001", "0000000000002", "0000000000003"} << QStringList{one};
-        QTest::newRow("Quitar one with declarations")
-            << "cmdQuitar" << 0 << int(Msg::Yes)
+        QTest::newRow("Quitar one with declarations") << "cmdQuitar" << 0 << int(Msg::Yes)
             << QStringList{"0000000000001", "0000000000002", "0000000000003"}
             << QStringList{one, refused};
-        QTest::newRow("QuitarTodo passes over it silently")
-            << "cmdQuitarTodo" << 0 << int(Msg::Yes) << QStringList{"0000000000001"}
-            << QStringList{all};
-        QTest::newRow("QuitarTodo, No")
-            << "cmdQuitarTodo" << 0 << int(Msg::No)
+        QTest::newRow("QuitarTodo passes over it silently") << "cmdQuitarTodo" << 0 << int(Msg::Yes)
+            << QStringList{"0000000000001"} << QStringList{all};
+        QTest::newRow("QuitarTodo, No") << "cmdQuitarTodo" << 0 << int(Msg::No)
             << QStringList{"0000000000001", "0000000000002", "0000000000003"} << QStringList{all};
+        // clang-format on
     }
     void removingPremises()
     {
@@ -417,20 +401,19 @@ private slots:
         QFETCH(QStringList, left);
         QFETCH(QStringList, texts);
         storedTaxpayer();
-        Reg::insertDeclaration("0000000000001", "0000000000001");
+        Seed::AddDeclaration({"F976", "03-2024"});
         Contribuyentes w;
         openStored(w);
         Person p(w);
         p.clickRow("gridLocales", row);
         env->ui().answer("Desea eliminar", answer);
         p.click(button);
-        VERIFY_UI_CLEAN(*env);
         QCOMPARE(env->ui().texts(), texts);
-        QCOMPARE(Reg::rows("SELECT padron FROM tPadronesComerciales ORDER BY padron"), left);
+        QCOMPARE(Db::rows("SELECT padron FROM tPadronesComerciales ORDER BY padron"), left);
         QCOMPARE(w["gridLocales"].rowCount(), left.size());
         QCOMPARE(w["cboPadronPrincipal"].listCount(), left.size() + 1);
         // the activities of a removed premises stay
-        QCOMPARE(Reg::count("Actividades_x_padrones"), 3);
+        QCOMPARE(Db::count("Actividades_x_padrones"), 3);
     }
 
     void modifyingPremisesRefreshesTheGrid()
@@ -465,10 +448,8 @@ private slots:
         QTest::addColumn<QString>("cuit");
         QTest::addColumn<QString>("name");
         QTest::addColumn<bool>("opens");
-        QTest::newRow("neither") << ""
-                                 << "" << false;
-        QTest::newRow("name only") << ""
-                                   << "perez" << false;
+        QTest::newRow("neither") << QString() << QString() << false;
+        QTest::newRow("name only") << QString() << "perez" << false;
         QTest::newRow("both") << Reg::kCuit << "perez" << true;
     }
     void addingNeedsCuitAndName()

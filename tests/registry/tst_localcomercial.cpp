@@ -33,11 +33,12 @@ void searchAnswers(ScriptedUi& ui, const QString& typed, bool choose = true)
 // The premises dialog driven as a person does: key rules, padding, the
 // duplicate pair, the regime boxes, the activity lookups and their repeat
 // test, the validation in its order, and what is stored.
-class TstLocalComercial : public QObject
+class TstLocalComercial : public EnvTest
 {
     Q_OBJECT
-    std::unique_ptr<TestEnv> env;
     std::unique_ptr<frmLocalComercial> w;
+
+    void tearDown() override { w.reset(); }
 
     frmLocalComercial& newDialog()
     {
@@ -73,24 +74,9 @@ class TstLocalComercial : public QObject
     }
 
 private slots:
-    void init()
-    {
-        env = std::make_unique<TestEnv>();
-        env->createDatabase();
-    }
-    void cleanup()
-    {
-        w.reset();
-        env.reset();
-    }
-
     void newPremisesIsStoredAsTyped()
     {
         frmLocalComercial& d = newDialog();
-        QCOMPARE(d.caption(), QString("Local Comercial"));
-        QCOMPARE(d["txtCP"].text(), QString("9180"));
-        QCOMPARE(d["txtLocalidadDepartamento"].text(), QString("VALDO - CAPITAL"));
-        QCOMPARE(d["SSTabLocalesComerciales"].value(), 0);
         Person p(d);
         p.type("txtCategoria", "3");
         p.type("txtIdSecundaria1", Reg::kFiambres);
@@ -103,16 +89,16 @@ private slots:
                              .percepcion = true,
                              .calle = "o'higgins 1234"});
         QVERIFY(!d.isLoaded());
-        QCOMPARE(Reg::rows(kStored),
+        QCOMPARE(Db::rows(kStored),
                  QStringList{"1|20123456786|0000000000123|0000000000045|C|3|COMERCIAL SUR|EL SOL|"
                              "1|0|0|JUAN PEREZ|TITULAR|O'HIGGINS 1234|VALDO - CAPITAL|9180"});
-        QCOMPARE(Reg::rows(kActivities),
+        QCOMPARE(Db::rows(kActivities),
                  QStringList{"20123456786|0000000000123|0000000000045|" + Reg::kBovino + "|" +
                              Reg::kBovinoName + "|" + Reg::kFiambres + "|" + Reg::kFiambresName +
                              "||||||||"});
-        QVERIFY(Reg::rows("SELECT Principal FROM tPadronesComerciales") == QStringList{"<null>"});
+        QVERIFY(Db::rows("SELECT Principal FROM tPadronesComerciales") == QStringList{"<null>"});
         QVERIFY(env->ui().messages().isEmpty());
-        QVERIFY(QDir(env->dataPath()).entryList({"Errores_*"}).isEmpty());
+        QVERIFY(!ErrorsLogged());
     }
 
     void keyRules_data()
@@ -120,30 +106,17 @@ private slots:
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("typed");
         QTest::addColumn<QString>("shown");
-        QTest::newRow("padrón: digits") << "txtPadron"
-                                        << "12a.3-4"
-                                        << "1234";
-        QTest::newRow("padrón: thirteen at most") << "txtPadron"
-                                                  << "12345678901234567"
-                                                  << "1234567890123";
-        QTest::newRow("activity code: six digits") << "txtIdSecundaria2"
-                                                   << "45 1,1234"
-                                                   << "451123";
-        QTest::newRow("category: 1 to 7") << "txtCategoria"
-                                          << "0890a7"
-                                          << "7";
-        QTest::newRow("postal code: capitals and digits") << "txtCP"
-                                                          << "b1900-ñ"
-                                                          << "B1900Ñ";
-        QTest::newRow("razón social: no signs") << "txtRazonSocial"
-                                                << "la o'higgins s.a."
-                                                << "LA OHIGGINS SA";
-        QTest::newRow("street: anything") << "txtCalleNumero"
-                                          << "o'higgins 12 (b)"
-                                          << "o'higgins 12 (b)";
-        QTest::newRow("description: only a lookup fills it") << "txtPrincipal"
-                                                             << "abc"
-                                                             << "";
+        auto row = [](const char* name, const char* field, const char* typed, const char* shown) {
+            QTest::newRow(name) << field << typed << shown;
+        };
+        row("padrón: digits", "txtPadron", "12a.3-4", "1234");
+        row("padrón: thirteen at most", "txtPadron", "12345678901234567", "1234567890123");
+        row("activity code: six digits", "txtIdSecundaria2", "45 1,1234", "451123");
+        row("category: 1 to 7", "txtCategoria", "0890a7", "7");
+        row("postal code: capitals and digits", "txtCP", "b1900-ñ", "B1900Ñ");
+        row("razón social: no signs", "txtRazonSocial", "la o'higgins s.a.", "LA OHIGGINS SA");
+        row("street: anything", "txtCalleNumero", "o'higgins 12 (b)", "o'higgins 12 (b)");
+        row("description: only a lookup fills it", "txtPrincipal", "abc", "");
     }
     void keyRules()
     {
@@ -238,29 +211,18 @@ private slots:
         QTest::addColumn<QStringList>("clicks");
         QTest::addColumn<QString>("boxes");  // General, PROCOM as checked
         QTest::addColumn<QString>("stored"); // regimen|percepcion|retencion
-        QTest::newRow("general") << QStringList{"chkRegimenGeneral"} << "10"
-                                 << "0|0|0";
-        QTest::newRow("procom") << QStringList{"chkRegimenProcom"} << "01"
-                                << "1|0|0";
-        QTest::newRow("procom unchecks general")
-            << QStringList{"chkRegimenGeneral", "chkRegimenProcom"} << "01"
-            << "1|0|0";
-        QTest::newRow("general unchecks procom")
-            << QStringList{"chkRegimenProcom", "chkRegimenGeneral"} << "10"
-            << "0|0|0";
-        QTest::newRow("retention agent without regime") << QStringList{"chkRetencion"} << "00"
-                                                        << "2|0|1";
-        QTest::newRow("perception agent without regime") << QStringList{"chkPercepcion"} << "00"
-                                                         << "2|1|0";
-        QTest::newRow("general and both agents")
-            << QStringList{"chkRegimenGeneral", "chkPercepcion", "chkRetencion"} << "10"
-            << "0|1|1";
-        QTest::newRow("procom and retention agent")
-            << QStringList{"chkRegimenProcom", "chkRetencion"} << "01"
-            << "1|0|1";
-        QTest::newRow("general taken back")
-            << QStringList{"chkRegimenGeneral", "chkRegimenGeneral", "chkPercepcion"} << "00"
-            << "2|1|0";
+        auto row = [](const char* name, const QStringList& clicks, const char* boxes,
+                      const char* stored) { QTest::newRow(name) << clicks << boxes << stored; };
+        const QString general = "chkRegimenGeneral", procom = "chkRegimenProcom";
+        row("general", {general}, "10", "0|0|0");
+        row("procom", {procom}, "01", "1|0|0");
+        row("procom unchecks general", {general, procom}, "01", "1|0|0");
+        row("general unchecks procom", {procom, general}, "10", "0|0|0");
+        row("retention agent without regime", {"chkRetencion"}, "00", "2|0|1");
+        row("perception agent without regime", {"chkPercepcion"}, "00", "2|1|0");
+        row("general and both agents", {general, "chkPercepcion", "chkRetencion"}, "10", "0|1|1");
+        row("procom and retention agent", {procom, "chkRetencion"}, "01", "1|0|1");
+        row("general taken back", {general, general, "chkPercepcion"}, "00", "2|1|0");
     }
     void regimeBoxes()
     {
@@ -276,7 +238,7 @@ private slots:
                      QString::number(d["chkRegimenProcom"].value()),
                  boxes);
         p.click("cmdAceptar");
-        QCOMPARE(Reg::rows("SELECT regimen, percepcion, retencion FROM tPadronesComerciales"),
+        QCOMPARE(Db::rows("SELECT regimen, percepcion, retencion FROM tPadronesComerciales"),
                  QStringList{stored});
     }
 
@@ -285,33 +247,26 @@ private slots:
         QTest::addColumn<QStringList>("blank");
         QTest::addColumn<QStringList>("answers"); // question fragment=Sí or No
         QTest::addColumn<QString>("message");     // "" when stored
-        const QString noChoice = "La selección actual no es válida.\nDebe seleccionar Régimen / "
-                                 "Agente de Percepción / Agente de Retención";
-        QTest::newRow("padrón") << QStringList{"txtPadron"} << QStringList{}
-                                << "Debe ingresar un N° de Padrón Comercial";
-        QTest::newRow("objeto") << QStringList{"txtObjeto"} << QStringList{}
-                                << "Debe ingresar un N° de Objeto";
-        QTest::newRow("grupo") << QStringList{"txtGrupo"} << QStringList{}
-                               << "Debe ingresar un Grupo";
-        QTest::newRow("razón social")
-            << QStringList{"txtRazonSocial"} << QStringList{} << "Debe ingresar una Razón Social";
-        QTest::newRow("no regime nor agent")
-            << QStringList{"chkRegimenGeneral"} << QStringList{} << noChoice;
-        QTest::newRow("grupo before the regime") << QStringList{"chkRegimenGeneral", "txtGrupo"}
-                                                 << QStringList{} << "Debe ingresar un Grupo";
-        QTest::newRow("no activity code")
-            << QStringList{"txtIdPrincipal"} << QStringList{} << "Debe ingresar una actividad";
-        QTest::newRow("no signatory, No")
-            << QStringList{"txtSuscriptor"} << QStringList{"Suscriptor=No"}
-            << "Ingrese un Suscriptor para continuar.";
-        QTest::newRow("no signatory, Sí")
-            << QStringList{"txtSuscriptor"} << QStringList{"Suscriptor=Sí"} << "";
-        QTest::newRow("no capacity, No") << QStringList{"txtCaracter"} << QStringList{"Carácter=No"}
-                                         << "Ingrese el Carácter para continuar.";
-        QTest::newRow("neither, Sí and Sí") << QStringList{"txtSuscriptor", "txtCaracter"}
-                                            << QStringList{"Suscriptor=Sí", "Carácter=Sí"} << "";
-        QTest::newRow("blank category is fine")
-            << QStringList{"txtCategoria"} << QStringList{} << "";
+        auto row = [](const char* name, const char* blank, const char* answers,
+                      const QString& message) {
+            QTest::newRow(name) << QString(blank).split(' ', Qt::SkipEmptyParts)
+                                << QString(answers).split(' ', Qt::SkipEmptyParts) << message;
+        };
+        row("padrón", "txtPadron", "", "Debe ingresar un N° de Padrón Comercial");
+        row("objeto", "txtObjeto", "", "Debe ingresar un N° de Objeto");
+        row("grupo", "txtGrupo", "", "Debe ingresar un Grupo");
+        row("razón social", "txtRazonSocial", "", "Debe ingresar una Razón Social");
+        row("no regime nor agent", "chkRegimenGeneral", "",
+            "La selección actual no es válida.\nDebe seleccionar Régimen / Agente de Percepción / "
+            "Agente de Retención");
+        row("grupo before the regime", "chkRegimenGeneral txtGrupo", "", "Debe ingresar un Grupo");
+        row("no activity code", "txtIdPrincipal", "", "Debe ingresar una actividad");
+        row("no signatory, No", "txtSuscriptor", "Suscriptor=No",
+            "Ingrese un Suscriptor para continuar.");
+        row("no signatory, Sí", "txtSuscriptor", "Suscriptor=Sí", "");
+        row("no capacity, No", "txtCaracter", "Carácter=No", "Ingrese el Carácter para continuar.");
+        row("neither, Sí and Sí", "txtSuscriptor txtCaracter", "Suscriptor=Sí Carácter=Sí", "");
+        row("blank category is fine", "txtCategoria", "", "");
     }
     void validationInOrder()
     {
@@ -331,20 +286,19 @@ private slots:
             env->ui().answer(pair[0], pair[1] == "Sí" ? Msg::Yes : Msg::No);
         }
         Person(d).click("cmdAceptar");
-        VERIFY_UI_CLEAN(*env);
         for (const ScriptedUi::Message& m : env->ui().messages())
             if (m.style & Msg::YesNo)
                 QCOMPARE(m.title, QString("Local Comercial"));
         if (message.isEmpty()) {
             QVERIFY(!d.isLoaded());
-            QCOMPARE(Reg::count("tPadronesComerciales"), 1);
+            QCOMPARE(Db::count("tPadronesComerciales"), 1);
             return;
         }
         QCOMPARE(env->ui().lastText(), message);
         QCOMPARE(env->ui().messages().last().style, int(Msg::Information));
         QVERIFY(d.isLoaded());
-        QCOMPARE(Reg::count("tPadronesComerciales"), 0);
-        QCOMPARE(Reg::count("Actividades_x_padrones"), 0);
+        QCOMPARE(Db::count("tPadronesComerciales"), 0);
+        QCOMPARE(Db::count("Actividades_x_padrones"), 0);
     }
 
     void requiredDataOnlyStoresZeros()
@@ -362,8 +316,8 @@ private slots:
         Person p(d);
         p.type("txtIdPrincipal", Reg::kBovino);
         p.click("cmdAceptar");
-        QCOMPARE(Reg::rows("SELECT nombre_fantasia, calle_numero, localidad_departamento, cp, "
-                           "categoria FROM tPadronesComerciales"),
+        QCOMPARE(Db::rows("SELECT nombre_fantasia, calle_numero, localidad_departamento, cp, "
+                          "categoria FROM tPadronesComerciales"),
                  QStringList{"0|0|0|0|"});
     }
 
@@ -375,34 +329,24 @@ private slots:
         QTest::addColumn<QString>("code");
         QTest::addColumn<QString>("description");
         QTest::addColumn<QString>("focus");
-        QTest::newRow("principal found") << "Principal" << Reg::kBovino << "" << Reg::kBovino
-                                         << Reg::kBovinoName << "cmdPrincipal";
-        QTest::newRow("read as a whole number") << "Secundaria1"
-                                                << "000011"
-                                                << ""
-                                                << "000011"
-                                                << "ACTIVIDAD ONCE"
-                                                << "cmdSecundaria1";
-        QTest::newRow("third secondary found goes to Aceptar")
-            << "Secundaria3" << Reg::kBovino << "" << Reg::kBovino << Reg::kBovinoName
-            << "cmdAceptar";
-        QTest::newRow("fifth secondary found goes to Aceptar")
-            << "Secundaria5" << Reg::kBovino << "" << Reg::kBovino << Reg::kBovinoName
-            << "cmdAceptar";
-        QTest::newRow("unknown, chosen in the search")
-            << "Principal"
-            << "999999"
-            << "fiambres" << Reg::kFiambres << Reg::kFiambresName << "cmdPrincipal";
-        QTest::newRow("unknown, search left with Escape") << "Secundaria2"
-                                                          << "999999"
-                                                          << "-"
-                                                          << ""
-                                                          << ""
-                                                          << "cmdSecundaria2";
-        QTest::newRow("third secondary back from a search")
-            << "Secundaria3"
-            << "999999"
-            << "fiambres" << Reg::kFiambres << Reg::kFiambresName << "txtIdSecundaria3";
+        auto row = [](const char* name, const char* line, const QString& typed, const char* search,
+                      const QString& code, const QString& description, const QString& focus) {
+            QTest::newRow(name) << line << typed << search << code << description << focus;
+        };
+        const QString bovino = Reg::kBovino, fiambres = Reg::kFiambres;
+        row("principal found", "Principal", bovino, "", bovino, Reg::kBovinoName, "cmdPrincipal");
+        row("read as a whole number", "Secundaria1", "000011", "", "000011", "ACTIVIDAD ONCE",
+            "cmdSecundaria1");
+        row("third secondary found goes to Aceptar", "Secundaria3", bovino, "", bovino,
+            Reg::kBovinoName, "cmdAceptar");
+        row("fifth secondary found goes to Aceptar", "Secundaria5", bovino, "", bovino,
+            Reg::kBovinoName, "cmdAceptar");
+        row("unknown, chosen in the search", "Principal", "999999", "fiambres", fiambres,
+            Reg::kFiambresName, "cmdPrincipal");
+        row("unknown, search left with Escape", "Secundaria2", "999999", "-", "", "",
+            "cmdSecundaria2");
+        row("third secondary back from a search", "Secundaria3", "999999", "fiambres", fiambres,
+            Reg::kFiambresName, "txtIdSecundaria3");
     }
     void lookupByCode()
     {
@@ -412,8 +356,7 @@ private slots:
         QFETCH(QString, code);
         QFETCH(QString, description);
         QFETCH(QString, focus);
-        gAccess().Execute(
-            "INSERT INTO tActividades (idTActividad, Nombre) VALUES (11, 'ACTIVIDAD ONCE')");
+        Db::insert("tActividades", {"idTActividad=11", "Nombre=ACTIVIDAD ONCE"});
         frmLocalComercial& d = newDialog();
         d["txt" + line].setText("BEFORE");
         if (!search.isEmpty())
@@ -435,15 +378,13 @@ private slots:
         QTest::addColumn<bool>("choose");
         QTest::addColumn<QString>("code");
         QTest::addColumn<QString>("focus");
+        const QString fiambres = Reg::kFiambres;
         QTest::newRow("principal goes to the first secondary")
-            << "Principal"
-            << "" << true << Reg::kFiambres << "txtIdSecundaria1";
+            << "Principal" << QString() << true << fiambres << "txtIdSecundaria1";
         QTest::newRow("a secondary goes to the following line")
-            << "Secundaria2"
-            << "" << true << Reg::kFiambres << "txtIdSecundaria3";
-        QTest::newRow("no choice, no code: stays") << "Secundaria4"
-                                                   << "" << false << ""
-                                                   << "cmdSecundaria4";
+            << "Secundaria2" << QString() << true << fiambres << "txtIdSecundaria3";
+        QTest::newRow("no choice, no code: stays")
+            << "Secundaria4" << QString() << false << QString() << "cmdSecundaria4";
         QTest::newRow("no choice keeps the code and moves on")
             << "Secundaria4" << Reg::kBovino << false << Reg::kBovino << "txtIdSecundaria5";
     }
@@ -504,49 +445,28 @@ private slots:
             ++shown;
         }
         QCOMPARE(shown, refusals);
-        QCOMPARE(Reg::count("tPadronesComerciales"), stored ? 1 : 0);
+        QCOMPARE(Db::count("tPadronesComerciales"), stored ? 1 : 0);
         QCOMPARE(d.isLoaded(), !stored);
     }
 
     void editLoadsTheStoredPremisesAndReplacesItsActivities()
     {
-        gAccess().Execute(
-            "INSERT INTO tPadronesComerciales (idContribuyente, cuit, padron, objeto, "
-            "grupo, categoria, razon_social, nombre_fantasia, percepcion, retencion, "
-            "regimen, suscriptor, caracter, calle_numero, localidad_departamento, cp, "
-            "Principal) VALUES (4, '" +
-            Reg::kCuit +
-            "', '0000000000123', '0000000000045', "
-            "'B', '6', 'RAZON', 'FANTASIA', '1', '0', '1', 'ANA', 'SOCIA', "
-            "'O''HIGGINS 1234', 'CAPITAL', '4000', 'X')");
-        gAccess().Execute(
-            "INSERT INTO Actividades_x_padrones (cuit, padron, objeto, ActP, ActP_Desc, "
-            "Act1, Act1_Desc, Act2, Act2_Desc) VALUES ('" +
-            Reg::kCuit +
-            "', "
-            "'0000000000123', '0000000000045', '" +
-            Reg::kBovino + "', 'BOVINO', '" + Reg::kBovino + "', 'BOVINO', '" + Reg::kFiambres +
-            "', 'FIAMBRES')");
+        Seed::AddPremises("123", "45",
+                          {"idContribuyente=4", "grupo=B", "categoria=6", "razon_social=RAZON",
+                           "nombre_fantasia=FANTASIA", "percepcion=1", "regimen=1",
+                           "suscriptor=ANA", "caracter=SOCIA", "calle_numero=O'HIGGINS 1234",
+                           "cp=4000", "Principal=X"});
+        Db::insert("Actividades_x_padrones",
+                   {"cuit=" + Reg::kCuit, "padron=0000000000123", "objeto=0000000000045",
+                    "ActP=" + Reg::kBovino, "ActP_Desc=BOVINO", "Act1=" + Reg::kBovino,
+                    "Act1_Desc=BOVINO", "Act2=" + Reg::kFiambres, "Act2_Desc=FIAMBRES"});
         frmLocalComercial& d = editDialog("0000000000123", "0000000000045");
-        const QStringList shown{"txtPadron",
-                                "txtObjeto",
-                                "txtGrupo",
-                                "txtCategoria",
-                                "txtRazonSocial",
-                                "txtNombreFantasia",
-                                "txtSuscriptor",
-                                "txtCaracter",
-                                "txtCalleNumero",
-                                "txtLocalidadDepartamento",
-                                "txtCP",
-                                "txtIdPrincipal",
-                                "txtPrincipal",
-                                "txtIdSecundaria1",
-                                "txtIdSecundaria2",
-                                "txtSecundaria2",
-                                "txtIdSecundaria3"};
         QStringList texts;
-        for (const QString& name : shown)
+        for (const char* name :
+             {"txtPadron", "txtObjeto", "txtGrupo", "txtCategoria", "txtRazonSocial",
+              "txtNombreFantasia", "txtSuscriptor", "txtCaracter", "txtCalleNumero",
+              "txtLocalidadDepartamento", "txtCP", "txtIdPrincipal", "txtPrincipal",
+              "txtIdSecundaria1", "txtIdSecundaria2", "txtSecundaria2", "txtIdSecundaria3"})
             texts << d[name].text();
         QCOMPARE(texts.join('|'), "0000000000123|0000000000045|B|6|RAZON|FANTASIA|ANA|SOCIA|"
                                   "O'HIGGINS 1234|CAPITAL|4000|" +
@@ -564,7 +484,7 @@ private slots:
         p.leave("txtIdPrincipal");
         p.click("cmdAceptar");
         QCOMPARE(env->ui().lastText(), QString("Debe ingresar una actividad"));
-        QCOMPARE(Reg::count("Actividades_x_padrones"), 1);
+        QCOMPARE(Db::count("Actividades_x_padrones"), 1);
 
         // a lookup takes every code on the screen into the repeat test
         p.type("txtIdPrincipal", Reg::kFiambres);
@@ -576,12 +496,12 @@ private slots:
         p.click("cmdAceptar");
         QVERIFY(!d.isLoaded());
         QCOMPARE(
-            Reg::rows(kStored),
+            Db::rows(kStored),
             QStringList{"4|20123456786|0000000000123|0000000000045|B|<null>|RAZON|FANTASIA|1|0|1|"
                         "ANA|SOCIA|SAN MARTÍN 55|CAPITAL|4000"});
-        QCOMPARE(Reg::rows("SELECT Principal FROM tPadronesComerciales"), QStringList{"X"});
+        QCOMPARE(Db::rows("SELECT Principal FROM tPadronesComerciales"), QStringList{"X"});
         QCOMPARE(
-            Reg::rows("SELECT ActP, Act1, Act1_Desc, Act2, Act2_Desc FROM Actividades_x_padrones"),
+            Db::rows("SELECT ActP, Act1, Act1_Desc, Act2, Act2_Desc FROM Actividades_x_padrones"),
             QStringList{Reg::kFiambres + "|" + Reg::kBovino + "|BOVINO||"});
     }
 
@@ -589,14 +509,14 @@ private slots:
     {
         // codes only loaded for an edit are not in the repeat test
         Reg::insertPremises(Reg::kCuit, "0000000000001", "0000000000001", "CENTRAL");
-        gAccess().Execute("UPDATE Actividades_x_padrones SET Act1 = ActP, Act1_Desc = ActP_Desc");
-        gAccess().Execute("UPDATE tPadronesComerciales SET suscriptor = 'A', caracter = 'B'");
+        Db::exec("UPDATE Actividades_x_padrones SET Act1 = ActP, Act1_Desc = ActP_Desc");
+        Db::exec("UPDATE tPadronesComerciales SET suscriptor = 'A', caracter = 'B'");
         frmLocalComercial& d = editDialog("0000000000001", "0000000000001");
         QCOMPARE(d["txtIdSecundaria1"].text(), d["txtIdPrincipal"].text());
         Person(d).click("cmdAceptar");
         QVERIFY(env->ui().messages().isEmpty());
         QVERIFY(!d.isLoaded());
-        QCOMPARE(Reg::rows("SELECT ActP, Act1 FROM Actividades_x_padrones"),
+        QCOMPARE(Db::rows("SELECT ActP, Act1 FROM Actividades_x_padrones"),
                  QStringList{Reg::kBovino + "|" + Reg::kBovino});
     }
 
@@ -604,26 +524,18 @@ private slots:
     {
         QTest::addColumn<QString>("stored");
         QTest::addColumn<QString>("boxes");
-        QTest::newRow("Null") << "NULL"
-                              << "10";
-        QTest::newRow("empty") << "''"
-                               << "10";
-        QTest::newRow("0") << "'0'"
-                           << "10";
-        QTest::newRow("1") << "'1'"
-                           << "01";
-        QTest::newRow("2") << "'2'"
-                           << "00";
-        QTest::newRow("unknown leaves the boxes") << "'7'"
-                                                  << "00";
+        for (const char* row : {"Null|NULL|10", "empty|''|10", "0|'0'|10", "1|'1'|01", "2|'2'|00",
+                                "unknown leaves the boxes|'7'|00"}) {
+            const QStringList cells = QString(row).split('|');
+            QTest::newRow(qPrintable(cells[0])) << cells[1] << cells[2];
+        }
     }
     void regimeAsLoaded()
     {
         QFETCH(QString, stored);
         QFETCH(QString, boxes);
-        gAccess().Execute(
-            "INSERT INTO tPadronesComerciales (cuit, padron, objeto, regimen) VALUES ('" +
-            Reg::kCuit + "', '0000000000001', '0000000000001', " + stored + ")");
+        Db::exec("INSERT INTO tPadronesComerciales (cuit, padron, objeto, regimen) VALUES ('" +
+                 Reg::kCuit + "', '0000000000001', '0000000000001', " + stored + ")");
         frmLocalComercial& d = editDialog("0000000000001", "0000000000001");
         QCOMPARE(QString::number(d["chkRegimenGeneral"].value()) +
                      QString::number(d["chkRegimenProcom"].value()),
@@ -643,12 +555,11 @@ private slots:
         QFETCH(QList<int>, taxpayers);
         QFETCH(QString, stored);
         for (int id : taxpayers)
-            Reg::insertTaxpayer(id, "T" + QString::number(id),
-                                "20-0000000" + QString::number(id) + "-0");
+            Seed::AddTaxpayer(id, "T" + QString::number(id),
+                              "20-0000000" + QString::number(id) + "-0");
         frmLocalComercial& d = newDialog();
         Reg::addPremises(d, {.padron = "1", .objeto = "1"});
-        QCOMPARE(Reg::rows("SELECT idContribuyente FROM tPadronesComerciales"),
-                 QStringList{stored});
+        QCOMPARE(Db::rows("SELECT idContribuyente FROM tPadronesComerciales"), QStringList{stored});
     }
 
     void categoryIsCheckedOnLeavingThePostalCode_data()

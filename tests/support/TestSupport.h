@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QByteArray>
+#include <QObject>
 #include <QString>
 #include <QTemporaryDir>
 #include <memory>
@@ -29,11 +31,41 @@ private:
     std::unique_ptr<ScriptedUi> m_ui;
 };
 
+// The base of a test class whose every function runs in a fresh TestEnv,
+// with a database at the current level unless told otherwise, and ends with
+// the scripted person clean (VERIFY_UI_CLEAN). `seed` puts in place what
+// every function of the class starts from; `tearDown` closes what a function
+// left open before its run goes.
+class EnvTest : public QObject
+{
+    Q_OBJECT
+public:
+    explicit EnvTest(bool withDatabase = true) : m_withDatabase(withDatabase) {}
+
+protected:
+    virtual void seed() {}
+    virtual void tearDown() {}
+    std::unique_ptr<TestEnv> env;
+
+private slots:
+    void init();
+    void cleanup();
+
+private:
+    bool m_withDatabase;
+};
+
+QByteArray ReadBytes(const QString& path);
+// Writes the file whole, making its folder first.
+bool WriteBytes(const QString& path, const QByteArray& bytes);
+// Whether the daily error log of the run holds anything.
+bool ErrorsLogged();
+
 // Fails the current test when the scripted person met a question it was not
 // told to expect, or was told to expect one that never came.
-#define VERIFY_UI_CLEAN(env)                                                            \
-    do {                                                                                \
-        QVERIFY2((env).ui().faults().isEmpty(), qPrintable((env).ui().faults().join('\n'))); \
-        QVERIFY2((env).ui().pendingAnswers().isEmpty(),                                 \
-                 qPrintable("unasked: " + (env).ui().pendingAnswers().join('|')));      \
+#define VERIFY_UI_CLEAN(env)                                                                       \
+    do {                                                                                           \
+        QVERIFY2((env).ui().faults().isEmpty(), qPrintable((env).ui().faults().join('\n')));       \
+        QVERIFY2((env).ui().pendingAnswers().isEmpty(),                                            \
+                 qPrintable("unasked: " + (env).ui().pendingAnswers().join('|')));                 \
     } while (0)

@@ -98,6 +98,31 @@ void ViewBinder::connectAction(Field* field, QAction* action)
     });
 }
 
+void ViewBinder::pushSelection(Field* field, QLineEdit* edit)
+{
+    if (field->selLength() > 0)
+        edit->setSelection(field->selStart(), field->selLength());
+    else
+        edit->setCursorPosition(field->selStart());
+}
+
+void ViewBinder::trackSelection(Field* field, QLineEdit* edit)
+{
+    connect(edit, &QLineEdit::selectionChanged, this, [this, field, edit] {
+        if (m_updating)
+            return;
+        UpdateGuard guard(m_updating);
+        if (edit->hasSelectedText())
+            field->setSelection(edit->selectionStart(), int(edit->selectedText().size()));
+    });
+    connect(edit, &QLineEdit::cursorPositionChanged, this, [this, field, edit](int, int pos) {
+        if (m_updating || edit->hasSelectedText())
+            return;
+        UpdateGuard guard(m_updating);
+        field->setSelection(pos, 0);
+    });
+}
+
 void ViewBinder::connectWidget(Field* field, QWidget* widget)
 {
     widget->installEventFilter(this);
@@ -112,33 +137,24 @@ void ViewBinder::connectWidget(Field* field, QWidget* widget)
             }
             m_controller.fire(field->name(), Ev::Change);
         });
-        connect(edit, &QLineEdit::selectionChanged, this, [this, field, edit] {
-            if (m_updating)
-                return;
-            UpdateGuard guard(m_updating);
-            if (edit->hasSelectedText())
-                field->setSelection(edit->selectionStart(), int(edit->selectedText().size()));
-        });
-        connect(edit, &QLineEdit::cursorPositionChanged, this, [this, field, edit](int, int pos) {
-            if (m_updating || edit->hasSelectedText())
-                return;
-            UpdateGuard guard(m_updating);
-            field->setSelection(pos, 0);
-        });
+        trackSelection(field, edit);
     } else if (auto* combo = qobject_cast<QComboBox*>(widget)) {
         if (QLineEdit* edit = combo->lineEdit()) {
             // an open list (the rates): the typed text is the field's text
             m_fieldOf.insert(edit, field);
             edit->installEventFilter(this);
-            connect(edit, &QLineEdit::textEdited, this, [this, field](const QString& text) {
+            connect(edit, &QLineEdit::textEdited, this, [this, field, edit](const QString& text) {
                 if (m_updating)
                     return;
                 {
                     UpdateGuard guard(m_updating);
                     field->setEditedText(text);
+                    field->setSelection(edit->cursorPosition(), 0);
                 }
                 m_controller.fire(field->name(), Ev::Change);
             });
+            // The key filters of the rates read what is selected, as in a box.
+            trackSelection(field, edit);
         }
         connect(combo, &QComboBox::activated, this, [this, field](int index) {
             if (m_updating)
@@ -291,21 +307,22 @@ void ViewBinder::push(Field* field, Field::Aspect aspect)
         if ((aspect == Field::TextAspect || aspect == Field::StateAspect) &&
             edit->displayText() != field->text())
             edit->setText(field->text());
-        if (aspect == Field::SelectionAspect || aspect == Field::TextAspect) {
-            if (field->selLength() > 0)
-                edit->setSelection(field->selStart(), field->selLength());
-            else
-                edit->setCursorPosition(field->selStart());
-        }
+        if (aspect == Field::SelectionAspect || aspect == Field::TextAspect)
+            pushSelection(field, edit);
     } else if (auto* label = qobject_cast<QLabel*>(w)) {
         if (aspect == Field::TextAspect && field->textSet())
             label->setText(field->text());
     } else if (auto* combo = qobject_cast<QComboBox*>(w)) {
         if (aspect == Field::ItemsAspect || aspect == Field::SelectionAspect)
             pushItems(field, w);
-        if (aspect == Field::TextAspect && combo->isEditable() &&
-            combo->currentText() != field->text())
+        // An open list keeps what the logic wrote in its box, even when the
+        // list's choice is pushed again, and the box's selection with it.
+        const bool textOrSelection =
+            aspect == Field::TextAspect || aspect == Field::SelectionAspect;
+        if (textOrSelection && combo->isEditable() && combo->currentText() != field->text())
             combo->setEditText(field->text());
+        if (textOrSelection && combo->lineEdit())
+            pushSelection(field, combo->lineEdit());
     } else if (auto* list = qobject_cast<QListWidget*>(w)) {
         if (aspect == Field::ItemsAspect || aspect == Field::SelectionAspect)
             pushItems(field, w);

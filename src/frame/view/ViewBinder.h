@@ -8,6 +8,8 @@
 
 #include "Controller.h"
 
+class QLineEdit;
+
 class QAction;
 class QMenu;
 class QTableWidget;
@@ -31,6 +33,8 @@ protected:
 
 private:
     void bind(Field* field);
+    void trackSelection(Field* field, QLineEdit* edit);
+    static void pushSelection(Field* field, QLineEdit* edit);
     void connectWidget(Field* field, QWidget* widget);
     void connectAction(Field* field, QAction* action);
     void push(Field* field, Field::Aspect aspect);

@@ -1,0 +1,81 @@
+#pragma once
+
+#include <QApplication>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QScopeGuard>
+#include <QTest>
+#include <QTimer>
+#include <functional>
+
+#include "Controller.h"
+
+// What the tests on real widgets share: finding a widget in the windows on
+// screen, typing into it, answering stray message boxes, and showing a window
+// modally while a script drives it.
+namespace Gui {
+
+// The widget of that name in the shown windows.
+template <class T = QWidget> T* find(const QString& name)
+{
+    for (QWidget* top : QApplication::topLevelWidgets())
+        if (top->isVisible())
+            if (T* found = top->findChild<T*>(name))
+                return found;
+    return nullptr;
+}
+
+// The shown window that holds a widget of that name.
+inline QWidget* windowWith(const QString& name)
+{
+    QWidget* found = find(name);
+    return found ? found->window() : nullptr;
+}
+
+inline void typeInto(const QString& name, const QString& text)
+{
+    auto* edit = find<QLineEdit>(name);
+    QVERIFY2(edit, qPrintable(name));
+    edit->setFocus();
+    QApplication::processEvents();
+    QTest::keyClicks(edit, text);
+}
+
+// Shows `window` modally on real widgets and runs `script` once it stands on
+// screen; whatever the script leaves open is closed from the close box, so
+// that a failed check never leaves the test waiting.
+inline void showModal(Controller& window, const std::function<void()>& script)
+{
+    QTimer::singleShot(0, [&window, script] {
+        auto close = qScopeGuard([&window] {
+            if (window.isLoaded())
+                window.closeByUser();
+        });
+        script();
+    });
+    window.show(true);
+}
+
+// Any message box that shows up is answered and remembered, so that a
+// message nobody expected fails the test instead of hanging it.
+class MessageWatch
+{
+public:
+    MessageWatch()
+    {
+        QObject::connect(&m_timer, &QTimer::timeout, [this] {
+            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
+                m_texts << box->text();
+                box->done(0);
+            }
+        });
+        m_timer.start(20);
+    }
+    const QStringList& texts() const { return m_texts; }
+
+private:
+    QTimer m_timer;
+    QStringList m_texts;
+};
+
+} // namespace Gui
