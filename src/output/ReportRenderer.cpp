@@ -292,10 +292,15 @@ void Signature(Sheet& s, const ReportLayout& l, const ReportJob& job)
     const double y = 246;
     const double h = 34;
     // Left: the premises that heads the taxpayer, and the tie to the file.
+    // A form that is not given the principal padrón shows no empty box for it.
     s.frame(kLeft, y, 90, h);
-    s.box(kLeft, y, 90, kBoxHeight, QStringLiteral("Padrón principal"),
-          l.principal.isEmpty() ? QString() : ExpandTemplate(l.principal, job));
-    s.box(kLeft, y + kBoxHeight, 90, kBoxHeight, QStringLiteral("Código de verificación (Guidv)"),
+    double boxY = y;
+    if (!l.principal.isEmpty()) {
+        s.box(kLeft, boxY, 90, kBoxHeight, QStringLiteral("Padrón principal"),
+              ExpandTemplate(l.principal, job));
+        boxY += kBoxHeight;
+    }
+    s.box(kLeft, boxY, 90, kBoxHeight, QStringLiteral("Código de verificación (Guidv)"),
           ExpandTemplate(l.guidv, job));
     s.text(kLeft, y + 2 * kBoxHeight + 1, 90, 12, QStringLiteral("Sello y fecha de recepción"),
            Qt::AlignHCenter, 2.2);
