@@ -4,12 +4,7 @@ DefinicionFormulario DefinicionAnexo(const QString& id, const QString& caption,
                                      const QString& captionTotal, const QStringList& columnas,
                                      const QStringList& titulos)
 {
-    DefinicionFormulario d;
-    d.id = id;
-    d.caption = caption;
-    d.tabla = id;
-    d.tablaDetalle = id + QStringLiteral("_Detalle");
-    d.tablaPruebaAgregar = d.tablaDetalle;
+    DefinicionFormulario d = DefinicionDe(id, caption, true);
     d.columnasGrilla = columnas;
     d.titulosGrilla = titulos;
     d.columnasDerecha = {int(columnas.size()) - 1};

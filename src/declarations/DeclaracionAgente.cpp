@@ -23,10 +23,7 @@ const QString kOtros = QStringLiteral("txtOtros");
 DefinicionFormulario Definicion(const QString& id, const QString& caption,
                                 const DeclaracionAgente::Datos& datos)
 {
-    DefinicionFormulario d;
-    d.id = id;
-    d.caption = caption;
-    d.tabla = id;
+    DefinicionFormulario d = DefinicionDe(id, caption, false);
     d.tieneCodigo = false;
     d.exigeFechaAlAceptar = false;
     d.tituloMonto = QStringLiteral("Mensaje");

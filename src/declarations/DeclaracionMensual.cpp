@@ -27,12 +27,7 @@ struct Anexo {
 DefinicionFormulario DeclaracionMensual::DefinicionMensual(const QString& id,
                                                            const QString& caption)
 {
-    DefinicionFormulario d;
-    d.id = id;
-    d.caption = caption;
-    d.tabla = id;
-    d.tablaDetalle = id + QStringLiteral("_Detalle");
-    d.tablaPruebaAgregar = d.tablaDetalle;
+    DefinicionFormulario d = DefinicionDe(id, caption, true);
     d.titulosGrilla =
         QStringLiteral("Codigo Detalle|Codigo|Actividades|Base Imponible|Alicuota|Tasa")
             .split(u'|');

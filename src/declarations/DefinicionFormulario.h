@@ -50,3 +50,17 @@ struct DefinicionFormulario {
     // "Aceptar" asks for the date of a rectification before anything else.
     bool exigeFechaAlAceptar = true;
 };
+
+// A form whose table bears its id and, when it has lines, whose lines' table
+// is named after it; whether it has begun is asked of its own lines.
+inline DefinicionFormulario DefinicionDe(const QString& id, const QString& caption, bool conLineas)
+{
+    DefinicionFormulario d;
+    d.id = id;
+    d.caption = caption;
+    d.tabla = id;
+    if (conLineas)
+        d.tablaDetalle = id + QStringLiteral("_Detalle");
+    d.tablaPruebaAgregar = d.tablaDetalle;
+    return d;
+}
