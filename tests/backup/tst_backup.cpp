@@ -10,6 +10,7 @@
 #include "backup/DatabaseFile.h"
 #include "backup/frmBackup.h"
 #include "backup/frmBackupArchivos.h"
+#include "database/Schema.h"
 
 namespace {
 
@@ -60,10 +61,63 @@ void prepareDatabase(TestEnv& env)
     Kit::addSlack(1500);
 }
 
+const QString kFailed = "La restauración no se pudo realizar correctamente.";
+const QString kDone = "La restauración se realizó correctamente. Se cerrará la aplicación.";
+const QString kConfirm = "Esta acción restaurará la base de datos. Sus datos actuales se "
+                         "perderán.\n¿Desea continuar?";
+
+// A backup of the current database, made by the program; its path.
+QString makeBackup()
+{
+    InitBackupSettings();
+    if (!BackupDatabase())
+        return {};
+    return Kit::folder() + "/Morvel." + GetBackupSetting(BackupKey::FechaUlt, QString());
+}
+
+struct RestoreRun {
+    bool stillOpen = false;
+    QStringList statuses;
+    int lastBar = 0;
+};
+
+// The person opens "Copia de Seguridad", asks to restore (from `folder`
+// when given), chooses the item `index` and confirms with `answer`.
+RestoreRun restoreThroughDialogs(TestEnv& env, const QString& folder, int index,
+                                 int answer = Msg::Yes)
+{
+    RestoreRun run;
+    env.ui().answer("¿Desea buscar la ubicación", folder.isEmpty() ? Msg::No : Msg::Yes);
+    env.ui().setFolder(folder);
+    env.ui().answer("Esta acción restaurará", answer);
+    env.ui().onShow("frmBackupArchivos", [&](Controller& w) {
+        QObject::connect(&w["lbl"], &Field::changed, [&](Field* f, Field::Aspect a) {
+            if (a == Field::TextAspect && !f->text().isEmpty())
+                run.statuses << f->text();
+        });
+        QObject::connect(&w["pb"], &Field::changed, [&](Field* f, Field::Aspect) {
+            run.lastBar = qMax(run.lastBar, f->value());
+        });
+        Person p(w);
+        p.choose("lst0", index);
+        p.click("cmdAccion");
+        run.stillOpen = w.isLoaded();
+        if (w.isLoaded())
+            p.click("cmdSalir");
+    });
+    frmBackup dialog;
+    dialog.load();
+    Person(dialog).click("cmdRestaurar");
+    return run;
+}
+
 } // namespace
 
 // The schedule of the automatic copies, the manual copy, the archive made,
-// the purge, the dialog's settings and the copies to another folder.
+// the purge, the dialog's settings and the copies to another folder; and the
+// restore: the taxpayers come back, an older database is brought up to date
+// by the next start, and a file that is no backup of this program changes
+// nothing.
 class TstBackup : public EnvTest
 {
     Q_OBJECT
@@ -71,19 +125,17 @@ public:
     TstBackup() : EnvTest(false) {}
 
 private slots:
-
     void firstStartStoresTheInitialSettings_data()
     {
-        QTest::addColumn<QString>("before");
-        QTest::addColumn<QStringList>("after");
+        Columns<QString, QStringList>("before", "after");
         const QString folder = "<data>/BDBKUP";
-        QTest::newRow("first start") << "" << QStringList{"0", "-1", "-1", "-1", "15", folder};
-        QTest::newRow("days kept: the folder is not written again")
-            << "strCantDias=7" << QStringList{"0", "-1", "-1", "-1", "7", "<none>"};
-        QTest::newRow("all kept")
-            << "blnCierre=-1;blnInicio=0;blnCopiaSeguridad=0;blnCompactaRepara=0;"
-               "strCantDias=30;strBackupDirectory=/otra"
-            << QStringList{"-1", "0", "0", "0", "30", "/otra"};
+        Row("first start", "", QStringList{"0", "-1", "-1", "-1", "15", folder});
+        Row("days kept: the folder is not written again", "strCantDias=7",
+            QStringList{"0", "-1", "-1", "-1", "7", "<none>"});
+        Row("all kept",
+            "blnCierre=-1;blnInicio=0;blnCopiaSeguridad=0;blnCompactaRepara=0;"
+            "strCantDias=30;strBackupDirectory=/otra",
+            QStringList{"-1", "0", "0", "0", "30", "/otra"});
     }
     void firstStartStoresTheInitialSettings()
     {
@@ -103,28 +155,23 @@ private slots:
 
     void scheduledCopy_data()
     {
-        QTest::addColumn<int>("moment");
-        QTest::addColumn<QString>("settings");
-        QTest::addColumn<int>("daysAgo"); // -1: no copy made yet
-        QTest::addColumn<bool>("copied");
-        QTest::addColumn<bool>("compacted");
+        // daysAgo: -1 when no copy was made yet
+        Columns<int, QString, int, bool, bool>("moment", "settings", "daysAgo", "copied",
+                                               "compacted");
         const QString start = "blnCopiaSeguridad=-1;blnInicio=-1;blnCierre=0;strCantDias=15;";
         const QString close = "blnCopiaSeguridad=-1;blnInicio=0;blnCierre=-1;strCantDias=15;";
-        QTest::newRow("14 days of 15: nothing") << 0 << start << 14 << false << false;
-        QTest::newRow("15 days of 15: compacted and copied") << 0 << start << 15 << true << true;
-        QTest::newRow("15 days, no compaction asked")
-            << 0 << start + "blnCompactaRepara=0" << 15 << true << false;
-        QTest::newRow("first run: copied as it is") << 0 << start << -1 << true << false;
-        QTest::newRow("automatic copies off")
-            << 0 << "blnCopiaSeguridad=0;blnInicio=-1;strCantDias=15" << -1 << false << false;
-        QTest::newRow("start, but only close chosen") << 0 << close << 30 << false << false;
-        QTest::newRow("close chosen, at close") << 9 << close << 30 << true << true;
-        QTest::newRow("start chosen, at close") << 9 << start << 30 << false << false;
-        QTest::newRow("nothing stored: off") << 0 << "" << -1 << false << false;
-        QTest::newRow("days missing: 10 of 10")
-            << 0 << "blnCopiaSeguridad=-1;blnInicio=-1" << 10 << true << true;
-        QTest::newRow("days missing: 9 of 10")
-            << 0 << "blnCopiaSeguridad=-1;blnInicio=-1" << 9 << false << false;
+        Row("14 days of 15: nothing", 0, start, 14, false, false);
+        Row("15 days of 15: compacted and copied", 0, start, 15, true, true);
+        Row("15 days, no compaction asked", 0, start + "blnCompactaRepara=0", 15, true, false);
+        Row("first run: copied as it is", 0, start, -1, true, false);
+        Row("automatic copies off", 0, "blnCopiaSeguridad=0;blnInicio=-1;strCantDias=15", -1, false,
+            false);
+        Row("start, but only close chosen", 0, close, 30, false, false);
+        Row("close chosen, at close", 9, close, 30, true, true);
+        Row("start chosen, at close", 9, start, 30, false, false);
+        Row("nothing stored: off", 0, "", -1, false, false);
+        Row("days missing: 10 of 10", 0, "blnCopiaSeguridad=-1;blnInicio=-1", 10, true, true);
+        Row("days missing: 9 of 10", 0, "blnCopiaSeguridad=-1;blnInicio=-1", 9, false, false);
     }
     void scheduledCopy()
     {
@@ -230,13 +277,11 @@ private slots:
 
     void failedCopyChangesNothing_data()
     {
-        QTest::addColumn<QString>("database"); // "", "garbage" or "good"
-        QTest::addColumn<QString>("folder");
-        // clang-format off
-        QTest::newRow("no database")                << ""        << "";
-        QTest::newRow("a file that is no database") << "garbage" << "";
-        QTest::newRow("folder that cannot be made") << "good"    << "/proc/no/BDBKUP";
-        // clang-format on
+        // database: "", "garbage" or "good"
+        Columns<QString, QString>("database", "folder");
+        Row("no database", "", "");
+        Row("a file that is no database", "garbage", "");
+        Row("folder that cannot be made", "good", "/proc/no/BDBKUP");
     }
     void failedCopyChangesNothing()
     {
@@ -258,16 +303,13 @@ private slots:
 
     void purge_data()
     {
-        QTest::addColumn<int>("answer");
-        QTest::addColumn<QString>("last");
-        QTest::addColumn<QStringList>("left");
+        Columns<int, QString, QStringList>("answer", "last", "left");
         const QStringList all = kFolderBeforePurge;
-        QTest::newRow("yes: only the last and short names stay")
-            << Msg::Yes << "20240101120000"
-            << QStringList{"Morvel.12345678", "Morvel.20240101120000", "Morvel.20240101120000.txt",
-                           "corto.txt"};
-        QTest::newRow("yes, no copy made: nothing goes") << Msg::Yes << "" << all;
-        QTest::newRow("no: nothing goes") << Msg::No << "20240101120000" << all;
+        Row("yes: only the last and short names stay", Msg::Yes, "20240101120000",
+            QStringList{"Morvel.12345678", "Morvel.20240101120000", "Morvel.20240101120000.txt",
+                        "corto.txt"});
+        Row("yes, no copy made: nothing goes", Msg::Yes, "", all);
+        Row("no: nothing goes", Msg::No, "20240101120000", all);
     }
     void purge()
     {
@@ -309,16 +351,15 @@ private slots:
 
     void dialogShowsTheStoredSchedule_data()
     {
-        QTest::addColumn<QString>("settings");
-        QTest::addColumn<QStringList>("shown"); // chkDias, optInicio, optCierre, compacta, días
-        QTest::newRow("first start values")
-            << "blnCierre=0;blnInicio=-1;blnCopiaSeguridad=-1;blnCompactaRepara=-1;strCantDias=15"
-            << QStringList{"1", "1", "0", "1", "15"};
-        QTest::newRow("at close, no compaction")
-            << "blnCierre=-1;blnInicio=0;blnCopiaSeguridad=-1;blnCompactaRepara=0;strCantDias=7"
-            << QStringList{"1", "0", "1", "0", "7"};
-        QTest::newRow("nothing stored: the dialog's own defaults")
-            << "" << QStringList{"0", "0", "1", "1", "10"};
+        // shown: chkDias, optInicio, optCierre, compacta, días
+        Columns<QString, QStringList>("settings", "shown");
+        Row("first start values",
+            "blnCierre=0;blnInicio=-1;blnCopiaSeguridad=-1;blnCompactaRepara=-1;strCantDias=15",
+            QStringList{"1", "1", "0", "1", "15"});
+        Row("at close, no compaction",
+            "blnCierre=-1;blnInicio=0;blnCopiaSeguridad=-1;blnCompactaRepara=0;strCantDias=7",
+            QStringList{"1", "0", "1", "0", "7"});
+        Row("nothing stored: the dialog's own defaults", "", QStringList{"0", "0", "1", "1", "10"});
     }
     void dialogShowsTheStoredSchedule()
     {
@@ -341,19 +382,15 @@ private slots:
 
     void daysBox_data()
     {
-        QTest::addColumn<QString>("stored");
-        QTest::addColumn<QString>("typed");  // typed over the whole text, then the arrows
-        QTest::addColumn<QString>("arrows"); // "+" up, "-" down
-        QTest::addColumn<QString>("shown");
-        // clang-format off
-        QTest::newRow("up")                    << "15"  << ""      << "++"  << "17";
-        QTest::newRow("down")                  << "15"  << ""      << "-"   << "14";
-        QTest::newRow("not below one")         << "2"   << ""      << "---" << "1";
-        QTest::newRow("not above a year")      << "364" << ""      << "+++" << "365";
-        QTest::newRow("letters refused")       << "15"  << "a2b0c" << ""    << "20";
-        QTest::newRow("three digits at most")  << "15"  << "1234"  << ""    << "123";
-        QTest::newRow("arrow on an empty box") << "15"  << "x"     << "+"   << "1";
-        // clang-format on
+        // typed: typed over the whole text, then the arrows; arrows: "+" up, "-" down
+        Columns<QString, QString, QString, QString>("stored", "typed", "arrows", "shown");
+        Row("up", "15", "", "++", "17");
+        Row("down", "15", "", "-", "14");
+        Row("not below one", "2", "", "---", "1");
+        Row("not above a year", "364", "", "+++", "365");
+        Row("letters refused", "15", "a2b0c", "", "20");
+        Row("three digits at most", "15", "1234", "", "123");
+        Row("arrow on an empty box", "15", "x", "+", "1");
     }
     void daysBox()
     {
@@ -467,6 +504,145 @@ private slots:
         QCOMPARE(env->ui().shownWindows(), QStringList{"frmBackup"});
         QVERIFY(gFrmBackup().isLoaded());
         gFrmBackup().unload();
+    }
+
+    // --- Restore ----------------------------------------------------------------
+
+    void goodBackupBringsBackItsTaxpayers_data()
+    {
+        QTest::addColumn<QString>("where");
+        Row("from the backup folder", "here");
+        Row("made on another machine", "another machine");
+        Row("onto a database gone missing", "database gone");
+    }
+    void goodBackupBringsBackItsTaxpayers()
+    {
+        QFETCH(QString, where);
+        QTemporaryDir usb;
+        env->createDatabase();
+        Kit::addTaxpayers({"ACOSTA", "BENITEZ"});
+        const QString archive = makeBackup();
+        QVERIFY(!archive.isEmpty());
+        QString folder;
+        if (where == "another machine") {
+            QVERIFY(QFile::copy(archive, usb.filePath(QFileInfo(archive).fileName())));
+            env.reset();
+            env = std::make_unique<TestEnv>(); // its own data folder and settings
+            env->createDatabase();
+            folder = usb.path();
+        }
+        Kit::addTaxpayers({"CASTRO"});
+        if (where == "database gone") {
+            CloseDatabase();
+            QVERIFY(QFile::remove(DatabasePath()));
+        }
+
+        const RestoreRun run = restoreThroughDialogs(*env, folder, 0);
+
+        QVERIFY(!run.stillOpen);
+        QVERIFY(env->ui().programEnded());
+        QCOMPARE(run.statuses, (QStringList{"Restaurando base de datos desde archivo...",
+                                            "Verificando base de datos..."}));
+        QCOMPARE(run.lastBar, 100);
+        QCOMPARE(env->ui().texts().last(), kDone);
+        QCOMPARE(env->ui().messages().at(1).text, kConfirm);
+        QCOMPARE(env->ui().messages().at(1).title, QString("Restaurar"));
+        QVERIFY(env->ui().messages().at(1).style & Msg::DefaultButton2);
+        QCOMPARE(Kit::taxpayers(), (QStringList{"ACOSTA", "BENITEZ"}));
+        QVERIFY(QDir(gAppPath + "/tmp").isEmpty()); // no work left behind
+    }
+
+    void olderLevelIsUpgradedByTheNextStart()
+    {
+        QVERIFY(EnsureBaseSchema()); // the tables as first installed
+        Kit::addTaxpayers({"ANTIGUO"});
+        Db::exec("INSERT INTO F976 (Codigo, Padron, Objeto, Periodo, BaseImponible, ctrl) "
+                 "VALUES ('C1', '0000000000001', '0000000000002', '01-2010', '1,234.50', '0')");
+        QVERIFY(!Db::columns("F976").contains("Guidv", Qt::CaseInsensitive));
+        const QString archive = makeBackup();
+        QVERIFY(!archive.isEmpty());
+
+        CreateCurrentDatabase();
+        Kit::addTaxpayers({"NUEVO"});
+        QVERIFY(Db::columns("F976").contains("Guidv", Qt::CaseInsensitive));
+
+        QVERIFY(RestoreDatabase(archive));
+        QCOMPARE(Kit::taxpayers(), QStringList{"ANTIGUO"});
+        QVERIFY(!Db::columns("F976").contains("Guidv", Qt::CaseInsensitive));
+
+        CreateCurrentDatabase(); // what the next start does
+        QVERIFY(Db::columns("F976").contains("Guidv", Qt::CaseInsensitive));
+        QCOMPARE(Kit::taxpayers(), QStringList{"ANTIGUO"});
+        QCOMPARE(gAccess().GetString("SELECT BaseImponible FROM F976 WHERE Codigo = 'C1'"),
+                 QString("1.234,50"));
+    }
+
+    void refusedFileChangesNothing_data()
+    {
+        QTest::addColumn<QString>("kind");
+        Row("good backup, but the person says no", "answer no");
+        Row("no archive", "text");
+        Row("cut archive", "cut");
+        Row("archive without Morvel.db", "other member");
+        Row("Morvel.db that is no database", "garbage member");
+        Row("database of another program", "foreign database");
+        Row("damaged database", "damaged database");
+    }
+    void refusedFileChangesNothing()
+    {
+        QFETCH(QString, kind);
+        env->createDatabase();
+        Kit::addTaxpayers({"INTACTO"});
+        const QString good = makeBackup();
+        QVERIFY(!good.isEmpty());
+        const QString bad = Kit::folder() + "/Morvel.20000101120000";
+        QVERIFY(QFile::rename(good, bad));
+        prepareRefusedFile(kind, bad);
+        CloseDatabase();
+        const QByteArray before = ReadBytes(DatabasePath());
+        QVERIFY(!before.isEmpty());
+
+        const bool asked = kind != "answer no";
+        const RestoreRun run =
+            restoreThroughDialogs(*env, QString(), 0, asked ? Msg::Yes : Msg::No);
+
+        QVERIFY(run.stillOpen);
+        QVERIFY(!env->ui().programEnded());
+        QCOMPARE(env->ui().texts().contains(kFailed), asked);
+        QVERIFY(!env->ui().texts().contains(kDone));
+        QCOMPARE(ReadBytes(DatabasePath()), before);
+        QCOMPARE(Kit::taxpayers(), QStringList{"INTACTO"});
+    }
+
+private:
+    void prepareRefusedFile(const QString& kind, const QString& path)
+    {
+        QTemporaryDir work;
+        if (kind == "text") {
+            Kit::write(path, "Esto no es un archivo comprimido.\n");
+        } else if (kind == "cut") {
+            const QByteArray whole = ReadBytes(path);
+            Kit::write(path, whole.left(whole.size() / 2));
+        } else if (kind == "other member") {
+            QVERIFY(Kit::zip(path, {{"Otro.db", ReadBytes(DatabasePath())}}));
+        } else if (kind == "garbage member") {
+            QVERIFY(Kit::zip(path, {{"Morvel.db", QByteArray(70000, 'q')}}));
+        } else if (kind == "foreign database") {
+            ZoAccess foreign;
+            foreign.SetConnectionString(DefaultConnectionString(work.filePath("ajena.db")));
+            QVERIFY(foreign.Execute("CREATE TABLE Clientes (Nombre TEXT)"));
+            foreign.Dispose();
+            CloseDatabase();
+            QVERIFY(Kit::zip(path, {{"Morvel.db", ReadBytes(work.filePath("ajena.db"))}}));
+        } else if (kind == "damaged database") {
+            CloseDatabase();
+            QByteArray bytes = ReadBytes(DatabasePath());
+            // Scribbles over the pages after the first: the header still
+            // reads as a database, the tables do not.
+            for (int i = 4096; i < bytes.size(); i += 7)
+                bytes[i] = char(i * 31);
+            QVERIFY(Kit::zip(path, {{"Morvel.db", bytes}}));
+        }
     }
 };
 

@@ -94,9 +94,9 @@ private slots:
     void killedCompaction_data()
     {
         QTest::addColumn<QString>("stage");
-        QTest::newRow("compacted copy written") << "written";
-        QTest::newRow("compacted copy checked") << "checked";
-        QTest::newRow("compacted copy in place") << "replaced";
+        Row("compacted copy written", "written");
+        Row("compacted copy checked", "checked");
+        Row("compacted copy in place", "replaced");
     }
     void killedCompaction()
     {
@@ -121,11 +121,10 @@ private slots:
 
     void killedRestore_data()
     {
-        QTest::addColumn<QString>("stage");
-        QTest::addColumn<bool>("restored");
-        QTest::newRow("backup expanded") << "written" << false;
-        QTest::newRow("backup checked") << "checked" << false;
-        QTest::newRow("backup in place") << "replaced" << true;
+        Columns<QString, bool>("stage", "restored");
+        Row("backup expanded", "written", false);
+        Row("backup checked", "checked", false);
+        Row("backup in place", "replaced", true);
     }
     void killedRestore()
     {

@@ -24,41 +24,32 @@ public:
 private slots:
     void guard_data()
     {
-        QTest::addColumn<QString>("language");
-        QTest::addColumn<QString>("shortDate");
-        QTest::addColumn<QString>("symbols"); // date, decimal, thousands, currency decimal
-        QTest::addColumn<int>("answer");      // to the question; 0: none asked
-        QTest::addColumn<bool>("goesOn");
-        QTest::addColumn<QString>("message"); // the one message shown, or ""
-        QTest::addColumn<QString>("after");   // decimal, thousands, currency decimal
+        // symbols: date, decimal, thousands, currency decimal; answer: to the question; 0: none
+        // asked; message: the one message shown, or ""; after: decimal, thousands, currency decimal
+        Columns<QString, QString, QString, int, bool, QString, QString>(
+            "language", "shortDate", "symbols", "answer", "goesOn", "message", "after");
         const QString es = "Español (Argentina)";
-        auto row = [](const char* name, const QString& language, const char* date,
-                      const char* symbols, int answer, bool goesOn, const QString& message,
-                      const char* after) {
-            QTest::newRow(name) << language << date << symbols << answer << goesOn << message
-                                << after;
-        };
-        row("Spanish with slashes passes", es, "dd/MM/yyyy", "/,.,", 0, true, "", ",.,");
-        row("first-start values pass", es, "dd-MM-yyyy", "-,.,", 0, true, "", ",.,");
-        row("English passes the language test", "English (United States)", "dd/MM/yyyy", "/,.,", 0,
+        Row("Spanish with slashes passes", es, "dd/MM/yyyy", "/,.,", 0, true, "", ",.,");
+        Row("first-start values pass", es, "dd-MM-yyyy", "-,.,", 0, true, "", ",.,");
+        Row("English passes the language test", "English (United States)", "dd/MM/yyyy", "/,.,", 0,
             true, "", ",.,");
-        row("language compared in capitals", "español", "dd-mm-yyyy", "-,.,", 0, true, "", ",.,");
-        row("pattern inside a longer one passes", es, "dddd, dd/MM/yyyy", "/,.,", 0, true, "",
+        Row("language compared in capitals", "español", "dd-mm-yyyy", "-,.,", 0, true, "", ",.,");
+        Row("pattern inside a longer one passes", es, "dddd, dd/MM/yyyy", "/,.,", 0, true, "",
             ",.,");
-        row("blank thousands symbol passes", es, "dd/MM/yyyy", "/, ,", 0, true, "", ", ,");
-        row("other language ends", "Deutsch (Deutschland)", "dd.MM.yyyy", ".,.,", 0, false,
+        Row("blank thousands symbol passes", es, "dd/MM/yyyy", "/, ,", 0, true, "", ", ,");
+        Row("other language ends", "Deutsch (Deutschland)", "dd.MM.yyyy", ".,.,", 0, false,
             kRefused.arg("idioma: Deutsch (Deutschland)", "Español"), ",.,");
-        row("US date ends", "English (United States)", "M/d/yyyy", "/.,.", 0, false,
+        Row("US date ends", "English (United States)", "M/d/yyyy", "/.,.", 0, false,
             kRefused.arg("fecha: M/d/yyyy", "DD/MM/YYYY"), ".,.");
-        row("same symbols end, even both commas", es, "dd/MM/yyyy", "/,,,", 0, false,
+        Row("same symbols end, even both commas", es, "dd/MM/yyyy", "/,,,", 0, false,
             kRefused.arg("separadores de miles y de decimales el mismo simbolo (,)",
                          "simbolos diferentes"),
             ",,,");
-        row("dot decimal, OK changes number and currency", es, "dd/MM/yyyy", "/.,.", Msg::Ok, true,
+        Row("dot decimal, OK changes number and currency", es, "dd/MM/yyyy", "/.,.", Msg::Ok, true,
             kQuestion, ",.,");
-        row("dot decimal, Cancel ends and changes nothing", es, "dd/MM/yyyy", "/.,.", Msg::Cancel,
+        Row("dot decimal, Cancel ends and changes nothing", es, "dd/MM/yyyy", "/.,.", Msg::Cancel,
             false, kQuestion, ".,.");
-        row("dot currency decimal alone asks too", es, "dd/MM/yyyy", "/,..", Msg::Ok, true,
+        Row("dot currency decimal alone asks too", es, "dd/MM/yyyy", "/,..", Msg::Ok, true,
             kQuestion, ",.,");
     }
     void guard()
@@ -110,9 +101,9 @@ private slots:
     void anEmptyValueIsLoggedAndTheStartGoesOn_data()
     {
         QTest::addColumn<int>("item");
-        QTest::newRow("language") << int(Regional::SLanguage);
-        QTest::newRow("date separator") << int(Regional::SDate);
-        QTest::newRow("decimal") << int(Regional::SDecimal);
+        Row("language", int(Regional::SLanguage));
+        Row("date separator", int(Regional::SDate));
+        Row("decimal", int(Regional::SDecimal));
     }
     void anEmptyValueIsLoggedAndTheStartGoesOn()
     {

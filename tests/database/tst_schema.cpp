@@ -85,11 +85,9 @@ private slots:
     // "set": the exact columns in any order; "has": at least these.
     void columnsOfEachTable_data()
     {
-        QTest::addColumn<QString>("table");
-        QTest::addColumn<QString>("mode");
-        QTest::addColumn<QStringList>("expected");
+        Columns<QString, QString, QStringList>("table", "mode", "expected");
         auto row = [](const char* table, const char* mode, const char* columns) {
-            QTest::newRow(table) << table << mode << split(columns);
+            Row(table, table, mode, split(columns));
         };
         row("Contribuyentes", "set", "idContribuyente ApellidoNombre Cuit idTContribuyente");
         row("tPadronesComerciales", "set",
@@ -161,9 +159,7 @@ private slots:
     // The tree lists the forms by Orden and compares the captions as text.
     void formsInTheirTreeOrder_data()
     {
-        QTest::addColumn<QString>("form");
-        QTest::addColumn<QString>("orden");
-        QTest::addColumn<QString>("nombre");
+        Columns<QString, QString, QString>("form", "orden", "nombre");
         const QStringList forms{"F976 Régimen General DDJJ Mensual",
                                 "F2001 Procom DDJJ Mensual",
                                 "F978 Anexo Percepciones Deducidas",
@@ -174,8 +170,8 @@ private slots:
                                 "F985 Anexo Informativo de Retenciones Realizadas"};
         for (int i = 0; i < forms.size(); ++i) {
             const QString id = forms[i].section(' ', 0, 0);
-            QTest::newRow(qPrintable(id)) << id << QString::number(i + 1)
-                                          << "T.I.S.S.H. " + forms[i].section(' ', 1) + ": " + id;
+            Row(qPrintable(id), id, QString::number(i + 1),
+                "T.I.S.S.H. " + forms[i].section(' ', 1) + ": " + id);
         }
     }
     void formsInTheirTreeOrder()
@@ -193,13 +189,11 @@ private slots:
 
     void submissionCodes_data()
     {
-        QTest::addColumn<QString>("form");
-        QTest::addColumn<QString>("id");
-        QTest::addColumn<QString>("codigo");
+        Columns<QString, QString, QString>("form", "id", "codigo");
         for (const char* text : {"F977||0089", "F978||0090", "F985|7|0085", "F987|8|0087", "F976||",
                                  "F2001||", "F986||", "F988||"}) {
             const QStringList row = QString(text).split('|');
-            QTest::newRow(text) << row[0] << row[1] << row[2];
+            Row(text, row[0], row[1], row[2]);
         }
     }
     void submissionCodes()
@@ -253,24 +247,23 @@ private slots:
     // on the tables of the upgrades as well.
     void filtersUseAnIndex_data()
     {
-        QTest::addColumn<QString>("table");
-        QTest::addColumn<QString>("where");
+        Columns<QString, QString>("table", "where");
         const QString declaration = "Codigo = 'x' AND FechaRectificativa = '0' AND ctrl = '0'";
         const QString period = "Padron = 'p' AND Objeto = 'o' AND Periodo = '01-2020'";
         for (const char* t : {"F976", "F2001", "F977", "F978", "F985", "F987"})
-            QTest::newRow(qPrintable(QString(t) + " by Codigo")) << t << declaration;
+            Row(qPrintable(QString(t) + " by Codigo"), t, declaration);
         for (const char* t : {"F976_Detalle", "F2001_Detalle", "F977_Detalle", "F978_Detalle",
                               "F985_Detalle", "F987_Detalle"})
-            QTest::newRow(t) << t << declaration;
+            Row(t, t, declaration);
         for (const char* t : {"F976", "F986", "F988", "TPadrones_Formularios"})
-            QTest::newRow(qPrintable(QString(t) + " by period")) << t << period;
+            Row(qPrintable(QString(t) + " by period"), t, period);
         for (const char* pair : {"premises|tPadronesComerciales|padron = 'p' and Objeto = 'o'",
                                  "premises by cuit|tPadronesComerciales|Cuit = '20123456789'",
                                  "activities|Actividades_x_padrones|PADRON = 'p' AND OBJETO = 'o'",
                                  "activities by cuit|Actividades_x_padrones|cuit = '20123456789'",
                                  "taxpayer by cuit|Contribuyentes|Cuit = '20-12345678-9'"}) {
             const QStringList row = QString(pair).split('|');
-            QTest::newRow(qPrintable(row[0])) << row[1] << row[2];
+            Row(qPrintable(row[0]), row[1], row[2]);
         }
     }
     void filtersUseAnIndex()

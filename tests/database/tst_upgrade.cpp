@@ -87,26 +87,22 @@ public:
 private slots:
     void commaDecimalFromDotted_data()
     {
-        QTest::addColumn<QString>("stored");
-        QTest::addColumn<QString>("converted");
-        auto row = [](const char* name, const char* stored, const char* converted) {
-            QTest::newRow(name) << stored << converted;
-        };
-        row("groups and decimals", "1,234.50", "1.234,50");
-        row("no groups", "1234.5", "1.234,50");
-        row("whole", "12", "12,00");
-        row("zero", "0", "0,00");
-        row("millions", "1000000", "1.000.000,00");
-        row("negative", "-1,000.5", "-1.000,50");
-        row("half away from zero", "0.005", "0,01");
-        row("on its decimal value", "2.675", "2,68");
-        row("no negative zero", "-0.001", "0,00");
-        row("blanks around", " 7.5 ", "7,50");
-        row("empty stays", "", "");
-        row("text stays", "abc", "abc");
-        row("two dots is no number", "1.2.3", "1.2.3");
+        Columns<QString, QString>("stored", "converted");
+        Row("groups and decimals", "1,234.50", "1.234,50");
+        Row("no groups", "1234.5", "1.234,50");
+        Row("whole", "12", "12,00");
+        Row("zero", "0", "0,00");
+        Row("millions", "1000000", "1.000.000,00");
+        Row("negative", "-1,000.5", "-1.000,50");
+        Row("half away from zero", "0.005", "0,01");
+        Row("on its decimal value", "2.675", "2,68");
+        Row("no negative zero", "-0.001", "0,00");
+        Row("blanks around", " 7.5 ", "7,50");
+        Row("empty stays", "", "");
+        Row("text stays", "abc", "abc");
+        Row("two dots is no number", "1.2.3", "1.2.3");
         // Why the conversion must run once: a converted amount read again.
-        row("converted twice is damaged", "1.234,50", "1,23");
+        Row("converted twice is damaged", "1.234,50", "1,23");
     }
     void commaDecimalFromDotted()
     {
@@ -119,35 +115,28 @@ private slots:
     // back after a start.
     void amountsOfEveryTable_data()
     {
-        QTest::addColumn<QString>("table");
-        QTest::addColumn<QString>("column");
-        QTest::addColumn<QString>("stored");
-        QTest::addColumn<QString>("expected");
-        auto row = [](const char* name, const char* table, const char* column, const char* stored,
-                      const char* expected) {
-            QTest::newRow(name) << table << column << stored << expected;
-        };
-        row("F976 base", "F976", "BaseImponible", "1,234.50", "1.234,50");
-        row("F976 rate", "F976", "Tasa", "3.6", "3,60");
-        row("F976 SaldoAFavorF left out", "F976", "SaldoAFavorF", "1,234.50", "1,234.50");
-        row("F976 key untouched", "F976", "Codigo", "1.5", "1.5");
-        row("F2001", "F2001", "Desgrabaciones", "1000", "1.000,00");
-        row("F2001_Detalle", "F2001_Detalle", "BaseImponible", "0.005", "0,01");
-        row("F976_Detalle rate", "F976_Detalle", "Alicuota", "0.43", "0,43");
-        row("F976_Detalle tax", "F976_Detalle", "Impuesto", "44.444", "44,44");
-        row("F976_Detalle ctrl untouched", "F976_Detalle", "ctrl", "1.5", "1.5");
-        row("F977", "F977", "Transporte", "2,000", "2.000,00");
-        row("F977_Detalle", "F977_Detalle", "ImportePercibido", "1,234.50", "1.234,50");
-        row("F977 report", "F977_DETALLE_REPORTE", "IMPORTEPERCIBIDO", "7.5", "7,50");
-        row("F978", "F978", "TotalPercepciones", "99.999", "100,00");
-        row("F985", "F985", "TotalPercepciones", "5.5", "5,50");
-        row("F985_Detalle", "F985_Detalle", "ImportePercibido", "5.5", "5,50");
-        row("F986", "F986", "ImpPercibidoF985", "12.34", "12,34");
-        row("F986 name untouched", "F986", "RazonSocial", "S.A.", "S.A.");
-        row("F987", "F987", "Transporte", "1,000,000", "1.000.000,00");
-        row("F987_Detalle", "F987_Detalle", "ImportePercibido", "0.1", "0,10");
-        row("F988", "F988", "ImporteDepositar", "99.99", "99,99");
-        row("tMenores", "tMenores", "Codigo", "1,500.00", "1.500,00");
+        Columns<QString, QString, QString, QString>("table", "column", "stored", "expected");
+        Row("F976 base", "F976", "BaseImponible", "1,234.50", "1.234,50");
+        Row("F976 rate", "F976", "Tasa", "3.6", "3,60");
+        Row("F976 SaldoAFavorF left out", "F976", "SaldoAFavorF", "1,234.50", "1,234.50");
+        Row("F976 key untouched", "F976", "Codigo", "1.5", "1.5");
+        Row("F2001", "F2001", "Desgrabaciones", "1000", "1.000,00");
+        Row("F2001_Detalle", "F2001_Detalle", "BaseImponible", "0.005", "0,01");
+        Row("F976_Detalle rate", "F976_Detalle", "Alicuota", "0.43", "0,43");
+        Row("F976_Detalle tax", "F976_Detalle", "Impuesto", "44.444", "44,44");
+        Row("F976_Detalle ctrl untouched", "F976_Detalle", "ctrl", "1.5", "1.5");
+        Row("F977", "F977", "Transporte", "2,000", "2.000,00");
+        Row("F977_Detalle", "F977_Detalle", "ImportePercibido", "1,234.50", "1.234,50");
+        Row("F977 report", "F977_DETALLE_REPORTE", "IMPORTEPERCIBIDO", "7.5", "7,50");
+        Row("F978", "F978", "TotalPercepciones", "99.999", "100,00");
+        Row("F985", "F985", "TotalPercepciones", "5.5", "5,50");
+        Row("F985_Detalle", "F985_Detalle", "ImportePercibido", "5.5", "5,50");
+        Row("F986", "F986", "ImpPercibidoF985", "12.34", "12,34");
+        Row("F986 name untouched", "F986", "RazonSocial", "S.A.", "S.A.");
+        Row("F987", "F987", "Transporte", "1,000,000", "1.000.000,00");
+        Row("F987_Detalle", "F987_Detalle", "ImportePercibido", "0.1", "0,10");
+        Row("F988", "F988", "ImporteDepositar", "99.99", "99,99");
+        Row("tMenores", "tMenores", "Codigo", "1,500.00", "1.500,00");
     }
     void amountsOfEveryTable()
     {

@@ -4,14 +4,10 @@
 #include <QStringList>
 #include <memory>
 
-#include "Globals.h"
-#include "ZoAccess.h"
-#include "declarations/F2001_Detalle.h"
-#include "declarations/F976_Detalle.h"
-#include "declarations/F977_Detalle.h"
-#include "declarations/F978_Detalle.h"
-#include "declarations/F985_Detalle.h"
-#include "declarations/F987_Detalle.h"
+#include "Db.h"
+#include "declarations/DetalleDialog.h"
+#include "declarations/FormularioDDJJ.h"
+#include "declarations/FormulariosDDJJ.h"
 
 // One declaration of premises 1234, objeto 1, March 2024, original, as the
 // forms hand it to their detail dialogs.
@@ -34,20 +30,12 @@ inline QString Parametros(const QString& formulario, const QString& id = {})
            QStringLiteral(";DetalleNuevo=Verdadero;ctrl=0;");
 }
 
-// The detail dialog of a form ("F976"), not yet loaded.
+// The detail dialog of a form ("F976") as the form makes it, not yet loaded.
 inline std::unique_ptr<DetalleDialog> Dialogo(const QString& formulario)
 {
-    if (formulario == QLatin1String("F976"))
-        return std::make_unique<F976_Detalle>();
-    if (formulario == QLatin1String("F2001"))
-        return std::make_unique<F2001_Detalle>();
-    if (formulario == QLatin1String("F977"))
-        return std::make_unique<F977_Detalle>();
-    if (formulario == QLatin1String("F978"))
-        return std::make_unique<F978_Detalle>();
-    if (formulario == QLatin1String("F985"))
-        return std::make_unique<F985_Detalle>();
-    return std::make_unique<F987_Detalle>();
+    RegistrarFormularios();
+    const std::unique_ptr<DeclarationForm> form = CreateDeclarationForm(formulario);
+    return static_cast<FormularioDDJJ&>(*form).definicion().crearDetalle();
 }
 
 // The dialog as the form's "Agregar" opens it (no `id`) or "Modificar", with
@@ -66,14 +54,8 @@ inline std::unique_ptr<DetalleDialog> Abrir(const QString& formulario, const QSt
 // The values of one column of the version's lines, by line number.
 inline QStringList Columna(const QString& tabla, const QString& columna)
 {
-    QStringList out;
-    RecordsetPtr rs = gAccess().FillRecordSet(
-        QStringLiteral("SELECT %1 FROM %2 WHERE Codigo = '%3' ORDER BY CodigoDetalle")
-            .arg(columna, tabla, kCodigo));
-    if (rs)
-        for (const auto& row : rs->rows())
-            out << row.value(0).toString();
-    return out;
+    return Db::column(QStringLiteral("SELECT %1 FROM %2 WHERE Codigo = '%3' ORDER BY CodigoDetalle")
+                          .arg(columna, tabla, kCodigo));
 }
 
 } // namespace DetalleTest

@@ -5,11 +5,10 @@
 #include <QVector>
 #include <memory>
 
-#include "Globals.h"
-#include "SqlText.h"
+#include "Db.h"
+#include "Seed.h"
 #include "TestSupport.h"
 #include "Tovak.h"
-#include "ZoAccess.h"
 #include "declarations/DetalleDialog.h"
 #include "declarations/FormularioDDJJ.h"
 #include "declarations/FormulariosDDJJ.h"
@@ -31,23 +30,24 @@ inline void premises(const QString& regimen = QStringLiteral("0"),
                      const QString& retencion = QStringLiteral("1"),
                      const QString& percepcion = QStringLiteral("1"))
 {
-    gAccess().Execute(QStringLiteral("INSERT INTO Contribuyentes (idContribuyente, "
-                                     "ApellidoNombre, Cuit) VALUES (1, 'GÓMEZ, ANA', "
-                                     "'20-12345678-6')"));
-    gAccess().Execute(
-        QStringLiteral("INSERT INTO tPadronesComerciales (idContribuyente, cuit, padron, objeto, "
-                       "razon_social, percepcion, retencion, regimen, calle_numero, "
-                       "localidad_departamento, cp) VALUES (1, '20123456786', '%1', '%2', "
-                       "'ALMACÉN O''HIGGINS', '%3', '%4', '%5', 'O''HIGGINS 1234', 'CAPITAL', "
-                       "'5500')")
-            .arg(kPadron, kObjeto, percepcion, retencion, regimen));
+    Seed::AddTaxpayer(1, QStringLiteral("GÓMEZ, ANA"));
+    Seed::AddPremises("12345", "7",
+                      {"idContribuyente=1", "razon_social=ALMACÉN O'HIGGINS",
+                       "calle_numero=O'HIGGINS 1234", "regimen=" + regimen,
+                       "retencion=" + retencion, "percepcion=" + percepcion});
+}
+
+// How the string of every declaration of March begins.
+inline QString cabeza(const QString& form)
+{
+    return QStringLiteral("Padron=") + kPadron + QStringLiteral(" - Objeto N° ") + kObjeto +
+           QStringLiteral(";Anio=2024;Periodo=03;Formulario=") + form;
 }
 
 // The string of a form not yet started, as the dispatcher hands it over.
 inline QString nuevo(const QString& form)
 {
-    return QStringLiteral("Padron=") + kPadron + QStringLiteral(" - Objeto N° ") + kObjeto +
-           QStringLiteral(";Anio=2024;Periodo=03;Formulario=") + form +
+    return cabeza(form) +
            QStringLiteral(";Rectificativa=Falso;FechaRectificativa=0;FechaRectificativaNueva=0;"
                           "Nuevo=Verdadero;ConDatos=Falso;idEncFormulario=-1;ctrl=0;"
                           "idContribuyente=1;Codigo=") +
@@ -61,9 +61,8 @@ inline QString existente(const QString& form, const QString& rect = QStringLiter
                          const QString& nuevoValor = QStringLiteral("Falso"))
 {
     const bool r = rect == QLatin1String("True") || rect == QLatin1String("Verdadero");
-    return QStringLiteral("Padron=") + kPadron + QStringLiteral(" - Objeto N° ") + kObjeto +
-           QStringLiteral(";Anio=2024;Periodo=03;Formulario=") + form + QStringLiteral(";Nuevo=") +
-           nuevoValor + QStringLiteral(";ConDatos=Verdadero;Rectificativa=") + rect +
+    return cabeza(form) + QStringLiteral(";Nuevo=") + nuevoValor +
+           QStringLiteral(";ConDatos=Verdadero;Rectificativa=") + rect +
            QStringLiteral(";FechaRectificativa=") + fecha + QStringLiteral(";ctrl=") + ctrl +
            QStringLiteral(";idContribuyente=1;Codigo=") + codigo(r ? u'R' : u'O') + u';';
 }
@@ -72,27 +71,11 @@ inline QString existente(const QString& form, const QString& rect = QStringLiter
 inline QString rectificativa(const QString& form, bool conDatos, const QString& fechaPrevia,
                              const QString& ctrlNuevo, const QString& fechaNueva)
 {
-    return QStringLiteral("Padron=") + kPadron + QStringLiteral(" - Objeto N° ") + kObjeto +
-           QStringLiteral(";Anio=2024;Periodo=03;Formulario=") + form +
-           QStringLiteral(";Nuevo=True;ConDatos=") + (conDatos ? "True" : "False") +
+    return cabeza(form) + QStringLiteral(";Nuevo=True;ConDatos=") + (conDatos ? "True" : "False") +
            QStringLiteral(";Rectificativa=True;FechaRectificativa=") + fechaPrevia +
-           QStringLiteral(";ctrl=") + ctrlNuevo + QStringLiteral(";idContribuyente=1;") +
-           QStringLiteral("FechaRectificativaNueva=") + fechaNueva + QStringLiteral(";Codigo=") +
-           codigo(u'R') + u';';
-}
-
-inline int count(const QString& sql)
-{
-    return gAccess().GetInteger(sql);
-}
-
-inline QStringList column(const QString& sql)
-{
-    QStringList out;
-    RecordsetPtr rs = gAccess().FillRecordSet(sql);
-    for (; rs && !rs->EOF_(); rs->MoveNext())
-        out << rs->Text(0);
-    return out;
+           QStringLiteral(";ctrl=") + ctrlNuevo +
+           QStringLiteral(";idContribuyente=1;FechaRectificativaNueva=") + fechaNueva +
+           QStringLiteral(";Codigo=") + codigo(u'R') + u';';
 }
 
 // Writes one line as the detail dialog does: the next CodigoDetalle of the
@@ -100,35 +83,23 @@ inline QStringList column(const QString& sql)
 inline void writeLine(const QString& table, const QString& parametros, const QStringList& cols,
                       const QStringList& values)
 {
-    const QString cod = ReadParameter(parametros, QStringLiteral("Codigo"));
-    const QString fecha = ReadParameter(parametros, QStringLiteral("FechaRectificativa"));
-    const QString ctrl = ReadParameter(parametros, QStringLiteral("ctrl"));
-    const int next = gAccess().GetInteger(QStringLiteral("SELECT COUNT(*) FROM ") + table +
-                                          QStringLiteral(" WHERE Codigo = '") + cod +
-                                          QStringLiteral("' AND FechaRectificativa = '") + fecha +
-                                          QStringLiteral("' AND ctrl = '") + ctrl + u'\'') +
-                     1;
-    QStringList quoted;
-    for (const QString& v : values)
-        quoted << u'\'' + Sq(v) + u'\'';
-    gAccess().Execute(QStringLiteral("INSERT INTO ") + table +
-                      QStringLiteral(" (Codigo, FechaRectificativa, CodigoDetalle, ctrl, ") +
-                      cols.join(u',') + QStringLiteral(") VALUES ('") + cod +
-                      QStringLiteral("', '") + fecha + QStringLiteral("', '") +
-                      QString::number(next).rightJustified(4, u'0') + QStringLiteral("', '") +
-                      ctrl + QStringLiteral("', ") + quoted.join(u',') + u')');
+    QStringList pairs, version;
+    for (const QString key : {"Codigo", "FechaRectificativa", "ctrl"}) {
+        pairs << key + u'=' + ReadParameter(parametros, key);
+        version << key + QStringLiteral(" = '") + ReadParameter(parametros, key) + u'\'';
+    }
+    const int next = Db::count(table, version.join(QStringLiteral(" AND "))) + 1;
+    pairs << QStringLiteral("CodigoDetalle=") + QString::number(next).rightJustified(4, u'0');
+    for (int i = 0; i < cols.size(); ++i)
+        pairs << cols[i] + u'=' + values.value(i);
+    Db::insert(table, pairs);
 }
 
-inline const QStringList kActividad = {
-    QStringLiteral("CodigoActividad"), QStringLiteral("TipoActividad"),
-    QStringLiteral("BaseImponible"), QStringLiteral("Alicuota"), QStringLiteral("Impuesto")};
-inline const QStringList kComprobante = {QStringLiteral("Fecha"),
-                                         QStringLiteral("TipoComprobante"),
-                                         QStringLiteral("NroComprobante"),
-                                         QStringLiteral("Denominacion"),
-                                         QStringLiteral("Cuit"),
-                                         QStringLiteral("Padron"),
-                                         QStringLiteral("ImportePercibido")};
+inline const QStringList kActividad =
+    QStringLiteral("CodigoActividad TipoActividad BaseImponible Alicuota Impuesto").split(u' ');
+inline const QStringList kComprobante =
+    QStringLiteral("Fecha TipoComprobante NroComprobante Denominacion Cuit Padron ImportePercibido")
+        .split(u' ');
 
 // Plays the person in the detail dialog: each opening writes the next of
 // `lines` into `table` and accepts.
@@ -152,18 +123,21 @@ inline void storeVersion(const QString& form, const QString& column, const QStri
                          const QString& ctrl = QStringLiteral("0"))
 {
     const bool r = rect == QLatin1String("True") || rect == QLatin1String("Verdadero");
-    const QStringList values{
-        codigo(r ? u'R' : u'O'), kPadron, kObjeto, kPeriodo, rect, fecha, ctrl, value};
-    gAccess().Execute(QStringLiteral("INSERT INTO ") + form +
-                      QStringLiteral(" (Codigo, Padron, Objeto, Periodo, Rectificativa, "
-                                     "FechaRectificativa, ctrl, ") +
-                      column + QStringLiteral(") VALUES ('") + values.join(QStringLiteral("', '")) +
-                      QStringLiteral("')"));
-    const QStringList reg{kPadron, kObjeto, kPeriodo, form, rect, fecha, ctrl};
-    gAccess().Execute(QStringLiteral("INSERT INTO TPadrones_Formularios (Padron, Objeto, Periodo, "
-                                     "idFormulario, Rectificativa, FechaRectificativa, ctrl) "
-                                     "VALUES ('") +
-                      reg.join(QStringLiteral("', '")) + QStringLiteral("')"));
+    const QStringList version{"Padron=" + kPadron,           "Objeto=" + kObjeto,
+                              "Periodo=" + kPeriodo,         "Rectificativa=" + rect,
+                              "FechaRectificativa=" + fecha, "ctrl=" + ctrl};
+    Db::insert(form,
+               version + QStringList{"Codigo=" + codigo(r ? u'R' : u'O'), column + '=' + value});
+    Db::insert("TPadrones_Formularios", version + QStringList{"idFormulario=" + form});
+}
+
+// A receipt of an annex: date, type, number, name, CUIT, padrón and amount.
+inline QStringList comprobante(const QString& nro, const QString& importe,
+                               const QString& tipo = QStringLiteral("FACA - Factura A"))
+{
+    return QStringLiteral("05-03-2024|%1|%2|PROVEEDOR %3|30-71234567-1|0000000000099|%4")
+        .arg(tipo, nro.rightJustified(15, u'0'), nro, importe)
+        .split(u'|');
 }
 
 // A form made as the dispatcher makes it, by its IdFormulario.

@@ -7,22 +7,6 @@
 
 using namespace fx;
 
-namespace {
-
-QStringList comprobante(const QString& nro, const QString& importe,
-                        const QString& tipo = QStringLiteral("FACA - Factura A"))
-{
-    return {QStringLiteral("05-03-2024"),
-            tipo,
-            nro.rightJustified(15, u'0'),
-            QStringLiteral("PROVEEDOR ") + nro,
-            QStringLiteral("30-71234567-1"),
-            QStringLiteral("0000000000099"),
-            importe};
-}
-
-} // namespace
-
 // The annexes F977 and F978: their total, their agreement with the return of
 // the period (with the adjustment line under PROCOM), and their lines.
 class TstAnexos : public EnvTest
@@ -44,24 +28,18 @@ private slots:
                                 "ingresados"));
         QCOMPARE(env->ui().messages().last().title, QStringLiteral("Ajuste"));
         QVERIFY(form.isLoaded());
-        QCOMPARE(count("SELECT COUNT(*) FROM F977"), 0);
-        QCOMPARE(count("SELECT COUNT(*) FROM F977_Detalle"), 1);
+        QCOMPARE(Db::count("F977"), 0);
+        QCOMPARE(Db::count("F977_Detalle"), 1);
     }
 
     void againstProcomTheToleranceAdjusts_data()
     {
-        QTest::addColumn<QString>("form");
-        QTest::addColumn<QString>("linea");
-        QTest::addColumn<QString>("declarado");
-        QTest::addColumn<QString>("ajuste"); // "" when refused
-        auto row = [](const char* name, const char* form, const char* linea, const char* declarado,
-                      const char* ajuste) {
-            QTest::newRow(name) << form << linea << declarado << ajuste;
-        };
-        row("F977 9,99 below", "F977", "90,01", "100,00", "9,99");
-        row("F977 10,00 below", "F977", "90,00", "100,00", "");
-        row("F978 above", "F978", "1.005,00", "1.000,00", "-5,00");
-        row("F978 10,00 above", "F978", "1.010,00", "1.000,00", "");
+        // ajuste: "" when refused
+        Columns<QString, QString, QString, QString>("form", "linea", "declarado", "ajuste");
+        Row("F977 9,99 below", "F977", "90,01", "100,00", "9,99");
+        Row("F977 10,00 below", "F977", "90,00", "100,00", "");
+        Row("F978 above", "F978", "1.005,00", "1.000,00", "-5,00");
+        Row("F978 10,00 above", "F978", "1.010,00", "1.000,00", "");
     }
     void againstProcomTheToleranceAdjusts()
     {
@@ -80,17 +58,15 @@ private slots:
         if (ajuste.isEmpty()) {
             QCOMPARE(env->ui().lastText(), head + "Revise los importes ingresados");
             QVERIFY(f->isLoaded());
-            QCOMPARE(count("SELECT COUNT(*) FROM " + form), 0);
+            QCOMPARE(Db::count(form), 0);
             return;
         }
         QCOMPARE(env->ui().lastText(), head + "Se ajustará automáticamente");
         QVERIFY(!f->isLoaded());
-        QCOMPARE(column("SELECT CodigoDetalle || '|' || TipoComprobante || '|' || Cuit || '|' || "
-                        "ImportePercibido FROM " +
-                        form + "_Detalle WHERE CodigoDetalle = '9999'"),
+        QCOMPARE(Db::rows("SELECT CodigoDetalle, TipoComprobante, Cuit, ImportePercibido FROM " +
+                          form + "_Detalle WHERE CodigoDetalle = '9999'"),
                  QStringList{"9999|AJUS - Ajuste|00-00000000-0|" + ajuste});
-        QCOMPARE(column("SELECT TotalPercepciones || '|' || Domicilio || '|' || RazonSocial FROM " +
-                        form),
+        QCOMPARE(Db::rows("SELECT TotalPercepciones, Domicilio, RazonSocial FROM " + form),
                  QStringList{declarado + "|O'HIGGINS 1234 - CAPITAL|ALMACÉN O'HIGGINS"});
     }
 
@@ -105,17 +81,15 @@ private slots:
         abrirForm(form, existente("F977"));
         QCOMPARE(form["gridFormulario"].rowCount(), 3);
         Person(form).click("cmdAceptar");
-        QCOMPARE(count("SELECT COUNT(*) FROM F977_Detalle WHERE TipoComprobante = 'AJUS - Ajuste'"),
-                 1);
-        QCOMPARE(count("SELECT COUNT(*) FROM F977"), 1);
+        QCOMPARE(Db::count("F977_Detalle", "TipoComprobante = 'AJUS - Ajuste'"), 1);
+        QCOMPARE(Db::count("F977"), 1);
 
         abrirForm(form, existente("F977"));
         Person p(form);
         p.clickRow("gridFormulario", 0);
         env->ui().answer("Desea eliminar el registro?", Msg::Yes);
         p.click("cmdQuitar");
-        QCOMPARE(column("SELECT CodigoDetalle || '|' || ImportePercibido FROM F977_Detalle ORDER "
-                        "BY Id"),
+        QCOMPARE(Db::rows("SELECT CodigoDetalle, ImportePercibido FROM F977_Detalle ORDER BY Id"),
                  (QStringList{"0001|45,00", "0002|5,00"}));
         QCOMPARE(form["gridFormulario"].cell(1, 0), QStringLiteral("0002"));
         QCOMPARE(form["txtTotalPercepciones"].text(), QStringLiteral("50,00"));
@@ -135,7 +109,7 @@ private slots:
         // Regime 2 has no return to compare with.
         Person(form).click("cmdAceptar");
         QVERIFY(env->ui().messages().isEmpty());
-        QCOMPARE(column("SELECT TotalPercepciones FROM F978"), QStringList{"1.000,00"});
+        QCOMPARE(Db::column("SELECT TotalPercepciones FROM F978"), QStringList{"1.000,00"});
     }
 
     void linesComeThroughTheDialogAndRectificationCopiesThem()
@@ -150,11 +124,10 @@ private slots:
         QCOMPARE(form["gridFormulario"].rowCount(), 2);
         Person(form).click("cmdAceptar");
         // The copy writes one blank for a type the line lacked.
-        gAccess().Execute("UPDATE F977_Detalle SET TipoComprobante = NULL");
+        Db::exec("UPDATE F977_Detalle SET TipoComprobante = NULL");
         abrirForm(form, rectificativa("F977", true, "0", "1", "02-05-2024 09:00:00"));
-        QCOMPARE(column("SELECT CodigoDetalle || '|' || FechaRectificativa || '|' || ctrl || '|' "
-                        "|| TipoComprobante || '|' || NroComprobante FROM F977_Detalle WHERE "
-                        "ctrl = '1'"),
+        QCOMPARE(Db::rows("SELECT CodigoDetalle, FechaRectificativa, ctrl, TipoComprobante, "
+                          "NroComprobante FROM F977_Detalle WHERE ctrl = '1'"),
                  (QStringList{"0001|02-05-2024|1| |000000000000007",
                               "0002|02-05-2024|1| |000000000000008"}));
     }

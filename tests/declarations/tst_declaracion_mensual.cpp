@@ -10,8 +10,6 @@ using namespace fx;
 
 namespace {
 
-const QString kF976Lines = QStringLiteral("F976_Detalle");
-
 QStringList actividad(const QString& codigo, const QString& base, const QString& impuesto)
 {
     return {codigo, QStringLiteral("COMERCIO ") + codigo, base, QStringLiteral("3,5"), impuesto};
@@ -28,87 +26,46 @@ class TstDeclaracionMensual : public EnvTest
     void seed() override { premises("0", "0", "0"); }
 
 private slots:
-    void newReturnAcceptedThenModifiedThenRectifiedWithData()
+    // A rate typed above the levy is saved as typed, and "Modificar" shows
+    // every saved figure again; Cancelar there keeps the lines.
+    void savedFiguresComeBackInModificar()
     {
-        scriptLines(
-            *env, "F976_Detalle", kF976Lines, kActividad,
-            {actividad("101", "10.000,00", "350,00"), actividad("202", "2.000,00", "70,00")});
         F976 form;
-        abrirForm(form, nuevo("F976"));
-        Person p(form);
+        abrirForm(form, nuevo("F976"),
+                  {actividad("101", "10.000,00", "350,00"), actividad("202", "2.000,00", "70,00")});
         QCOMPARE(form["txtRazonSocial"].text(), QStringLiteral("ALMACÉN O'HIGGINS"));
         QCOMPARE(form["txtPeriodo"].text(), kPeriodo);
-        QVERIFY(!form["cmdCancelar"].enabled()); // an empty return is left by "Aceptar"
-        p.click("cmdAgregar");
-        p.click("cmdAgregar");
-        QCOMPARE(form["gridFormulario"].rowCount(), 2);
-        QCOMPARE(form["gridFormulario"].cell(1, 0), QStringLiteral("0002"));
-        QCOMPARE(form["txtImpuesto"].text(), QStringLiteral("420,00"));
-        QCOMPARE(form["txtTasa"].text(), QStringLiteral("420,00"));
-        p.type("txtTasa", "500");
-        p.leave("txtTasa");
-        p.type("txtRetenciones", "100");
-        p.leave("txtRetenciones");
-        p.type("txtMultas", "12,5");
-        p.leave("txtMultas");
+        Person p(form);
+        for (const QString typed : {"txtTasa=500", "txtRetenciones=100", "txtMultas=12,5"}) {
+            p.type(typed.section('=', 0, 0), typed.section('=', 1));
+            p.leave(typed.section('=', 0, 0));
+        }
         QCOMPARE(form["txtTotalAPagar"].text(), QStringLiteral("412,50"));
         p.click("cmdAceptar");
-        QVERIFY(!form.isLoaded());
-        QCOMPARE(
-            column("SELECT Tasa || '|' || Retenciones || '|' || Multas || '|' || TotalAPagar || "
-                   "'|' || Rectificativa || '|' || ctrl FROM F976"),
-            QStringList{"500,00|100,00|12,50|412,50|False|0"});
-        QCOMPARE(column("SELECT idFormulario || '|' || Periodo || '|' || Rectificativa FROM "
-                        "TPadrones_Formularios"),
-                 QStringList{"F976|03-2024|False"});
-
-        // "Modificar" shows the same figures, and the added rate stays above
-        // the levy.
-        F976 again;
-        abrirForm(again, existente("F976"));
-        QCOMPARE(again["gridFormulario"].rowCount(), 2);
-        QCOMPARE(again["txtTasa"].text(), QStringLiteral("500,00"));
-        QCOMPARE(again["txtRetenciones"].text(), QStringLiteral("100,00"));
-        QCOMPARE(again["txtTotalAPagar"].text(), QStringLiteral("412,50"));
-        QVERIFY(!again["optRectificativa"].enabled());
-        Person(again).click("cmdCancelar");
-        QCOMPARE(count("SELECT COUNT(*) FROM F976_Detalle"), 2);
-
-        // A rectification with data starts from those lines, under a raised
-        // ctrl and the new date, and leaves the original alone.
-        F976 rect;
-        abrirForm(rect, rectificativa("F976", true, "0", "1", "15-04-2024 10:20:30"));
-        QCOMPARE(rect["gridFormulario"].rowCount(), 2);
-        QCOMPARE(rect["txtFechaDDJJ"].text(), QStringLiteral("15-04-2024"));
-        QCOMPARE(rect["txtRetenciones"].text(), QStringLiteral("100,00"));
-        QCOMPARE(rect["optRectificativa"].value(), 1);
-        QCOMPARE(
-            column("SELECT Codigo || '|' || FechaRectificativa || '|' || CodigoDetalle || '|' "
-                   "|| ctrl || '|' || Impuesto FROM F976_Detalle WHERE ctrl = '1' ORDER BY Id"),
-            (QStringList{codigo(u'R') + "|15-04-2024|0001|1|350,00",
-                         codigo(u'R') + "|15-04-2024|0002|1|70,00"}));
-        QCOMPARE(count("SELECT COUNT(*) FROM F976_Detalle WHERE ctrl = '0'"), 2);
-        Person(rect).click("cmdAceptar");
-        QCOMPARE(
-            column("SELECT Codigo || '|' || Rectificativa || '|' || FechaRectificativa || '|' "
-                   "|| ctrl FROM F976 ORDER BY Id"),
-            (QStringList{codigo(u'O') + "|False|0|0", codigo(u'R') + "|Verdadero|15-04-2024|1"}));
-        QCOMPARE(count("SELECT COUNT(*) FROM TPadrones_Formularios"), 2);
+        QCOMPARE(Db::rows("SELECT Tasa, Retenciones, Multas, TotalAPagar, Rectificativa, ctrl FROM "
+                          "F976"),
+                 QStringList{"500,00|100,00|12,50|412,50|False|0"});
+        abrirForm(form, existente("F976"));
+        QCOMPARE(form["gridFormulario"].rowCount(), 2);
+        QCOMPARE((QStringList{form["txtTasa"].text(), form["txtRetenciones"].text(),
+                              form["txtTotalAPagar"].text()}),
+                 (QStringList{"500,00", "100,00", "412,50"}));
+        QVERIFY(!form["optRectificativa"].enabled());
+        Person(form).click("cmdCancelar");
+        QCOMPARE(Db::count("F976_Detalle"), 2);
     }
 
     // Each figure typed and left, the form computes the rest, each step to two
     // decimals; a negative total asks before it is accepted.
     void computation_data()
     {
-        QTest::addColumn<QString>("form");
-        QTest::addColumn<QString>("impuesto");
-        QTest::addColumn<QStringList>("typed");    // field=value, typed in this order
-        QTest::addColumn<QStringList>("expected"); // field=value
-        QTest::addColumn<bool>("negative");
+        // typed: field=value, typed in this order; expected: field=value
+        Columns<QString, QString, QStringList, QStringList, bool>("form", "impuesto", "typed",
+                                                                  "expected", "negative");
         auto row = [](const char* name, const char* form, const char* impuesto, const char* typed,
                       const QString& expected, bool negative) {
-            QTest::newRow(name) << form << impuesto << QString(typed).split(' ', Qt::SkipEmptyParts)
-                                << QString(expected).split(' ') << negative;
+            Row(name, form, impuesto, QString(typed).split(' ', Qt::SkipEmptyParts),
+                QString(expected).split(' '), negative);
         };
         const char* f976 = "txtSubtotalDeterminado=%1 txtSubtotalDeterminado2=%2 txtSaldo=%3 "
                            "txtSaldo2=%4 txtTotalAPagar=%5";
@@ -171,21 +128,16 @@ private slots:
             env->ui().answer("monto negativo", Msg::No);
             p.click("cmdAceptar");
             QVERIFY(f->isLoaded());
-            QCOMPARE(count("SELECT COUNT(*) FROM F976"), 0);
+            QCOMPARE(Db::count("F976"), 0);
         }
     }
 
     void rateNeverBelowLevy_data()
     {
-        QTest::addColumn<QString>("form");
-        QTest::addColumn<QString>("field");
-        QTest::addColumn<QString>("message");
-        // clang-format off
-        QTest::newRow("F976") << "F976" << "txtTasa"
-            << "La Tasa o Mínimo no puede ser menor que el Total Impuesto";
-        QTest::newRow("F2001") << "F2001" << "txtTotalTasaDeterminada"
-            << "El Total Tasa Determinada no puede ser menor que el Total Impuesto";
-        // clang-format on
+        Columns<QString, QString, QString>("form", "field", "message");
+        Row("F976", "F976", "txtTasa", "La Tasa o Mínimo no puede ser menor que el Total Impuesto");
+        Row("F2001", "F2001", "txtTotalTasaDeterminada",
+            "El Total Tasa Determinada no puede ser menor que el Total Impuesto");
     }
     void rateNeverBelowLevy()
     {
@@ -207,10 +159,9 @@ private slots:
 
     void sixLinesFitTheSeventhIsRefused_data()
     {
-        QTest::addColumn<QString>("form");
-        QTest::addColumn<QString>("message");
-        QTest::newRow("F976") << "F976" << QString("No puede ingresar mas de 6 detalles");
-        QTest::newRow("F2001") << "F2001" << QString("No puede ingresar más de 6 actividades.");
+        Columns<QString, QString>("form", "message");
+        Row("F976", "F976", QString("No puede ingresar mas de 6 detalles"));
+        Row("F2001", "F2001", QString("No puede ingresar más de 6 actividades."));
     }
     void sixLinesFitTheSeventhIsRefused()
     {
@@ -229,22 +180,23 @@ private slots:
         QVERIFY(env->ui().messages().isEmpty());
         p.click("cmdAgregar");
         QCOMPARE(env->ui().lastText(), message);
-        QCOMPARE(count("SELECT COUNT(*) FROM " + form + "_Detalle"), 6);
+        QCOMPARE(Db::count(form + "_Detalle"), 6);
     }
 
     void threeStatesUnderAceptarAndCancelar()
     {
-        scriptLines(*env, "F976_Detalle", kF976Lines, kActividad,
+        scriptLines(*env, "F976_Detalle", "F976_Detalle", kActividad,
                     {actividad("1", "1000", "35,00"), actividad("2", "1000", "35,00"),
                      actividad("3", "1000", "35,00")});
         auto state = [] {
-            return QStringList{QString::number(count("SELECT COUNT(*) FROM F976_Detalle")),
-                               QString::number(count("SELECT COUNT(*) FROM F976")),
-                               QString::number(count("SELECT COUNT(*) FROM TPadrones_Formularios"))}
+            return QStringList{QString::number(Db::count("F976_Detalle")),
+                               QString::number(Db::count("F976")),
+                               QString::number(Db::count("TPadrones_Formularios"))}
                 .join(u'/');
         };
         F976 form;
         abrirForm(form, nuevo("F976"));
+        QVERIFY(!form["cmdCancelar"].enabled()); // an empty return is left by "Aceptar"
         Person(form).click("cmdAgregar");
         QCOMPARE(state(), QStringLiteral("1/0/0")); // lines only
         Person(form).click("cmdCancelar");
@@ -277,26 +229,26 @@ private slots:
         abrirForm(form, nuevo("F976"), {actividad("1", "1000", "35,00")});
         Person(form).click("cmdAceptar");
         abrirForm(form, rectificativa("F976", true, "0", "1", "20-04-2024 08:00:00"));
-        QCOMPARE(count("SELECT COUNT(*) FROM F976_Detalle"), 2);
+        QCOMPARE(Db::count("F976_Detalle"), 2);
         Person(form).click("cmdCancelar");
-        QCOMPARE(column("SELECT Codigo || '|' || ctrl FROM F976_Detalle"),
+        QCOMPARE(Db::rows("SELECT Codigo, ctrl FROM F976_Detalle"),
                  QStringList{codigo(u'O') + "|0"});
-        QCOMPARE(count("SELECT COUNT(*) FROM F976"), 1);
-        QCOMPARE(count("SELECT COUNT(*) FROM TPadrones_Formularios"), 1);
+        QCOMPARE(Db::count("F976"), 1);
+        QCOMPARE(Db::count("TPadrones_Formularios"), 1);
     }
 
     void rectificativaSpellingsReadAlike_data()
     {
         QTest::addColumn<QString>("spelling");
-        QTest::newRow("Verdadero") << "Verdadero";
-        QTest::newRow("True") << "True";
+        Row("Verdadero", "Verdadero");
+        Row("True", "True");
     }
     void rectificativaSpellingsReadAlike()
     {
         QFETCH(QString, spelling);
         storeVersion("F976", "Retenciones", "77,00", spelling, "10-04-2024", "1");
         Db::exec("UPDATE F976 SET Tasa = '35,00'");
-        writeLine(kF976Lines, existente("F976", spelling, "10-04-2024", "1"), kActividad,
+        writeLine("F976_Detalle", existente("F976", spelling, "10-04-2024", "1"), kActividad,
                   actividad("1", "1000", "35,00"));
         F976 form;
         abrirForm(form, existente("F976", spelling, "10-04-2024", "1"));
@@ -304,8 +256,8 @@ private slots:
         QCOMPARE(form["txtFechaDDJJ"].text(), QStringLiteral("10-04-2024"));
         QCOMPARE(form["txtRetenciones"].text(), QStringLiteral("77,00"));
         Person(form).click("cmdCancelar");
-        QCOMPARE(count("SELECT COUNT(*) FROM F976_Detalle"), 1);
-        QCOMPARE(count("SELECT COUNT(*) FROM TPadrones_Formularios"), 1);
+        QCOMPARE(Db::count("F976_Detalle"), 1);
+        QCOMPARE(Db::count("TPadrones_Formularios"), 1);
 
         // Saving again updates that row and adds no other.
         abrirForm(form, existente("F976", spelling, "10-04-2024", "1"));
@@ -313,15 +265,15 @@ private slots:
         p.type("txtRetenciones", "10");
         p.leave("txtRetenciones");
         p.click("cmdAceptar");
-        QCOMPARE(column("SELECT Retenciones || '|' || Rectificativa FROM F976"),
+        QCOMPARE(Db::rows("SELECT Retenciones, Rectificativa FROM F976"),
                  QStringList{"10,00|" + spelling});
-        QCOMPARE(count("SELECT COUNT(*) FROM TPadrones_Formularios"), 1);
+        QCOMPARE(Db::count("TPadrones_Formularios"), 1);
     }
 
     void consultarAllowsNoChange()
     {
         storeVersion("F976", "Tasa", "35,00");
-        writeLine(kF976Lines, existente("F976"), kActividad, actividad("1", "1000", "35,00"));
+        writeLine("F976_Detalle", existente("F976"), kActividad, actividad("1", "1000", "35,00"));
         F976 form;
         abrirForm(form, existente("F976", "Falso", "0", "0", "Consultar"));
         for (const char* name : {"txtTasa", "txtRetenciones", "cmdAgregar", "cmdQuitarT",
@@ -333,9 +285,9 @@ private slots:
         QVERIFY(!p.closeWindow()); // no close box
         p.click("cmdCancelar");
         QVERIFY(!form.isLoaded());
-        QCOMPARE(count("SELECT COUNT(*) FROM F976_Detalle"), 1);
-        QCOMPARE(count("SELECT COUNT(*) FROM F976"), 1);
-        QCOMPARE(count("SELECT COUNT(*) FROM TPadrones_Formularios"), 1);
+        QCOMPARE(Db::count("F976_Detalle"), 1);
+        QCOMPARE(Db::count("F976"), 1);
+        QCOMPARE(Db::count("TPadrones_Formularios"), 1);
     }
 
     void rectificationDateOfAnEarlierYearIsBlanked()
@@ -362,16 +314,13 @@ private slots:
 
     void annexWarnings_data()
     {
-        QTest::addColumn<QString>("f977"); // total of F977, "" when none
-        QTest::addColumn<QString>("f978");
-        QTest::addColumn<bool>("f977Rect");    // F977 registered as a rectification
-        QTest::addColumn<QString>("expected"); // "" for no warning
+        // f977: total of F977, "" when none; f977Rect: F977 registered as a rectification;
+        // expected: "" for no warning
+        Columns<QString, QString, bool, QString>("f977", "f978", "f977Rect", "expected");
         auto row = [](const char* name, const char* f977, const char* f978, bool f977Rect,
                       const QString& expected) {
-            // clang-format off
-            QTest::newRow(name) << f977 << f978 << f977Rect
-                << (expected.isEmpty() ? expected : expected + "\r\nRevise por favor.");
-            // clang-format on
+            Row(name, f977, f978, f977Rect,
+                (expected.isEmpty() ? expected : expected + "\r\nRevise por favor."));
         };
         row("both agree", "100,00", "50,00", false, "");
         row("both differ", "100,01", "49,00", false,
@@ -416,7 +365,7 @@ private slots:
         QCOMPARE(env->ui().messages().isEmpty() ? QString() : env->ui().lastText(), expected);
         if (!expected.isEmpty())
             QCOMPARE(env->ui().messages().last().title, QStringLiteral("Advertencia... "));
-        QCOMPARE(count("SELECT COUNT(*) FROM F976"), 1); // a warning never stops the saving
+        QCOMPARE(Db::count("F976"), 1); // a warning never stops the saving
     }
 
     void removingALineRecomputes()

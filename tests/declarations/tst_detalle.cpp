@@ -4,6 +4,7 @@
 #include "DetalleTestData.h"
 #include "Person.h"
 #include "TestSupport.h"
+#include "declarations/DetalleActividad.h"
 #include "registry/Busqueda.h"
 
 using namespace DetalleTest;
@@ -54,7 +55,7 @@ void forms(std::initializer_list<const char*> names)
 {
     QTest::addColumn<QString>("formulario");
     for (const char* name : names)
-        QTest::newRow(name) << QString(name);
+        Row(name, QString(name));
 }
 
 const QString kRepetida = "Ya existe un detalle con esta actividad. Verifique.-";
@@ -91,22 +92,15 @@ private slots:
 
     void taxOfTheLine_data()
     {
-        QTest::addColumn<QString>("formulario");
-        QTest::addColumn<QString>("base");
-        QTest::addColumn<QString>("alicuota");
-        QTest::addColumn<QString>("baseMostrada");
-        QTest::addColumn<QString>("tasa");
-        auto row = [](const char* name, const char* formulario, const char* base,
-                      const char* alicuota, const char* mostrada, const char* tasa) {
-            QTest::newRow(name) << formulario << base << alicuota << mostrada << tasa;
-        };
-        row("1000 at 2.40", "F976", "1000", "2,40", "1.000,00", "24,00");
-        row("rate 0 accepted", "F976", "1000", "0,00", "1.000,00", "0,00");
-        row("millions grouped", "F976", "1234567,89", "2,40", "1.234.567,89", "29.629,63");
-        row("rounded to cents", "F2001", "333,33", "0,43", "333,33", "1,43");
-        row("half cent up", "F2001", "112,5", "0,60", "112,50", "0,68");
-        row("rate off the list", "F976", "2000", "1,50", "2.000,00", "30,00");
-        row("top rate", "F2001", "1000000", "6,00", "1.000.000,00", "60.000,00");
+        Columns<QString, QString, QString, QString, QString>("formulario", "base", "alicuota",
+                                                             "baseMostrada", "tasa");
+        Row("1000 at 2.40", "F976", "1000", "2,40", "1.000,00", "24,00");
+        Row("rate 0 accepted", "F976", "1000", "0,00", "1.000,00", "0,00");
+        Row("millions grouped", "F976", "1234567,89", "2,40", "1.234.567,89", "29.629,63");
+        Row("rounded to cents", "F2001", "333,33", "0,43", "333,33", "1,43");
+        Row("half cent up", "F2001", "112,5", "0,60", "112,50", "0,68");
+        Row("rate off the list", "F976", "2000", "1,50", "2.000,00", "30,00");
+        Row("top rate", "F2001", "1000000", "6,00", "1.000.000,00", "60.000,00");
     }
     void taxOfTheLine()
     {
@@ -155,13 +149,12 @@ private slots:
 
     void lineNumbers_data()
     {
-        QTest::addColumn<QStringList>("existentes");
-        QTest::addColumn<QString>("siguiente");
-        QTest::newRow("first") << QStringList{} << "0001";
-        QTest::newRow("second") << QStringList{"0001"} << "0002";
-        QTest::newRow("after a gap") << QStringList{"0001", "0007"} << "0008";
-        QTest::newRow("after an adjustment") << QStringList{"0001", "9999"} << "10000";
-        QTest::newRow("past the adjustment") << QStringList{"0001", "9999", "10000"} << "10001";
+        Columns<QStringList, QString>("existentes", "siguiente");
+        Row("first", QStringList{}, "0001");
+        Row("second", QStringList{"0001"}, "0002");
+        Row("after a gap", QStringList{"0001", "0007"}, "0008");
+        Row("after an adjustment", QStringList{"0001", "9999"}, "10000");
+        Row("past the adjustment", QStringList{"0001", "9999", "10000"}, "10001");
     }
     void lineNumbers()
     {
@@ -217,18 +210,13 @@ private slots:
     // activity before it asks for the tax.
     void orderOfChecks_data()
     {
-        QTest::addColumn<QString>("formulario");
-        QTest::addColumn<bool>("sinAlicuota");
-        QTest::addColumn<QString>("mensaje");
-        QTest::addColumn<QString>("actividad");
-        QTest::addColumn<QString>("foco");
+        Columns<QString, bool, QString, QString, QString>("formulario", "sinAlicuota", "mensaje",
+                                                          "actividad", "foco");
         const QString rate = "Debe ingresar el dato Alicuota", tax = "Debe ingresar el dato Tasa";
-        // clang-format off
-        QTest::newRow("F976 rate") << "F976" << true << rate << QString() << "txtAlicuota";
-        QTest::newRow("F2001 rate") << "F2001" << true << rate << QString() << "txtAlicuota";
-        QTest::newRow("F976 tax") << "F976" << false << tax << QString() << "txtTasa";
-        QTest::newRow("F2001 tax") << "F2001" << false << tax << "999999" << "txtTasa";
-        // clang-format on
+        Row("F976 rate", "F976", true, rate, QString(), "txtAlicuota");
+        Row("F2001 rate", "F2001", true, rate, QString(), "txtAlicuota");
+        Row("F976 tax", "F976", false, tax, QString(), "txtTasa");
+        Row("F2001 tax", "F2001", false, tax, "999999", "txtTasa");
     }
     void orderOfChecks()
     {
@@ -305,14 +293,11 @@ private slots:
     // A pasted amount that starts with its decimal symbol is refused.
     void amountStartingWithTheSeparator_data()
     {
-        QTest::addColumn<QString>("formulario");
-        QTest::addColumn<QString>("campo");
-        QTest::addColumn<QString>("pegado");
-        QTest::addColumn<QString>("mensaje");
-        QTest::addColumn<QString>("titulo");
+        Columns<QString, QString, QString, QString, QString>("formulario", "campo", "pegado",
+                                                             "mensaje", "titulo");
         auto row = [](const char* formulario, const char* campo, const char* pegado,
                       const char* mensaje, const char* titulo) {
-            QTest::newRow(formulario) << formulario << campo << pegado << mensaje << titulo;
+            Row(formulario, formulario, campo, pegado, mensaje, titulo);
         };
         row("F976", "txtBaseImponible", ",5",
             "El dato ingresado es incorrecto. Por favor verifique.", "Advertencia...");
@@ -344,14 +329,12 @@ private slots:
     // The period is March 2024: a later month is refused, an older one passes.
     void dateOnLeaving_data()
     {
-        QTest::addColumn<QString>("fecha");
-        QTest::addColumn<QString>("mensaje");
-        QTest::addColumn<QString>("titulo");
+        Columns<QString, QString, QString>("fecha", "mensaje", "titulo");
         const QString wrong = "La fecha ingresa es incorrecta.";
         const QString later =
             "La fecha ingresada no puede ser mayor a la del período en cuestión. Verifique.";
         auto row = [](const char* fecha, const QString& mensaje, const char* titulo) {
-            QTest::newRow(fecha) << fecha << mensaje << titulo;
+            Row(fecha, fecha, mensaje, titulo);
         };
         row("29-02-2024", "", ""); // leap day
         row("31-03-2024", "", ""); // last of the period
@@ -383,15 +366,14 @@ private slots:
 
     void cuitOnLeaving_data()
     {
-        QTest::addColumn<QString>("cuit");
-        QTest::addColumn<bool>("aviso");
-        QTest::newRow("valid 20") << "20123456786" << false;
-        QTest::newRow("valid 27") << "27171717170" << false;
-        QTest::newRow("valid 30") << "30712345671" << false;
-        QTest::newRow("prefix 24") << "24123456781" << true;
-        QTest::newRow("check digit") << "20123456780" << true;
-        QTest::newRow("short") << "2012345" << true;
-        QTest::newRow("blank") << "" << false;
+        Columns<QString, bool>("cuit", "aviso");
+        Row("valid 20", "20123456786", false);
+        Row("valid 27", "27171717170", false);
+        Row("valid 30", "30712345671", false);
+        Row("prefix 24", "24123456781", true);
+        Row("check digit", "20123456780", true);
+        Row("short", "2012345", true);
+        Row("blank", "", false);
     }
     void cuitOnLeaving()
     {
@@ -407,20 +389,13 @@ private slots:
 
     void requiredData_data()
     {
-        QTest::addColumn<QString>("fecha");
-        QTest::addColumn<QString>("cuit");
-        QTest::addColumn<QString>("importe");
-        QTest::addColumn<QString>("mensaje");
-        QTest::addColumn<QString>("foco");
-        auto row = [](const char* name, const char* fecha, const char* cuit, const char* importe,
-                      const char* mensaje, const char* foco) {
-            QTest::newRow(name) << fecha << cuit << importe << mensaje << foco;
-        };
-        row("date", "", "20123456786", "1", "Debe ingresar el dato Fecha", "txtFecha");
-        row("cuit", "15-03-2024", "", "1", "Debe ingresar el dato Cuit", "txtCuit");
-        row("short cuit", "15-03-2024", "2012345678", "1", "El CUIT debe tener 11 dígitos.",
+        Columns<QString, QString, QString, QString, QString>("fecha", "cuit", "importe", "mensaje",
+                                                             "foco");
+        Row("date", "", "20123456786", "1", "Debe ingresar el dato Fecha", "txtFecha");
+        Row("cuit", "15-03-2024", "", "1", "Debe ingresar el dato Cuit", "txtCuit");
+        Row("short cuit", "15-03-2024", "2012345678", "1", "El CUIT debe tener 11 dígitos.",
             "txtCuit");
-        row("amount", "15-03-2024", "20123456786", "", "Debe ingresar el dato Importe Percibido",
+        Row("amount", "15-03-2024", "20123456786", "", "Debe ingresar el dato Importe Percibido",
             "txtImportePercibido");
     }
     void requiredData()
@@ -483,18 +458,14 @@ private slots:
     // annexes the number repeats under another type.
     void repeatedReceipt_data()
     {
-        QTest::addColumn<QString>("formulario");
-        QTest::addColumn<QString>("tipo2");
-        QTest::addColumn<QString>("mensaje");
+        Columns<QString, QString, QString>("formulario", "tipo2", "mensaje");
         const QString tail = " 000000000000123 - ACME SA, ya está dado de alta para este "
                              "período. Verifique.-";
-        // clang-format off
-        QTest::newRow("F977") << "F977" << QString() << "La constancia" + tail;
-        QTest::newRow("F985") << "F985" << QString() << "La constancia" + tail;
-        QTest::newRow("F978 same type") << "F978" << "FACA - Factura A" << "El comprobante" + tail;
-        QTest::newRow("F978 other type") << "F978" << "FACB - Factura B" << QString();
-        QTest::newRow("F987 other type") << "F987" << "NCRA - Nota de Crédito A" << QString();
-        // clang-format on
+        Row("F977", "F977", QString(), "La constancia" + tail);
+        Row("F985", "F985", QString(), "La constancia" + tail);
+        Row("F978 same type", "F978", "FACA - Factura A", "El comprobante" + tail);
+        Row("F978 other type", "F978", "FACB - Factura B", QString());
+        Row("F987 other type", "F987", "NCRA - Nota de Crédito A", QString());
     }
     void repeatedReceipt()
     {
@@ -531,15 +502,10 @@ private slots:
     // type kept by its code alone.
     void storedLineIsShown_data()
     {
-        QTest::addColumn<QString>("formulario");
-        QTest::addColumn<QString>("guardado");
-        QTest::addColumn<QString>("mostrado");
-        // clang-format off
-        QTest::newRow("F987 code only") << "F987" << "FACB" << "FACB - Factura B";
-        QTest::newRow("F987 code and text") << "F987" << "NCRA - Nota de Crédito A"
-            << "NCRA - Nota de Crédito A";
-        QTest::newRow("F978 code and text") << "F978" << "RECC - Recibo C" << "RECC - Recibo C";
-        // clang-format on
+        Columns<QString, QString, QString>("formulario", "guardado", "mostrado");
+        Row("F987 code only", "F987", "FACB", "FACB - Factura B");
+        Row("F987 code and text", "F987", "NCRA - Nota de Crédito A", "NCRA - Nota de Crédito A");
+        Row("F978 code and text", "F978", "RECC - Recibo C", "RECC - Recibo C");
     }
     void storedLineIsShown()
     {

@@ -58,24 +58,19 @@ public:
 private slots:
     void textBox_data()
     {
-        // clang-format off
-        QTest::addColumn<int>("type");
-        QTest::addColumn<int>("limit");
-        QTest::addColumn<QString>("before"); // typed over, as a selected text
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("after");
-        QTest::newRow("comma twice") << 2 << 2 << "" << "12,,5" << "12,5";
-        QTest::newRow("point is the separator") << 2 << 2 << "" << "12.5" << "12,5";
-        QTest::newRow("point then comma") << 2 << 2 << "" << "1.,5" << "1,5";
-        QTest::newRow("third decimal") << 2 << 2 << "" << "1,234" << "1,23";
-        QTest::newRow("separator first") << 2 << 2 << "" << ",5" << "0,5";
-        QTest::newRow("letters and minus") << 2 << 2 << "" << "1a-2" << "12";
-        QTest::newRow("selection is typed over") << 2 << 2 << "9,99" << "5" << "5";
-        QTest::newRow("backspace frees a decimal") << 2 << 2 << "" << "1,23\b4" << "1,24";
-        QTest::newRow("digits") << 1 << 0 << "" << "1a2-3" << "123";
-        QTest::newRow("digits, limit") << 1 << 3 << "" << "12345" << "123";
-        QTest::newRow("backspace at the limit") << 1 << 2 << "" << "12\b3" << "13";
-        // clang-format on
+        // before: typed over, as a selected text
+        Columns<int, int, QString, QString, QString>("type", "limit", "before", "typed", "after");
+        Row("comma twice", 2, 2, "", "12,,5", "12,5");
+        Row("point is the separator", 2, 2, "", "12.5", "12,5");
+        Row("point then comma", 2, 2, "", "1.,5", "1,5");
+        Row("third decimal", 2, 2, "", "1,234", "1,23");
+        Row("separator first", 2, 2, "", ",5", "0,5");
+        Row("letters and minus", 2, 2, "", "1a-2", "12");
+        Row("selection is typed over", 2, 2, "9,99", "5", "5");
+        Row("backspace frees a decimal", 2, 2, "", "1,23\b4", "1,24");
+        Row("digits", 1, 0, "", "1a2-3", "123");
+        Row("digits, limit", 1, 3, "", "12345", "123");
+        Row("backspace at the limit", 1, 2, "", "12\b3", "13");
     }
     void textBox()
     {
@@ -109,22 +104,18 @@ private slots:
 
     void fechaPeriodo_data()
     {
-        // clang-format off
-        QTest::addColumn<QString>("date");
-        QTest::addColumn<int>("mes");
-        QTest::addColumn<bool>("obligatoria");
-        QTest::addColumn<QString>("message"); // "" when accepted
+        // message: "" when accepted
+        Columns<QString, int, bool, QString>("date", "mes", "obligatoria", "message");
         // The period is mes-2021; a later date passes (mode 1, the one the forms ask).
-        QTest::newRow("31st of February") << "31-02-2021" << 2 << false << kIncorrect;
-        QTest::newRow("half typed") << "15-03-20__" << 3 << false << kIncorrect;
-        QTest::newRow("blank") << "" << 3 << false << "";
-        QTest::newRow("blank, required") << "" << 3 << true << kIncorrect;
-        QTest::newRow("before the period") << "15-03-2021" << 4 << false << kBefore;
-        QTest::newRow("in the period") << "15-03-2021" << 3 << false << "";
-        QTest::newRow("after the period") << "15-03-2021" << 2 << false << "";
-        QTest::newRow("earlier year") << "15-12-2020" << 1 << false << kBefore;
-        QTest::newRow("later year, earlier month") << "15-01-2022" << 4 << false << "";
-        // clang-format on
+        Row("31st of February", "31-02-2021", 2, false, kIncorrect);
+        Row("half typed", "15-03-20__", 3, false, kIncorrect);
+        Row("blank", "", 3, false, "");
+        Row("blank, required", "", 3, true, kIncorrect);
+        Row("before the period", "15-03-2021", 4, false, kBefore);
+        Row("in the period", "15-03-2021", 3, false, "");
+        Row("after the period", "15-03-2021", 2, false, "");
+        Row("earlier year", "15-12-2020", 1, false, kBefore);
+        Row("later year, earlier month", "15-01-2022", 4, false, "");
     }
     void fechaPeriodo()
     {

@@ -46,27 +46,24 @@ protected:
 private slots:
     void translation_data()
     {
-        QTest::addColumn<QString>("jet");
-        QTest::addColumn<QStringList>("sqlite");
-        QTest::newRow("delete star")
-            << "DELETE * FROM F976 WHERE a = 'x'" << QStringList{"DELETE  FROM F976 WHERE a = 'x'"};
-        QTest::newRow("top") << "SELECT TOP 1 * FROM t ORDER BY Id;"
-                             << QStringList{"SELECT   * FROM t ORDER BY Id LIMIT 1"};
-        QTest::newRow("ampersand outside strings")
-            << "SELECT padron & ' - & ' & objeto FROM p"
-            << QStringList{"SELECT padron || ' - & ' || objeto FROM p"};
-        QTest::newRow("double quotes are text") << "SELECT * FROM t WHERE a = \"it's\""
-                                                << QStringList{"SELECT * FROM t WHERE a = 'it''s'"};
-        QTest::newRow("alter column is nothing")
-            << "ALTER TABLE F977_DETALLE_REPORTE ALTER COLUMN DOMICILIO TEXT(255)" << QStringList{};
-        QTest::newRow("several columns")
-            << "ALTER TABLE x ADD COLUMN Act4 Text(50), Act4_Desc Text(250)"
-            << QStringList{"ALTER TABLE x ADD COLUMN Act4 TEXT(50) COLLATE NOCASE",
-                           "ALTER TABLE x ADD COLUMN Act4_Desc TEXT(250) COLLATE NOCASE"};
-        QTest::newRow("counter and text")
-            << "CREATE TABLE F985 (Id Counter NOT NULL PRIMARY KEY,Codigo TEXT(50))"
-            << QStringList{"CREATE TABLE F985 (Id INTEGER NOT NULL PRIMARY KEY,Codigo TEXT(50) "
-                           "COLLATE NOCASE)"};
+        Columns<QString, QStringList>("jet", "sqlite");
+        Row("delete star", "DELETE * FROM F976 WHERE a = 'x'",
+            QStringList{"DELETE  FROM F976 WHERE a = 'x'"});
+        Row("top", "SELECT TOP 1 * FROM t ORDER BY Id;",
+            QStringList{"SELECT   * FROM t ORDER BY Id LIMIT 1"});
+        Row("ampersand outside strings", "SELECT padron & ' - & ' & objeto FROM p",
+            QStringList{"SELECT padron || ' - & ' || objeto FROM p"});
+        Row("double quotes are text", "SELECT * FROM t WHERE a = \"it's\"",
+            QStringList{"SELECT * FROM t WHERE a = 'it''s'"});
+        Row("alter column is nothing",
+            "ALTER TABLE F977_DETALLE_REPORTE ALTER COLUMN DOMICILIO TEXT(255)", QStringList{});
+        Row("several columns", "ALTER TABLE x ADD COLUMN Act4 Text(50), Act4_Desc Text(250)",
+            QStringList{"ALTER TABLE x ADD COLUMN Act4 TEXT(50) COLLATE NOCASE",
+                        "ALTER TABLE x ADD COLUMN Act4_Desc TEXT(250) COLLATE NOCASE"});
+        Row("counter and text",
+            "CREATE TABLE F985 (Id Counter NOT NULL PRIMARY KEY,Codigo TEXT(50))",
+            QStringList{"CREATE TABLE F985 (Id INTEGER NOT NULL PRIMARY KEY,Codigo TEXT(50) "
+                        "COLLATE NOCASE)"});
     }
     void translation()
     {
@@ -77,33 +74,23 @@ private slots:
 
     void jetFunctionsRun_data()
     {
-        QTest::addColumn<QString>("sql");
-        QTest::addColumn<QString>("result");
-        QTest::newRow("mid") << "SELECT MID('03-2015', 1, 2)"
-                             << "03";
-        QTest::newRow("right") << "SELECT right('03-2015', 4)"
-                               << "2015";
-        QTest::newRow("left") << "SELECT left('03-2015', 2)"
-                              << "03";
-        QTest::newRow("len") << "SELECT LEN('Ñandú')"
-                             << "5";
-        QTest::newRow("ucase") << "SELECT UCASE('ñandú')"
-                               << "ÑANDÚ";
-        QTest::newRow("instr") << "SELECT INSTR('A;B', ';')"
-                               << "2";
-        QTest::newRow("instr ignores case") << "SELECT INSTR('Deducidas', 'DED')"
-                                            << "1";
-        QTest::newRow("iif") << "SELECT IIF(1 = 1, 'si', 'no')"
-                             << "si";
-        QTest::newRow("text compare without case")
-            << "SELECT COUNT(1) FROM t WHERE Nombre IN ('VERDADERO','True')"
-            << "1";
-        QTest::newRow("like without case")
-            << "SELECT Nombre FROM t WHERE Nombre LIKE '%ABC%' ORDER BY Id"
-            << "abc";
-        QTest::newRow("period order") << "SELECT p FROM (SELECT '01-2016' AS p UNION SELECT "
-                                         "'03-2015') ORDER BY right(p,4), mid(p,1,2)"
-                                      << "03-2015";
+        Columns<QString, QString>("sql", "result");
+        Row("mid", "SELECT MID('03-2015', 1, 2)", "03");
+        Row("right", "SELECT right('03-2015', 4)", "2015");
+        Row("left", "SELECT left('03-2015', 2)", "03");
+        Row("len", "SELECT LEN('Ñandú')", "5");
+        Row("ucase", "SELECT UCASE('ñandú')", "ÑANDÚ");
+        Row("instr", "SELECT INSTR('A;B', ';')", "2");
+        Row("instr ignores case", "SELECT INSTR('Deducidas', 'DED')", "1");
+        Row("iif", "SELECT IIF(1 = 1, 'si', 'no')", "si");
+        Row("text compare without case",
+            "SELECT COUNT(1) FROM t WHERE Nombre IN ('VERDADERO','True')", "1");
+        Row("like without case", "SELECT Nombre FROM t WHERE Nombre LIKE '%ABC%' ORDER BY Id",
+            "abc");
+        Row("period order",
+            "SELECT p FROM (SELECT '01-2016' AS p UNION SELECT '03-2015') ORDER BY right(p,4), "
+            "mid(p,1,2)",
+            "03-2015");
     }
     void jetFunctionsRun()
     {
@@ -146,9 +133,7 @@ private slots:
     {
         QVERIFY(db.Execute("INSERT INTO nowhere VALUES (1)"));
         QVERIFY(env->ui().messages().isEmpty());
-        QFile log(ErrorLogPath());
-        QVERIFY(log.open(QIODevice::ReadOnly));
-        const QString text = QString::fromUtf8(log.readAll());
+        const QString text = QString::fromUtf8(ReadBytes(ErrorLogPath()));
         QVERIFY(text.contains("INSERT INTO nowhere VALUES (1)"));
         QVERIFY(text.contains("no such table"));
         QVERIFY(db.Execute("INSERT INTO t (Nombre) VALUES ('after')"));

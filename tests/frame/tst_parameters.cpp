@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "TestSupport.h"
 #include "Tovak.h"
 #include "ZoParameterString.h"
 
@@ -11,31 +12,25 @@ class TstParameters : public QObject
 private slots:
     void read_data()
     {
-        QTest::addColumn<QString>("parameters");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("value");
-        // clang-format off
-        QTest::newRow("semicolon supplied, case ignored")
-            << "Padron=A;Anio=2010" << "anio" << "2010";
-        QTest::newRow("empty value") << "Codigo=;ctrl=3;" << "Codigo" << "";
-        QTest::newRow("order matters: Rectificativa first")
-            << "Rectificativa=Falso;FechaRectificativa=0;" << "Rectificativa" << "Falso";
-        QTest::newRow("order matters: found inside FechaRectificativa")
-            << "FechaRectificativa=0;Rectificativa=Falso;" << "Rectificativa" << "0";
-        QTest::newRow("value holding =") << "a=b=c;" << "a" << "b=c";
-        QTest::newRow("missing key") << "a=1;b=2;" << "z" << "";
-        QTest::newRow("empty string") << "" << "a" << "";
-        QTest::newRow("one character") << "a" << "a" << "";
-        QTest::newRow("first of duplicates") << "Codigo=X;Codigo=Y;" << "Codigo" << "X";
-        QTest::newRow("last-but-one is ; so none added") << "a=1;b" << "a" << "1";
-        QTest::newRow("no = before the ; fails") << "a;b=2;" << "a" << "";
-        QTest::newRow("no = at all reads to the ;") << "abc;def" << "b" << "abc";
-        QTest::newRow("Padron with Objeto")
-            << "Padron=0000000000123 - Objeto N° 0000000000456;Anio=2015;"
-            << "Padron" << "0000000000123 - Objeto N° 0000000000456";
-        QTest::newRow("Nuevo found inside DetalleNuevo")
-            << "DetalleNuevo=Verdadero;Nuevo=Falso;" << "Nuevo" << "Verdadero";
-        // clang-format on
+        Columns<QString, QString, QString>("parameters", "key", "value");
+        Row("semicolon supplied, case ignored", "Padron=A;Anio=2010", "anio", "2010");
+        Row("empty value", "Codigo=;ctrl=3;", "Codigo", "");
+        Row("order matters: Rectificativa first", "Rectificativa=Falso;FechaRectificativa=0;",
+            "Rectificativa", "Falso");
+        Row("order matters: found inside FechaRectificativa",
+            "FechaRectificativa=0;Rectificativa=Falso;", "Rectificativa", "0");
+        Row("value holding =", "a=b=c;", "a", "b=c");
+        Row("missing key", "a=1;b=2;", "z", "");
+        Row("empty string", "", "a", "");
+        Row("one character", "a", "a", "");
+        Row("first of duplicates", "Codigo=X;Codigo=Y;", "Codigo", "X");
+        Row("last-but-one is ; so none added", "a=1;b", "a", "1");
+        Row("no = before the ; fails", "a;b=2;", "a", "");
+        Row("no = at all reads to the ;", "abc;def", "b", "abc");
+        Row("Padron with Objeto", "Padron=0000000000123 - Objeto N° 0000000000456;Anio=2015;",
+            "Padron", "0000000000123 - Objeto N° 0000000000456");
+        Row("Nuevo found inside DetalleNuevo", "DetalleNuevo=Verdadero;Nuevo=Falso;", "Nuevo",
+            "Verdadero");
     }
     void read()
     {
@@ -48,20 +43,14 @@ private slots:
 
     void set_data()
     {
-        QTest::addColumn<QString>("parameters");
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QString>("value");
-        QTest::addColumn<QString>("result");
-        // clang-format off
-        QTest::newRow("replace and end with ;") << "a=1;b=2" << "b" << "9" << "a=1;b=9;";
-        QTest::newRow("missing key not added") << "a=1;" << "z" << "9" << "a=1;";
-        QTest::newRow("to empty") << "ctrl=0" << "ctrl" << "" << "ctrl=;";
-        QTest::newRow("first of duplicates")
-            << "Codigo=;x=1;Codigo=;" << "Codigo" << "K" << "Codigo=K;x=1;Codigo=;";
-        QTest::newRow("empty string") << "" << "a" << "1" << ";";
-        QTest::newRow("malformed entry unchanged") << "a;b=2;" << "a" << "9" << "a;b=2;";
-        QTest::newRow("case ignored") << "Anio=2010;" << "anio" << "2011" << "Anio=2011;";
-        // clang-format on
+        Columns<QString, QString, QString, QString>("parameters", "key", "value", "result");
+        Row("replace and end with ;", "a=1;b=2", "b", "9", "a=1;b=9;");
+        Row("missing key not added", "a=1;", "z", "9", "a=1;");
+        Row("to empty", "ctrl=0", "ctrl", "", "ctrl=;");
+        Row("first of duplicates", "Codigo=;x=1;Codigo=;", "Codigo", "K", "Codigo=K;x=1;Codigo=;");
+        Row("empty string", "", "a", "1", ";");
+        Row("malformed entry unchanged", "a;b=2;", "a", "9", "a;b=2;");
+        Row("case ignored", "Anio=2010;", "anio", "2011", "Anio=2011;");
     }
     void set()
     {

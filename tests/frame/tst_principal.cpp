@@ -72,16 +72,12 @@ private slots:
 
     void menuListsTaxpayers_data()
     {
-        QTest::addColumn<QStringList>("rows");
-        QTest::addColumn<QStringList>("menu");
-        // clang-format off
-        QTest::newRow("none") << QStringList{} << QStringList{"(Vacio) [off]"};
-        QTest::newRow("two")
-            << QStringList{"1|PEREZ JUAN|20-12345678-6", "2|ACME S.A.|30-71234567-1"}
-            << QStringList{"1: PEREZ JUAN - 20-12345678-6", "2: ACME S.A. - 30-71234567-1"};
-        QTest::newRow("stops before a row without CUIT")
-            << QStringList{"1|A|20-1", "2|B|", "3|C|20-3"} << QStringList{"1: A - 20-1"};
-        // clang-format on
+        Columns<QStringList, QStringList>("rows", "menu");
+        Row("none", QStringList{}, QStringList{"(Vacio) [off]"});
+        Row("two", QStringList{"1|PEREZ JUAN|20-12345678-6", "2|ACME S.A.|30-71234567-1"},
+            QStringList{"1: PEREZ JUAN - 20-12345678-6", "2: ACME S.A. - 30-71234567-1"});
+        Row("stops before a row without CUIT", QStringList{"1|A|20-1", "2|B|", "3|C|20-3"},
+            QStringList{"1: A - 20-1"});
     }
     void menuListsTaxpayers()
     {

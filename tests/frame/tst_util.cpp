@@ -28,21 +28,17 @@ public:
 private slots:
     void amounts_data()
     {
-        // clang-format off
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QString>("formatted");
-        QTest::addColumn<QString>("sql");
-        QTest::newRow("thousands") << "1234,5" << "1.234,50" << "1234.50";
-        QTest::newRow("millions, negative") << "-1234567,891" << "-1.234.567,89" << "-1234567.89";
-        QTest::newRow("already formatted") << "1.234,50" << "1.234,50" << "1234.50";
-        QTest::newRow("half up on the decimal value") << "1,005" << "1,01" << "1.01";
-        QTest::newRow("2,675 is not 2,67") << "2,675" << "2,68" << "2.68";
-        QTest::newRow("negative half away from zero") << "-0,125" << "-0,13" << "-0.13";
-        QTest::newRow("tiny negative is zero") << "-0,001" << "0,00" << "0.00";
-        QTest::newRow("blanks around") << " 7 " << "7,00" << "7.00";
-        QTest::newRow("not a figure") << "abc" << "abc" << "abc";
-        QTest::newRow("empty") << "" << "" << "";
-        // clang-format on
+        Columns<QString, QString, QString>("text", "formatted", "sql");
+        Row("thousands", "1234,5", "1.234,50", "1234.50");
+        Row("millions, negative", "-1234567,891", "-1.234.567,89", "-1234567.89");
+        Row("already formatted", "1.234,50", "1.234,50", "1234.50");
+        Row("half up on the decimal value", "1,005", "1,01", "1.01");
+        Row("2,675 is not 2,67", "2,675", "2,68", "2.68");
+        Row("negative half away from zero", "-0,125", "-0,13", "-0.13");
+        Row("tiny negative is zero", "-0,001", "0,00", "0.00");
+        Row("blanks around", " 7 ", "7,00", "7.00");
+        Row("not a figure", "abc", "abc", "abc");
+        Row("empty", "", "", "");
     }
     void amounts()
     {
@@ -82,36 +78,39 @@ private slots:
 
     void validateRectificationDate_data()
     {
-        // clang-format off
-        QTest::addColumn<QString>("parameters");
-        QTest::addColumn<QString>("date");
-        QTest::addColumn<bool>("passes");
-        const QString withCode = "Padron=" + kPadron + ";Anio=2021;Periodo=05;Formulario=F976;"
-                                 "Nuevo=Verdadero;Codigo=" + kCode + "R;";
-        const QString noCode = "Padron=" + kPadron + ";Anio=2021;Periodo=05;Formulario=F976;"
+        Columns<QString, QString, bool>("parameters", "date", "passes");
+        const QString withCode = "Padron=" + kPadron +
+                                 ";Anio=2021;Periodo=05;Formulario=F976;"
+                                 "Nuevo=Verdadero;Codigo=" +
+                                 kCode + "R;";
+        const QString noCode = "Padron=" + kPadron +
+                               ";Anio=2021;Periodo=05;Formulario=F976;"
                                "Nuevo=True;Codigo=;";
-        const QString longPeriod = "Padron=" + kPadron + ";Periodo=05-2021;Formulario=F976;"
+        const QString longPeriod = "Padron=" + kPadron +
+                                   ";Periodo=05-2021;Formulario=F976;"
                                    "Nuevo=Verdadero;Codigo=XYZ;";
-        const QString notNew = "Padron=" + kPadron + ";Anio=2021;Periodo=05;Formulario=F976;"
-                               "Nuevo=Falso;Codigo=" + kCode + "O;";
-        const QString otherPeriod = "Padron=" + kPadron + ";Anio=2021;Periodo=06;Formulario=F976;"
+        const QString notNew = "Padron=" + kPadron +
+                               ";Anio=2021;Periodo=05;Formulario=F976;"
+                               "Nuevo=Falso;Codigo=" +
+                               kCode + "O;";
+        const QString otherPeriod = "Padron=" + kPadron +
+                                    ";Anio=2021;Periodo=06;Formulario=F976;"
                                     "Nuevo=Verdadero;Codigo=;";
         // The latest stored rectification of May 2021 is 10-05-2021.
-        QTest::newRow("next day") << withCode << "11-05-2021" << true;
-        QTest::newRow("same day") << withCode << "10-05-2021" << false;
-        QTest::newRow("earlier month, later day") << withCode << "30-04-2021" << false;
-        QTest::newRow("later month, earlier day") << withCode << "01-06-2021" << true;
-        QTest::newRow("later year, earlier month") << withCode << "01-01-2022" << true;
-        QTest::newRow("earlier year, later month") << withCode << "31-12-2020" << false;
-        QTest::newRow("slashes") << withCode << "11/05/2021" << true;
-        QTest::newRow("blank mask") << withCode << "__-__-____" << true;
-        QTest::newRow("an original's 0") << withCode << "0" << false;
-        QTest::newRow("code rebuilt from the period") << noCode << "09-05-2021" << false;
-        QTest::newRow("code rebuilt from mm-yyyy") << longPeriod << "09-05-2021" << false;
-        QTest::newRow("not a new declaration") << notNew << "09-05-2021" << true;
-        QTest::newRow("nothing stored") << otherPeriod << "09-05-2021" << true;
-        QTest::newRow("0 with nothing stored") << otherPeriod << "0" << true;
-        // clang-format on
+        Row("next day", withCode, "11-05-2021", true);
+        Row("same day", withCode, "10-05-2021", false);
+        Row("earlier month, later day", withCode, "30-04-2021", false);
+        Row("later month, earlier day", withCode, "01-06-2021", true);
+        Row("later year, earlier month", withCode, "01-01-2022", true);
+        Row("earlier year, later month", withCode, "31-12-2020", false);
+        Row("slashes", withCode, "11/05/2021", true);
+        Row("blank mask", withCode, "__-__-____", true);
+        Row("an original's 0", withCode, "0", false);
+        Row("code rebuilt from the period", noCode, "09-05-2021", false);
+        Row("code rebuilt from mm-yyyy", longPeriod, "09-05-2021", false);
+        Row("not a new declaration", notNew, "09-05-2021", true);
+        Row("nothing stored", otherPeriod, "09-05-2021", true);
+        Row("0 with nothing stored", otherPeriod, "0", true);
     }
     void validateRectificationDate()
     {

@@ -56,29 +56,27 @@ protected:
 // The window pattern every screen builds on: typing passes the key handler,
 // the mask and the length limit; focus moves with validation; events come in
 // the order the old windows raised them.
-class TstWindow : public QObject
+class TstWindow : public EnvTest
 {
     Q_OBJECT
+public:
+    TstWindow() : EnvTest(false) {}
+
 private slots:
     void maskedTyping_data()
     {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("shown");
-        QTest::addColumn<QString>("clip");
-        // clang-format off
-        QTest::newRow("untouched") << "" << "__-________-_" << "";
-        QTest::newRow("partial") << "2012" << "20-12______-_" << "2012";
-        QTest::newRow("full") << "20123456786" << "20-12345678-6" << "20123456786";
-        QTest::newRow("letters refused") << "2a0" << "20-________-_" << "20";
-        QTest::newRow("too many") << "201234567861" << "20-12345678-6" << "20123456786";
-        // clang-format on
+        Columns<QString, QString, QString>("typed", "shown", "clip");
+        Row("untouched", "", "__-________-_", "");
+        Row("partial", "2012", "20-12______-_", "2012");
+        Row("full", "20123456786", "20-12345678-6", "20123456786");
+        Row("letters refused", "2a0", "20-________-_", "20");
+        Row("too many", "201234567861", "20-12345678-6", "20123456786");
     }
     void maskedTyping()
     {
         QFETCH(QString, typed);
         QFETCH(QString, shown);
         QFETCH(QString, clip);
-        TestEnv env;
         Sample w;
         Person(w).type("txtCuit", typed);
         QCOMPARE(w["txtCuit"].text(), shown);
@@ -87,7 +85,6 @@ private slots:
 
     void keyHandlerAndLimit()
     {
-        TestEnv env;
         Sample w;
         Person p(w);
         p.type("txtNombre", "ab1cdefg");
@@ -101,7 +98,6 @@ private slots:
 
     void focusOrderAndValidation()
     {
-        TestEnv env;
         Sample w;
         Person p(w);
         p.focus("txtImporte");
@@ -119,7 +115,6 @@ private slots:
 
     void disabledFieldsAreSkippedByTab()
     {
-        TestEnv env;
         Sample w;
         w["txtNombre"].setEnabled(false);
         Person p(w);
@@ -132,7 +127,6 @@ private slots:
 
     void optionsExcludeEachOther()
     {
-        TestEnv env;
         Sample w;
         Person p(w);
         p.click("optRectificativa");
@@ -142,7 +136,6 @@ private slots:
 
     void loadAndUnloadRebuildTheFields()
     {
-        TestEnv env;
         Sample w;
         w["txtNombre"].setText("X"); // touching a field loads the window
         QCOMPARE(w.log.first(), QString("load"));
@@ -156,11 +149,10 @@ private slots:
 
     void scriptedModalShow()
     {
-        TestEnv env;
         Sample w;
-        env.ui().onShow("Sample", [](Controller& c) { Person(c).type("txtNombre", "hola"); });
+        env->ui().onShow("Sample", [](Controller& c) { Person(c).type("txtNombre", "hola"); });
         w.show(true);
-        QCOMPARE(env.ui().shownWindows(), QStringList{"Sample"});
+        QCOMPARE(env->ui().shownWindows(), QStringList{"Sample"});
         QVERIFY(!w.isLoaded()); // the person closed it
         QVERIFY(w.log.contains("change HOLA"));
     }

@@ -4,10 +4,8 @@
 #include <QStringList>
 
 #include "Db.h"
-#include "Globals.h"
 #include "Seed.h"
 #include "TestSupport.h"
-#include "ZoAccess.h"
 #include "import/ZoImport.h"
 
 // One premises (CUIT 20-12345678-6) and its declarations of March 2024, the
@@ -54,17 +52,8 @@ inline bool importar(const QString& form, const QString& path, bool rect = false
 // numbers; `columns` picks the cells.
 inline QStringList rows(const QString& table, const QString& columns)
 {
-    QStringList out;
-    RecordsetPtr rs =
-        gAccess().FillRecordSet(QStringLiteral("SELECT ") + columns + QStringLiteral(" FROM ") +
-                                table + QStringLiteral(" ORDER BY CodigoDetalle, Id"));
-    for (; rs && !rs->EOF_(); rs->MoveNext()) {
-        QStringList cells;
-        for (int i = 0; i < rs->FieldCount(); ++i)
-            cells << rs->Text(i);
-        out << cells.join(u'|');
-    }
-    return out;
+    return Db::rows(QStringLiteral("SELECT ") + columns + QStringLiteral(" FROM ") + table +
+                    QStringLiteral(" ORDER BY CodigoDetalle, Id"));
 }
 
 inline QString data(const QString& name)

@@ -9,17 +9,12 @@
 #include <functional>
 #include <memory>
 
+#include "../declarations/DetalleTestData.h"
 #include "../declarations/FormFixture.h"
 #include "Inicial.h"
 #include "Principal.h"
 #include "backup/frmBackup.h"
 #include "backup/frmBackupArchivos.h"
-#include "declarations/F2001_Detalle.h"
-#include "declarations/F976_Detalle.h"
-#include "declarations/F977_Detalle.h"
-#include "declarations/F978_Detalle.h"
-#include "declarations/F985_Detalle.h"
-#include "declarations/F987_Detalle.h"
 #include "declarations/FormularioDDJJ.h"
 #include "declarations/FormulariosDDJJ.h"
 #include "frame/view/QtUi.h"
@@ -50,19 +45,6 @@ template <class T> std::unique_ptr<T> make(const std::function<void(T&)>& prepar
     return window;
 }
 
-// A line of the March declaration, as a form opens its detail dialog.
-template <class T> Window detalle(const char* form)
-{
-    return make<T>([form](T& d) {
-        d.Parametros = QStringLiteral("Padron=") + fx::kPadron + QStringLiteral(" - Objeto N° ") +
-                       fx::kObjeto +
-                       QStringLiteral(";Periodo=03-2024;Rectificativa=False;Codigo=") +
-                       fx::codigo(u'O') + QStringLiteral(";Formulario=") + form +
-                       QStringLiteral(";FechaRectificativa=0;DetalleNuevo=Verdadero;ctrl=0;");
-        d.EsAgrega = true;
-    });
-}
-
 // Each window with what its opener sets before showing it, over taxpayer 1
 // and its premises.
 Window window(const QString& name)
@@ -71,6 +53,12 @@ Window window(const QString& name)
         auto form = CreateDeclarationForm(name);
         form->Parametros = fx::nuevo(name);
         return form;
+    }
+    if (name.endsWith(QLatin1String("_Detalle"))) { // a line of March, as its form opens it
+        auto d = DetalleTest::Dialogo(name.section(u'_', 0, 0));
+        d->Parametros = DetalleTest::Parametros(name.section(u'_', 0, 0));
+        d->EsAgrega = true;
+        return d;
     }
     static const QHash<QString, std::function<Window()>> windows = {
         {"Inicial", [] { return make<Inicial>(); }},
@@ -123,12 +111,6 @@ Window window(const QString& name)
          }},
         {"frmBackup", [] { return make<frmBackup>(); }},
         {"frmBackupArchivos", [] { return make<frmBackupArchivos>(); }},
-        {"F976_Detalle", [] { return detalle<F976_Detalle>("F976"); }},
-        {"F2001_Detalle", [] { return detalle<F2001_Detalle>("F2001"); }},
-        {"F977_Detalle", [] { return detalle<F977_Detalle>("F977"); }},
-        {"F978_Detalle", [] { return detalle<F978_Detalle>("F978"); }},
-        {"F985_Detalle", [] { return detalle<F985_Detalle>("F985"); }},
-        {"F987_Detalle", [] { return detalle<F987_Detalle>("F987"); }},
     };
     const auto it = windows.constFind(name);
     return it == windows.constEnd() ? nullptr : (*it)();
@@ -209,7 +191,7 @@ private slots:
     {
         QTest::addColumn<QString>("name");
         for (const QString& name : RegisteredViews())
-            QTest::newRow(qPrintable(name)) << name;
+            Row(qPrintable(name), name);
     }
 
     void view()

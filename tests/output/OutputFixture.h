@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QFile>
 #include <QHash>
 #include <QString>
 #include <QStringList>
@@ -30,17 +29,11 @@ inline QByteArray golden(const QString& form)
 // Runs the statements of declaraciones.sql, one a line.
 inline bool loadDeclarations()
 {
-    QFile file(dataFile(QStringLiteral("declaraciones.sql")));
-    if (!file.open(QIODevice::ReadOnly))
-        return false;
-    const QStringList lines = QString::fromUtf8(file.readAll()).split(u'\n');
-    for (const QString& line : lines) {
-        const QString sql = line.trimmed();
-        if (sql.isEmpty() || sql.startsWith(QLatin1String("--")))
-            continue;
-        gAccess().Execute(sql);
-    }
-    return true;
+    const QByteArray text = ReadBytes(dataFile(QStringLiteral("declaraciones.sql")));
+    for (const QString& line : QString::fromUtf8(text).split(u'\n'))
+        if (!line.trimmed().isEmpty() && !line.trimmed().startsWith(QLatin1String("--")))
+            gAccess().Execute(line.trimmed());
+    return !text.isEmpty();
 }
 
 // The database with the declarations, built once by the schema step and

@@ -57,10 +57,10 @@ private slots:
     void givenOnceAndKept_data()
     {
         QTest::addColumn<QString>("parameters");
-        QTest::newRow("month and year apart") << kF976;
-        QTest::newRow("period with its year")
-            << QString(kF976).replace("Periodo=01;Anio=2010", "Periodo=01-2010");
-        QTest::newRow("older spelling") << QString(kF976).replace("Padron=", "Padrón N° ");
+        Row("month and year apart", kF976);
+        Row("period with its year",
+            QString(kF976).replace("Periodo=01;Anio=2010", "Periodo=01-2010"));
+        Row("older spelling", QString(kF976).replace("Padron=", "Padrón N° "));
     }
     void givenOnceAndKept()
     {
@@ -77,16 +77,12 @@ private slots:
 
     void noRowOrStoredIdentifier_data()
     {
-        QTest::addColumn<QString>("parameters");
-        QTest::addColumn<QString>("stored");
-        QTest::addColumn<QString>("guidv");
+        Columns<QString, QString, QString>("parameters", "stored", "guidv");
         const QString none;
-        // clang-format off
-        QTest::newRow("stored stays") << kF976 << "ABCDEF012345" << "ABCDEF012345";
-        QTest::newRow("another ctrl") << QString(kF976).replace("ctrl=0", "ctrl=3") << none << none;
-        QTest::newRow("another form") << QString(kF976).replace("F976", "F977") << none << none;
-        QTest::newRow("no table") << QString(kF976).replace("F976", "F976 SET x=1") << none << none;
-        // clang-format on
+        Row("stored stays", kF976, "ABCDEF012345", "ABCDEF012345");
+        Row("another ctrl", QString(kF976).replace("ctrl=0", "ctrl=3"), none, none);
+        Row("another form", QString(kF976).replace("F976", "F977"), none, none);
+        Row("no table", QString(kF976).replace("F976", "F976 SET x=1"), none, none);
     }
     void noRowOrStoredIdentifier()
     {
@@ -103,8 +99,8 @@ private slots:
     void refreshDigest_data()
     {
         QTest::addColumn<bool>("sameText");
-        QTest::newRow("unchanged text keeps its identifier") << true;
-        QTest::newRow("changed text gets a new one") << false;
+        Row("unchanged text keeps its identifier", true);
+        Row("changed text gets a new one", false);
     }
     void refreshDigest()
     {
@@ -115,9 +111,7 @@ private slots:
         gAccess().Execute("INSERT INTO EncFormularios (idEncFormulario, Hash, Guidv) VALUES "
                           "(7, '" +
                           oldHash + "', 'ABCDEF012345')");
-        QFile source(DigestSourcePath());
-        QVERIFY(source.open(QIODevice::WriteOnly) && source.write(text) == text.size());
-        source.close();
+        QVERIFY(WriteBytes(DigestSourcePath(), text));
 
         QVERIFY(RefreshDeclarationDigest("idEncFormulario=7;", oldHash, "ABCDEF012345"));
         QCOMPARE(ReadStoredHash("idEncFormulario=7;"), digest);

@@ -2,6 +2,7 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include "TestSupport.h"
 #include "output/Windows1252.h"
 #include "output/ZoHash.h"
 
@@ -30,10 +31,9 @@ class TstZoHash : public QObject
 
     QString file(const QString& name, const QByteArray& bytes)
     {
-        QFile f(m_dir.filePath(name));
-        if (!f.open(QIODevice::WriteOnly) || f.write(bytes) != bytes.size())
+        if (!WriteBytes(m_dir.filePath(name), bytes))
             qFatal("cannot write %s", qPrintable(name));
-        return f.fileName();
+        return m_dir.filePath(name);
     }
 
 private slots:
@@ -55,14 +55,13 @@ private slots:
     // the last block, the length takes the place of its bytes 56 to 63.
     void departsFromPublished_data()
     {
-        QTest::addColumn<int>("length");
-        QTest::addColumn<QString>("digest");
-        QTest::newRow("56 bytes") << 56 << "CE030CF1CC14C92276B6D4EF2C79DA6C";
-        QTest::newRow("120 bytes") << 120 << "C605C3C3A7B5695DCFB77E5DBDBB1F03";
-        QTest::newRow("248 bytes") << 248 << "737A15AD5A313AD76308075F10C15E53";
-        QTest::newRow("124 bytes") << 124 << "D985CCCA1DC2AC4E87D64E1D29F6FCAA";
-        QTest::newRow("127 bytes") << 127 << "AD0182F47C2CADC43DD5DA287A0D060F";
-        QTest::newRow("190 bytes") << 190 << "D86C8ABDA2D62421BDC31102D26A6CFD";
+        Columns<int, QString>("length", "digest");
+        Row("56 bytes", 56, "CE030CF1CC14C92276B6D4EF2C79DA6C");
+        Row("120 bytes", 120, "C605C3C3A7B5695DCFB77E5DBDBB1F03");
+        Row("248 bytes", 248, "737A15AD5A313AD76308075F10C15E53");
+        Row("124 bytes", 124, "D985CCCA1DC2AC4E87D64E1D29F6FCAA");
+        Row("127 bytes", 127, "AD0182F47C2CADC43DD5DA287A0D060F");
+        Row("190 bytes", 190, "D86C8ABDA2D62421BDC31102D26A6CFD");
     }
     void departsFromPublished()
     {
@@ -104,15 +103,14 @@ private slots:
 
     void ansiText_data()
     {
-        QTest::addColumn<QString>("text");
-        QTest::addColumn<QByteArray>("bytes");
+        Columns<QString, QByteArray>("text", "bytes");
         // clang-format off
-        QTest::newRow("latin") << "Año Ñandú N°" << QByteArray("A\xF1o \xD1" "and\xFA N\xB0");
-        QTest::newRow("typographic") << "€ – “a”" << QByteArray("\x80 \x96 \x93" "a\x94");
-        QTest::newRow("ends of the table") << "Ÿ‚" << QByteArray("\x9F\x82");
-        QTest::newRow("undefined byte") << QString(QChar(0x81)) << QByteArray("\x81");
-        QTest::newRow("not in the code page") << "中x😀" << QByteArray("?x?");
+        Row("latin", "Año Ñandú N°", QByteArray("A\xF1o \xD1" "and\xFA N\xB0"));
+        Row("typographic", "€ – “a”", QByteArray("\x80 \x96 \x93" "a\x94"));
         // clang-format on
+        Row("ends of the table", "Ÿ‚", QByteArray("\x9F\x82"));
+        Row("undefined byte", QString(QChar(0x81)), QByteArray("\x81"));
+        Row("not in the code page", "中x😀", QByteArray("?x?"));
     }
     void ansiText()
     {

@@ -1,10 +1,13 @@
 #include <QtTest>
 
+#include "Person.h"
 #include "PrintingFixture.h"
 #include "Util.h"
+#include "output/GenerarDisco.h"
 #include "output/MontoEnLetras.h"
 #include "output/ReportDriver.h"
 #include "output/ReportRenderer.h"
+#include "output/ZoGenerateDisk.h"
 
 using namespace PrintingFixture;
 
@@ -28,16 +31,30 @@ QStringList layoutNames(const char* text)
     return result;
 }
 
+const QString kDone = QStringLiteral("La generación se realizó correctamente.");
+
+bool zipIsSound(const QString& path)
+{
+    if (QStandardPaths::findExecutable("unzip").isEmpty())
+        return QFileInfo(path).size() > 0;
+    QProcess unzip;
+    unzip.start("unzip", {"-t", path});
+    return unzip.waitForFinished() && unzip.exitCode() == 0;
+}
+
 } // namespace
 
 // The printed forms: the parameters each layout is fed in slot order and
 // value, the staging rows of the annexes, the copies and the printer, and
-// the text of the PDF read back.
+// the text of the PDF read back; and the generate dialog driven as a person
+// does: the destination, the copies, "Aceptar", and what lands in the folder
+// and on paper.
 class TstPrinting : public EnvTest
 {
     Q_OBJECT
     Database m_db;
     PdfFolderPrinter m_printer;
+    QString m_destino;
 
     QList<ReportJob> prepare(const QString& form)
     {
@@ -57,10 +74,32 @@ class TstPrinting : public EnvTest
         if (QStandardPaths::findExecutable("pdftotext").isEmpty())
             QSKIP("pdftotext (poppler-utils) is not installed");
     }
+    static void skipWithoutArchiver()
+    {
+        if (SevenZipProgram().isEmpty())
+            QSKIP("the archiver 7za is not installed");
+    }
+
+    void open(GenerarDisco& w, const QString& parametros, bool periodo, const QString& copies)
+    {
+        w.Parametros = parametros;
+        w.TotalPeriodo = periodo;
+        w.load();
+        Person p(w);
+        p.retype("txtDestino", m_destino);
+        p.retype("txtCantidadImpresiones", copies);
+    }
+
+    QStringList delivered() const
+    {
+        return QDir(m_destino).entryList({"*.DJ"}, QDir::Files, QDir::Name);
+    }
 
     void seed() override
     {
         QVERIFY(m_db.install());
+        m_destino = env->path("destino");
+        QDir().mkpath(m_destino);
         m_printer.clear();
         m_printer.setFolder(env->path("reportes"));
         m_printer.setHasPrinter(true);
@@ -76,37 +115,32 @@ private slots:
 
     void slotOrder_data()
     {
-        QTest::addColumn<QString>("form");
-        QTest::addColumn<QStringList>("expected");
-        QTest::newRow("F976")
-            << "F976"
-            << layoutNames("DOMICILIO ORIGINAL RECTIFICATIVA FECHA CUIT PADRON RAZONSOCIAL "
-                           "PERIODO CODIGO# ACTIVIDADES# BASEIMPONIBLE# ALICUOTA# TASA# "
-                           "IMPUESTO TASA RETENCIONES PERCEPCIONES SALDOAFAVOR SALDOAFAVORF "
-                           "SUBTOTALDETERMINADO ACCESORIOS MULTAS PAGOACUENTA TOTALAPAGAR "
-                           "BASEIMPONIBLE TOTALAPAGARLETRA OBJETO SUSCRIPTOR CARACTER "
-                           "PADRONPRINCIPAL GUIDV");
-        QTest::newRow("F2001")
-            << "F2001"
-            << layoutNames("CUIT ORIGINAL RECTIFICATIVA DIA MES ANIO RAZONSOCIAL DOMICILIO "
-                           "CODIGOPOSTAL PADRON CODIGO# DESCRIPCION# BASEIMPONIBLE# "
-                           "ALICUOTA# IMPUESTO# TOTALTASADETERMINADA SALDOAFAVOR "
-                           "RETENCIONES PERCEPCIONES SUBTOTALCOLI SUBTOTALCOLII "
-                           "DIFERENCIACOLI DIFERENCIACOLII PAGOACUENTA TOTALAPAGAR "
-                           "TOTALIMPONIBLE TOTALIMPUESTO PMES PANIO DESGRABACIONES OBJETO "
-                           "SUSCRIPTOR CARACTER PADRONPRINCIPAL GUIDV");
+        Columns<QString, QStringList>("form", "expected");
+        Row("F976", "F976",
+            layoutNames("DOMICILIO ORIGINAL RECTIFICATIVA FECHA CUIT PADRON RAZONSOCIAL "
+                        "PERIODO CODIGO# ACTIVIDADES# BASEIMPONIBLE# ALICUOTA# TASA# "
+                        "IMPUESTO TASA RETENCIONES PERCEPCIONES SALDOAFAVOR SALDOAFAVORF "
+                        "SUBTOTALDETERMINADO ACCESORIOS MULTAS PAGOACUENTA TOTALAPAGAR "
+                        "BASEIMPONIBLE TOTALAPAGARLETRA OBJETO SUSCRIPTOR CARACTER "
+                        "PADRONPRINCIPAL GUIDV"));
+        Row("F2001", "F2001",
+            layoutNames("CUIT ORIGINAL RECTIFICATIVA DIA MES ANIO RAZONSOCIAL DOMICILIO "
+                        "CODIGOPOSTAL PADRON CODIGO# DESCRIPCION# BASEIMPONIBLE# "
+                        "ALICUOTA# IMPUESTO# TOTALTASADETERMINADA SALDOAFAVOR "
+                        "RETENCIONES PERCEPCIONES SUBTOTALCOLI SUBTOTALCOLII "
+                        "DIFERENCIACOLI DIFERENCIACOLII PAGOACUENTA TOTALAPAGAR "
+                        "TOTALIMPONIBLE TOTALIMPUESTO PMES PANIO DESGRABACIONES OBJETO "
+                        "SUSCRIPTOR CARACTER PADRONPRINCIPAL GUIDV"));
         for (const char* form : {"F977", "F978", "F985", "F987"})
-            QTest::newRow(form) << form
-                                << layoutNames(
-                                       "CUIT FECHARECTIFICATIVA PIEREPORTE PADRON1 "
-                                       "TOTALPERCEPCIONES OBJETO SUSCRIPTOR CARACTER GUIDV");
+            Row(form, form,
+                layoutNames("CUIT FECHARECTIFICATIVA PIEREPORTE PADRON1 "
+                            "TOTALPERCEPCIONES OBJETO SUSCRIPTOR CARACTER GUIDV"));
         for (const char* form : {"F986", "F988"})
-            QTest::newRow(form)
-                << form
-                << layoutNames("ACCESORIOS ANIO APELLIDONOMBRE RECTIFICATIVA ORIGINAL MES "
-                               "PADRON PERIODO PRECTIFICATIVA DOMICILIO IMPORTERETENIDO CUIT "
-                               "COMPROBANTE MULTAS OTROS IMPORTEDEPOSITAR IMPORTEPAGADO "
-                               "IMPORTELETRAS OBJETO GUIDV");
+            Row(form, form,
+                layoutNames("ACCESORIOS ANIO APELLIDONOMBRE RECTIFICATIVA ORIGINAL MES "
+                            "PADRON PERIODO PRECTIFICATIVA DOMICILIO IMPORTERETENIDO CUIT "
+                            "COMPROBANTE MULTAS OTROS IMPORTEDEPOSITAR IMPORTEPAGADO "
+                            "IMPORTELETRAS OBJETO GUIDV"));
     }
 
     // Every printing carries its layout's fields in slot order, each as
@@ -129,9 +163,7 @@ private slots:
 
     void values_data()
     {
-        QTest::addColumn<QString>("form");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("expected");
+        Columns<QString, QString, QString>("form", "name", "expected");
         const QString words976 = MontoEnLetras(1122.07);
         const QString domicilio = "Av. España N° 1.234 -  Córdoba";
         auto form = [](const char* id, const QStringList& pairs) {
@@ -183,12 +215,11 @@ private slots:
     // The annexes and the agents' returns print twice, office copy first.
     void copies_data()
     {
-        QTest::addColumn<QString>("form");
-        QTest::addColumn<QString>("field");
+        Columns<QString, QString>("form", "field");
         for (const char* form : {"F977", "F978", "F985", "F987"})
-            QTest::newRow(form) << form << "PIEREPORTE";
+            Row(form, form, "PIEREPORTE");
         for (const char* form : {"F986", "F988"})
-            QTest::newRow(form) << form << "COMPROBANTE";
+            Row(form, form, "COMPROBANTE");
     }
     void copies()
     {
@@ -204,15 +235,13 @@ private slots:
     // and the minimum rate, whichever is greater, as a plain figure.
     void saldoRule_data()
     {
-        QTest::addColumn<QString>("subtotal");
-        QTest::addColumn<QString>("tasa");
-        QTest::addColumn<QString>("expected");
+        Columns<QString, QString, QString>("subtotal", "tasa", "expected");
         for (const char* row :
              {"subtotal above|1.134,57|500,00|634,57", "rate above|50,00|100,00|50",
               "equal|100,00|100,00|0", "no groups in result|2.000.000,50|0,25|2000000,25",
               "empty rate|10,10||10,1"}) {
             const QStringList cells = QString(row).split(u'|');
-            QTest::newRow(qPrintable(cells[0])) << cells[1] << cells[2] << cells[3];
+            Row(qPrintable(cells[0]), cells[1], cells[2], cells[3]);
         }
     }
     void saldoRule()
@@ -270,13 +299,12 @@ private slots:
     // the real ones; no line, no row.
     void blankRows_data()
     {
-        QTest::addColumn<int>("lines");
-        QTest::addColumn<int>("rows");
-        QTest::newRow("none") << 0 << 0;
-        QTest::newRow("one") << 1 << 25;
-        QTest::newRow("a full page") << 25 << 25;
-        QTest::newRow("one over") << 26 << 50;
-        QTest::newRow("two pages") << 50 << 50;
+        Columns<int, int>("lines", "rows");
+        Row("none", 0, 0);
+        Row("one", 1, 25);
+        Row("a full page", 25, 25);
+        Row("one over", 26, 50);
+        Row("two pages", 50, 50);
     }
     void blankRows()
     {
@@ -306,16 +334,11 @@ private slots:
     // whether or not the lines carry a voucher type.
     void stagingRows_data()
     {
-        QTest::addColumn<QString>("form");
-        QTest::addColumn<QString>("firstName");
-        QTest::addColumn<QString>("type");
-        QTest::addColumn<int>("lines");
-        // clang-format off
-        QTest::newRow("F977") << "F977" << "ACME S.R.L." << QString() << 2;
-        QTest::newRow("F978") << "F978" << "Distribuidora Ñandú" << "FACA - Factura A" << 1;
-        QTest::newRow("F985") << "F985" << "Juan Pérez" << QString() << 1;
-        QTest::newRow("F987") << "F987" << "Kiosco \"El Sol\"" << "FACB - Factura B" << 2;
-        // clang-format on
+        Columns<QString, QString, QString, int>("form", "firstName", "type", "lines");
+        Row("F977", "F977", "ACME S.R.L.", QString(), 2);
+        Row("F978", "F978", "Distribuidora Ñandú", "FACA - Factura A", 1);
+        Row("F985", "F985", "Juan Pérez", QString(), 1);
+        Row("F987", "F987", "Kiosco \"El Sol\"", "FACB - Factura B", 2);
     }
     void stagingRows()
     {
@@ -386,10 +409,9 @@ private slots:
 
     void formText_data()
     {
-        QTest::addColumn<QString>("form");
-        QTest::addColumn<QStringList>("expected");
+        Columns<QString, QStringList>("form", "expected");
         auto row = [](const char* form, const QString& pieces) {
-            QTest::newRow(form) << form << pieces.split(u'|');
+            Row(form, form, pieces.split(u'|'));
         };
         row("F976",
             "FORMULARIO|976|" + kPadron + "|" + kObjeto +
@@ -440,6 +462,131 @@ private slots:
         ReportJob job;
         job.layout = "F999";
         QVERIFY(!WriteReportPdf({job}, env->path("x.pdf")));
+    }
+
+    // --- The generate dialog ---------------------------------------------------
+
+    void nombreArchivo_data()
+    {
+        Columns<QString, QString, QString>("destino", "parametros", "expected");
+        Row("F976", "/d", parameters("F976"), "/d/09760110.DJ");
+        Row("F2001", "/d", parameters("F2001"), "/d/20010110.DJ");
+        Row("F988 mm-yyyy", "/d/", parameters("F988", "01-2010", ""), "/d/09880110.DJ");
+        Row("lower case form", "/d", "Formulario=f985;Periodo=3;Anio=2021;", "/d/09850321.DJ");
+        Row("empty destination", "", parameters("F977"), "/09770110.DJ");
+    }
+    void nombreArchivo()
+    {
+        QFETCH(QString, destino);
+        QFETCH(QString, parametros);
+        QFETCH(QString, expected);
+        QCOMPARE(GenerarDisco::NombreArchivo(destino, parametros), expected);
+    }
+
+    void loadSetsTheScreen()
+    {
+        GenerarDisco w;
+        w.Parametros = parameters("F2001");
+        w.load();
+        QCOMPARE(w["lblRotuloTitulo"].text(), QString("Generación del Formulario F2001"));
+        QCOMPARE(w["txtDestino"].text(), QDir::homePath());
+        QCOMPARE(w["txtCantidadImpresiones"].text(), QString("1"));
+        QVERIFY(w["cmdVistaPrevia"].enabled());
+        GenerarDisco period;
+        period.TotalPeriodo = true;
+        period.load();
+        QVERIFY(!period["cmdVistaPrevia"].enabled());
+    }
+
+    void oneDeclaration()
+    {
+        skipWithoutArchiver();
+        GenerarDisco w;
+        open(w, parameters("F977"), false, "2");
+        Person(w).click("cmdAceptar");
+        QCOMPARE(delivered(), QStringList{"09770110.DJ"});
+        QVERIFY(zipIsSound(m_destino + "/09770110.DJ"));
+        QCOMPARE(m_printer.files().size(), 2);   // two runs of the annex
+        QCOMPARE(m_printer.printed().size(), 4); // each of two copies
+        QCOMPARE(env->ui().lastText(), kDone);
+        QCOMPARE(env->ui().messages().last().title, QString("Atención !"));
+        QVERIFY(!w.isLoaded());
+    }
+
+    // A period: every form gets its own file; no copies asked, no paper.
+    void periodOfThreeForms()
+    {
+        skipWithoutArchiver();
+        GenerarDisco w;
+        const QString list =
+            parameters("F976") + "#" + parameters("F977") + "#sin formulario#" + parameters("F986");
+        open(w, list, true, "0");
+        Person(w).click("cmdAceptar");
+        QCOMPARE(delivered(), (QStringList{"09760110.DJ", "09770110.DJ", "09860110.DJ"}));
+        for (const QString& file : delivered())
+            QVERIFY(zipIsSound(m_destino + "/" + file));
+        QVERIFY(m_printer.files().isEmpty());
+        QCOMPARE(w.Parametros, parameters("F986"));
+        QCOMPARE(env->ui().lastText(), kDone);
+    }
+
+    // A run that cannot be made stops with its message, nothing delivered nor
+    // printed, and the dialog stays for another try: a destination that
+    // cannot be written, no archiver (the person is told instead of the
+    // success message), copies that are no number.
+    void refusedRunKeepsTheDialog_data()
+    {
+        Columns<QString, QByteArray, QString, QString>("destino", "path", "copies", "said");
+        Row("unwritable destination", "no-existe", QByteArray(), "1", QString());
+        Row("no archiver", QString(), QByteArray("/nonexistent"), "1", "7za");
+        Row("copies not a number", QString(), QByteArray(), "dos", "número");
+    }
+    void refusedRunKeepsTheDialog()
+    {
+        QFETCH(QString, destino);
+        QFETCH(QByteArray, path);
+        QFETCH(QString, copies);
+        QFETCH(QString, said);
+        const QByteArray pathBefore = qgetenv("PATH");
+        if (!path.isEmpty())
+            qputenv("PATH", path);
+        GenerarDisco w;
+        open(w, parameters("F976"), false, "1");
+        if (!destino.isEmpty())
+            Person(w).retype("txtDestino", env->path(destino));
+        w["txtCantidadImpresiones"].setText(copies);
+        Person(w).click("cmdAceptar");
+        qputenv("PATH", pathBefore);
+        QVERIFY(!env->ui().texts().isEmpty());
+        QVERIFY(!env->ui().texts().contains(kDone));
+        QVERIFY2(env->ui().lastText().contains(said), qPrintable(env->ui().lastText()));
+        QVERIFY(delivered().isEmpty());
+        QVERIFY(m_printer.files().isEmpty());
+        QVERIFY(w.isLoaded());
+    }
+
+    void previewNeedsNoDestination()
+    {
+        GenerarDisco w;
+        open(w, parameters("F976"), false, "");
+        w["txtDestino"].setText("");
+        Person(w).click("cmdVistaPrevia");
+        QCOMPARE(m_printer.previewed().size(), 1);
+        QVERIFY(m_printer.printed().isEmpty());
+        QVERIFY(env->ui().messages().isEmpty());
+        QVERIFY(w.isLoaded());
+    }
+
+    void browseForDestination()
+    {
+        GenerarDisco w;
+        open(w, parameters("F976"), false, "1");
+        env->ui().setFolder(env->path("elegida"));
+        Person(w).click("cmdBuscarDestino");
+        QCOMPARE(w["txtDestino"].text(), env->path("elegida"));
+        env->ui().setFolder("");
+        Person(w).click("cmdBuscarDestino");
+        QCOMPARE(w["txtDestino"].text(), GenerarDisco::DestinoPorDefecto());
     }
 };
 

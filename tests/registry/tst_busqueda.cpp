@@ -48,15 +48,13 @@ private slots:
 
     void typingNarrows_data()
     {
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QStringList>("expected");
-        QTest::newRow("a word") << "bovino" << QStringList{Reg::kBovino + " " + Reg::kBovinoName};
-        QTest::newRow("any case") << "GANADO BOV"
-                                  << QStringList{Reg::kBovino + " " + Reg::kBovinoName};
-        QTest::newRow("inside the name")
-            << "ción de fiambres" << QStringList{Reg::kFiambres + " " + Reg::kFiambresName};
-        QTest::newRow("nothing matches") << "zzzz" << QStringList{};
-        QTest::newRow("a quote") << "o'higgins" << QStringList{};
+        Columns<QString, QStringList>("typed", "expected");
+        Row("a word", "bovino", QStringList{Reg::kBovino + " " + Reg::kBovinoName});
+        Row("any case", "GANADO BOV", QStringList{Reg::kBovino + " " + Reg::kBovinoName});
+        Row("inside the name", "ción de fiambres",
+            QStringList{Reg::kFiambres + " " + Reg::kFiambresName});
+        Row("nothing matches", "zzzz", QStringList{});
+        Row("a quote", "o'higgins", QStringList{});
     }
     void typingNarrows()
     {
@@ -79,14 +77,13 @@ private slots:
 
     void premisesMode_data()
     {
-        QTest::addColumn<QString>("form");
-        QTest::addColumn<QStringList>("expected");
+        Columns<QString, QStringList>("form", "expected");
         const QStringList premises{"101011 VENTA", "101040 SERVICIOS", "452101 LAVADO"};
-        QTest::newRow("F976") << "F976" << premises;
-        QTest::newRow("F2001") << "F2001" << premises;
-        QTest::newRow("F978") << "F978" << premises;
+        Row("F976", "F976", premises);
+        Row("F2001", "F2001", premises);
+        Row("F978", "F978", premises);
         // any other form reads the row as a plain code and name
-        QTest::newRow("F977") << "F977" << QStringList{"101011 VENTA"};
+        Row("F977", "F977", QStringList{"101011 VENTA"});
     }
     void premisesMode()
     {
@@ -111,17 +108,14 @@ private slots:
 
     void closing_data()
     {
-        QTest::addColumn<QString>("how");
-        QTest::addColumn<bool>("select");
-        QTest::addColumn<QString>("id");
-        QTest::addColumn<QString>("description");
+        Columns<QString, bool, QString, QString>("how", "select", "id", "description");
         const QString id = Reg::kFiambres, name = Reg::kFiambresName;
-        QTest::newRow("enter") << "enter" << true << id << name;
-        QTest::newRow("double click") << "dblclick" << true << id << name;
-        QTest::newRow("close box copies too") << "box" << true << id << name;
-        QTest::newRow("escape keeps them empty") << "escape" << true << QString() << QString();
-        QTest::newRow("nothing selected") << "box" << false << QString() << QString();
-        QTest::newRow("enter, nothing selected") << "enter" << false << QString() << QString();
+        Row("enter", "enter", true, id, name);
+        Row("double click", "dblclick", true, id, name);
+        Row("close box copies too", "box", true, id, name);
+        Row("escape keeps them empty", "escape", true, QString(), QString());
+        Row("nothing selected", "box", false, QString(), QString());
+        Row("enter, nothing selected", "enter", false, QString(), QString());
     }
     void closing()
     {

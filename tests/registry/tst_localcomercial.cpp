@@ -103,20 +103,15 @@ private slots:
 
     void keyRules_data()
     {
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("shown");
-        auto row = [](const char* name, const char* field, const char* typed, const char* shown) {
-            QTest::newRow(name) << field << typed << shown;
-        };
-        row("padrón: digits", "txtPadron", "12a.3-4", "1234");
-        row("padrón: thirteen at most", "txtPadron", "12345678901234567", "1234567890123");
-        row("activity code: six digits", "txtIdSecundaria2", "45 1,1234", "451123");
-        row("category: 1 to 7", "txtCategoria", "0890a7", "7");
-        row("postal code: capitals and digits", "txtCP", "b1900-ñ", "B1900Ñ");
-        row("razón social: no signs", "txtRazonSocial", "la o'higgins s.a.", "LA OHIGGINS SA");
-        row("street: anything", "txtCalleNumero", "o'higgins 12 (b)", "o'higgins 12 (b)");
-        row("description: only a lookup fills it", "txtPrincipal", "abc", "");
+        Columns<QString, QString, QString>("name", "typed", "shown");
+        Row("padrón: digits", "txtPadron", "12a.3-4", "1234");
+        Row("padrón: thirteen at most", "txtPadron", "12345678901234567", "1234567890123");
+        Row("activity code: six digits", "txtIdSecundaria2", "45 1,1234", "451123");
+        Row("category: 1 to 7", "txtCategoria", "0890a7", "7");
+        Row("postal code: capitals and digits", "txtCP", "b1900-ñ", "B1900Ñ");
+        Row("razón social: no signs", "txtRazonSocial", "la o'higgins s.a.", "LA OHIGGINS SA");
+        Row("street: anything", "txtCalleNumero", "o'higgins 12 (b)", "o'higgins 12 (b)");
+        Row("description: only a lookup fills it", "txtPrincipal", "abc", "");
     }
     void keyRules()
     {
@@ -130,14 +125,13 @@ private slots:
 
     void groupIsOneLetterFromAToH_data()
     {
-        QTest::addColumn<QList<int>>("keys");
-        QTest::addColumn<QString>("shown");
-        QTest::newRow("A") << QList<int>{'A'} << "A";
-        QTest::newRow("H") << QList<int>{'H'} << "H";
-        QTest::newRow("a second letter replaces the first") << QList<int>{'B', 'E'} << "E";
-        QTest::newRow("I empties it") << QList<int>{'C', 'I'} << "";
-        QTest::newRow("a digit empties it") << QList<int>{'C', '5'} << "";
-        QTest::newRow("Shift released alone empties it") << QList<int>{'D', KeyCode::Shift} << "";
+        Columns<QList<int>, QString>("keys", "shown");
+        Row("A", QList<int>{'A'}, "A");
+        Row("H", QList<int>{'H'}, "H");
+        Row("a second letter replaces the first", QList<int>{'B', 'E'}, "E");
+        Row("I empties it", QList<int>{'C', 'I'}, "");
+        Row("a digit empties it", QList<int>{'C', '5'}, "");
+        Row("Shift released alone empties it", QList<int>{'D', KeyCode::Shift}, "");
     }
     void groupIsOneLetterFromAToH()
     {
@@ -169,14 +163,11 @@ private slots:
 
     void takenPairIsRefused_data()
     {
-        QTest::addColumn<QString>("ownerCuit");
-        QTest::addColumn<QString>("objeto");
-        QTest::addColumn<bool>("edit");
-        QTest::addColumn<bool>("refused");
-        QTest::newRow("under another taxpayer") << Reg::kOtherCuit << "1" << false << true;
-        QTest::newRow("under the same taxpayer") << Reg::kCuit << "1" << false << true;
-        QTest::newRow("same padrón, other objeto") << Reg::kOtherCuit << "2" << false << false;
-        QTest::newRow("editing that premises") << Reg::kCuit << "1" << true << false;
+        Columns<QString, QString, bool, bool>("ownerCuit", "objeto", "edit", "refused");
+        Row("under another taxpayer", Reg::kOtherCuit, "1", false, true);
+        Row("under the same taxpayer", Reg::kCuit, "1", false, true);
+        Row("same padrón, other objeto", Reg::kOtherCuit, "2", false, false);
+        Row("editing that premises", Reg::kCuit, "1", true, false);
     }
     void takenPairIsRefused()
     {
@@ -208,21 +199,19 @@ private slots:
 
     void regimeBoxes_data()
     {
-        QTest::addColumn<QStringList>("clicks");
-        QTest::addColumn<QString>("boxes");  // General, PROCOM as checked
-        QTest::addColumn<QString>("stored"); // regimen|percepcion|retencion
-        auto row = [](const char* name, const QStringList& clicks, const char* boxes,
-                      const char* stored) { QTest::newRow(name) << clicks << boxes << stored; };
+        // boxes: General, PROCOM as checked; stored: regimen|percepcion|retencion
+        Columns<QStringList, QString, QString>("clicks", "boxes", "stored");
         const QString general = "chkRegimenGeneral", procom = "chkRegimenProcom";
-        row("general", {general}, "10", "0|0|0");
-        row("procom", {procom}, "01", "1|0|0");
-        row("procom unchecks general", {general, procom}, "01", "1|0|0");
-        row("general unchecks procom", {procom, general}, "10", "0|0|0");
-        row("retention agent without regime", {"chkRetencion"}, "00", "2|0|1");
-        row("perception agent without regime", {"chkPercepcion"}, "00", "2|1|0");
-        row("general and both agents", {general, "chkPercepcion", "chkRetencion"}, "10", "0|1|1");
-        row("procom and retention agent", {procom, "chkRetencion"}, "01", "1|0|1");
-        row("general taken back", {general, general, "chkPercepcion"}, "00", "2|1|0");
+        Row("general", QStringList{general}, "10", "0|0|0");
+        Row("procom", QStringList{procom}, "01", "1|0|0");
+        Row("procom unchecks general", QStringList{general, procom}, "01", "1|0|0");
+        Row("general unchecks procom", QStringList{procom, general}, "10", "0|0|0");
+        Row("retention agent without regime", QStringList{"chkRetencion"}, "00", "2|0|1");
+        Row("perception agent without regime", QStringList{"chkPercepcion"}, "00", "2|1|0");
+        Row("general and both agents", QStringList{general, "chkPercepcion", "chkRetencion"}, "10",
+            "0|1|1");
+        Row("procom and retention agent", QStringList{procom, "chkRetencion"}, "01", "1|0|1");
+        Row("general taken back", QStringList{general, general, "chkPercepcion"}, "00", "2|1|0");
     }
     void regimeBoxes()
     {
@@ -244,13 +233,12 @@ private slots:
 
     void validationInOrder_data()
     {
-        QTest::addColumn<QStringList>("blank");
-        QTest::addColumn<QStringList>("answers"); // question fragment=Sí or No
-        QTest::addColumn<QString>("message");     // "" when stored
+        // answers: question fragment=Sí or No; message: "" when stored
+        Columns<QStringList, QStringList, QString>("blank", "answers", "message");
         auto row = [](const char* name, const char* blank, const char* answers,
                       const QString& message) {
-            QTest::newRow(name) << QString(blank).split(' ', Qt::SkipEmptyParts)
-                                << QString(answers).split(' ', Qt::SkipEmptyParts) << message;
+            Row(name, QString(blank).split(' ', Qt::SkipEmptyParts),
+                QString(answers).split(' ', Qt::SkipEmptyParts), message);
         };
         row("padrón", "txtPadron", "", "Debe ingresar un N° de Padrón Comercial");
         row("objeto", "txtObjeto", "", "Debe ingresar un N° de Objeto");
@@ -323,29 +311,22 @@ private slots:
 
     void lookupByCode_data()
     {
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<QString>("typed");
-        QTest::addColumn<QString>("search"); // "" none, else the text typed, "-" Escape
-        QTest::addColumn<QString>("code");
-        QTest::addColumn<QString>("description");
-        QTest::addColumn<QString>("focus");
-        auto row = [](const char* name, const char* line, const QString& typed, const char* search,
-                      const QString& code, const QString& description, const QString& focus) {
-            QTest::newRow(name) << line << typed << search << code << description << focus;
-        };
+        // search: "" none, else the text typed, "-" Escape
+        Columns<QString, QString, QString, QString, QString, QString>(
+            "line", "typed", "search", "code", "description", "focus");
         const QString bovino = Reg::kBovino, fiambres = Reg::kFiambres;
-        row("principal found", "Principal", bovino, "", bovino, Reg::kBovinoName, "cmdPrincipal");
-        row("read as a whole number", "Secundaria1", "000011", "", "000011", "ACTIVIDAD ONCE",
+        Row("principal found", "Principal", bovino, "", bovino, Reg::kBovinoName, "cmdPrincipal");
+        Row("read as a whole number", "Secundaria1", "000011", "", "000011", "ACTIVIDAD ONCE",
             "cmdSecundaria1");
-        row("third secondary found goes to Aceptar", "Secundaria3", bovino, "", bovino,
+        Row("third secondary found goes to Aceptar", "Secundaria3", bovino, "", bovino,
             Reg::kBovinoName, "cmdAceptar");
-        row("fifth secondary found goes to Aceptar", "Secundaria5", bovino, "", bovino,
+        Row("fifth secondary found goes to Aceptar", "Secundaria5", bovino, "", bovino,
             Reg::kBovinoName, "cmdAceptar");
-        row("unknown, chosen in the search", "Principal", "999999", "fiambres", fiambres,
+        Row("unknown, chosen in the search", "Principal", "999999", "fiambres", fiambres,
             Reg::kFiambresName, "cmdPrincipal");
-        row("unknown, search left with Escape", "Secundaria2", "999999", "-", "", "",
+        Row("unknown, search left with Escape", "Secundaria2", "999999", "-", "", "",
             "cmdSecundaria2");
-        row("third secondary back from a search", "Secundaria3", "999999", "fiambres", fiambres,
+        Row("third secondary back from a search", "Secundaria3", "999999", "fiambres", fiambres,
             Reg::kFiambresName, "txtIdSecundaria3");
     }
     void lookupByCode()
@@ -373,20 +354,17 @@ private slots:
 
     void lookupByButton_data()
     {
-        QTest::addColumn<QString>("line");
-        QTest::addColumn<QString>("before");
-        QTest::addColumn<bool>("choose");
-        QTest::addColumn<QString>("code");
-        QTest::addColumn<QString>("focus");
+        Columns<QString, QString, bool, QString, QString>("line", "before", "choose", "code",
+                                                          "focus");
         const QString fiambres = Reg::kFiambres;
-        QTest::newRow("principal goes to the first secondary")
-            << "Principal" << QString() << true << fiambres << "txtIdSecundaria1";
-        QTest::newRow("a secondary goes to the following line")
-            << "Secundaria2" << QString() << true << fiambres << "txtIdSecundaria3";
-        QTest::newRow("no choice, no code: stays")
-            << "Secundaria4" << QString() << false << QString() << "cmdSecundaria4";
-        QTest::newRow("no choice keeps the code and moves on")
-            << "Secundaria4" << Reg::kBovino << false << Reg::kBovino << "txtIdSecundaria5";
+        Row("principal goes to the first secondary", "Principal", QString(), true, fiambres,
+            "txtIdSecundaria1");
+        Row("a secondary goes to the following line", "Secundaria2", QString(), true, fiambres,
+            "txtIdSecundaria3");
+        Row("no choice, no code: stays", "Secundaria4", QString(), false, QString(),
+            "cmdSecundaria4");
+        Row("no choice keeps the code and moves on", "Secundaria4", Reg::kBovino, false,
+            Reg::kBovino, "txtIdSecundaria5");
     }
     void lookupByButton()
     {
@@ -410,22 +388,19 @@ private slots:
 
     void repeatedActivities_data()
     {
-        QTest::addColumn<QStringList>("steps");
-        QTest::addColumn<int>("refusals");
-        QTest::addColumn<bool>("stored");
+        Columns<QStringList, int, bool>("steps", "refusals", "stored");
         const QString p = "txtIdPrincipal=" + Reg::kBovino;
         const QString s1 = "txtIdSecundaria1=" + Reg::kBovino;
-        QTest::newRow("different codes")
-            << QStringList{p, "txtIdSecundaria1=" + Reg::kFiambres, "aceptar"} << 0 << true;
-        QTest::newRow("same code twice") << QStringList{p, s1, "aceptar"} << 1 << false;
-        QTest::newRow("a second Aceptar lets it through")
-            << QStringList{p, s1, "aceptar", "aceptar"} << 1 << true;
-        QTest::newRow("a lookup after the refusal finds it again")
-            << QStringList{p, s1, "aceptar", "leave:txtIdSecundaria1", "aceptar"} << 2 << false;
-        QTest::newRow("repeat among the secondary lines")
-            << QStringList{p, "txtIdSecundaria2=" + Reg::kFiambres,
-                           "txtIdSecundaria5=" + Reg::kFiambres, "aceptar"}
-            << 1 << false;
+        Row("different codes", QStringList{p, "txtIdSecundaria1=" + Reg::kFiambres, "aceptar"}, 0,
+            true);
+        Row("same code twice", QStringList{p, s1, "aceptar"}, 1, false);
+        Row("a second Aceptar lets it through", QStringList{p, s1, "aceptar", "aceptar"}, 1, true);
+        Row("a lookup after the refusal finds it again",
+            QStringList{p, s1, "aceptar", "leave:txtIdSecundaria1", "aceptar"}, 2, false);
+        Row("repeat among the secondary lines",
+            QStringList{p, "txtIdSecundaria2=" + Reg::kFiambres,
+                        "txtIdSecundaria5=" + Reg::kFiambres, "aceptar"},
+            1, false);
     }
     void repeatedActivities()
     {
@@ -522,12 +497,11 @@ private slots:
 
     void regimeAsLoaded_data()
     {
-        QTest::addColumn<QString>("stored");
-        QTest::addColumn<QString>("boxes");
+        Columns<QString, QString>("stored", "boxes");
         for (const char* row : {"Null|NULL|10", "empty|''|10", "0|'0'|10", "1|'1'|01", "2|'2'|00",
                                 "unknown leaves the boxes|'7'|00"}) {
             const QStringList cells = QString(row).split('|');
-            QTest::newRow(qPrintable(cells[0])) << cells[1] << cells[2];
+            Row(qPrintable(cells[0]), cells[1], cells[2]);
         }
     }
     void regimeAsLoaded()
@@ -544,11 +518,10 @@ private slots:
 
     void premisesCarryTheNextTaxpayerId_data()
     {
-        QTest::addColumn<QList<int>>("taxpayers");
-        QTest::addColumn<QString>("stored");
-        QTest::newRow("none yet") << QList<int>{} << "1";
-        QTest::newRow("one") << QList<int>{1} << "2";
-        QTest::newRow("a gap") << QList<int>{1, 5} << "6";
+        Columns<QList<int>, QString>("taxpayers", "stored");
+        Row("none yet", QList<int>{}, "1");
+        Row("one", QList<int>{1}, "2");
+        Row("a gap", QList<int>{1, 5}, "6");
     }
     void premisesCarryTheNextTaxpayerId()
     {
@@ -564,14 +537,13 @@ private slots:
 
     void categoryIsCheckedOnLeavingThePostalCode_data()
     {
-        QTest::addColumn<QString>("categoria");
-        QTest::addColumn<bool>("notice");
-        QTest::newRow("empty") << "" << false;
-        QTest::newRow("1") << "1" << false;
-        QTest::newRow("7") << "7" << false;
-        QTest::newRow("0") << "0" << true;
-        QTest::newRow("8") << "8" << true;
-        QTest::newRow("a letter") << "x" << true;
+        Columns<QString, bool>("categoria", "notice");
+        Row("empty", "", false);
+        Row("1", "1", false);
+        Row("7", "7", false);
+        Row("0", "0", true);
+        Row("8", "8", true);
+        Row("a letter", "x", true);
     }
     void categoryIsCheckedOnLeavingThePostalCode()
     {

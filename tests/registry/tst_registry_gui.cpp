@@ -123,10 +123,9 @@ private slots:
     // Escape in the box leaves like the close box, with nothing chosen.
     void searchListKeys_data()
     {
-        QTest::addColumn<int>("key");
-        QTest::addColumn<QString>("taken");
-        QTest::newRow("Return") << int(Qt::Key_Return) << Reg::kFiambresName;
-        QTest::newRow("Escape") << int(Qt::Key_Escape) << QString();
+        Columns<int, QString>("key", "taken");
+        Row("Return", int(Qt::Key_Return), Reg::kFiambresName);
+        Row("Escape", int(Qt::Key_Escape), QString());
     }
     void searchListKeys()
     {

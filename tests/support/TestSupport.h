@@ -4,6 +4,7 @@
 #include <QObject>
 #include <QString>
 #include <QTemporaryDir>
+#include <QTest>
 #include <memory>
 
 #include "ScriptedUi.h"
@@ -54,6 +55,20 @@ private slots:
 private:
     bool m_withDatabase;
 };
+
+// The columns of a data-driven test: their types in order, then their names.
+template <class... Types, class... Names> void Columns(const Names&... names)
+{
+    static_assert(sizeof...(Types) == sizeof...(Names), "one name for each type");
+    (QTest::addColumn<Types>(names), ...);
+}
+
+// A row of a data-driven test: its name, then its values column by column. A
+// quoted literal fills a text column; a byte column wants a QByteArray.
+template <class... Values> void Row(const char* name, const Values&... values)
+{
+    (QTest::newRow(name) << ... << values);
+}
 
 QByteArray ReadBytes(const QString& path);
 // Writes the file whole, making its folder first.
