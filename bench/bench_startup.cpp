@@ -13,11 +13,12 @@
 #include <cstdio>
 
 #include "Globals.h"
-#include "MMain.h"
-#include "Principal.h"
+#include "shell/MMain.h"
+#include "shell/Principal.h"
 #include "ZoAccess.h"
 #include "frame/view/QtUi.h"
 #include "frame/view/ViewRegistry.h"
+#include "shell/view/ShellViews.h"
 
 namespace {
 

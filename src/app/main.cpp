@@ -2,9 +2,10 @@
 #include <QIcon>
 #include <QStandardPaths>
 
-#include "MMain.h"
+#include "shell/MMain.h"
 #include "frame/view/QtUi.h"
 #include "frame/view/ViewRegistry.h"
+#include "shell/view/ShellViews.h"
 
 int main(int argc, char* argv[])
 {

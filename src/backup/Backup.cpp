@@ -15,7 +15,7 @@
 #include "DatabaseFile.h"
 #include "ErrorLog.h"
 #include "Globals.h"
-#include "Principal.h"
+#include "MainWindowLink.h"
 #include "RegionalSettings.h"
 #include "Tovak.h"
 #include "ZoAccess.h"
@@ -243,8 +243,7 @@ bool RestoreDatabase(const QString& file)
     if (!DatabaseFile::Replace(restored, DatabasePath()))
         return false;
     DatabaseFile::ReachStage(QStringLiteral("replaced"));
-    if (gPrincipal().isLoaded())
-        gPrincipal().FillMenu();
+    RefreshMainWindowTaxpayers();
     return true;
 }
 

@@ -7,7 +7,7 @@
 #include "Globals.h"
 #include "UiPort.h"
 #include "Util.h"
-#include "declarations/Validar.h"
+#include "Validar.h"
 #include "frmBackupArchivos.h"
 
 namespace {

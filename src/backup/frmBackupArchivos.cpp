@@ -1,7 +1,5 @@
 #include "frmBackupArchivos.h"
 
-#include "Inicial.h"
-
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -9,7 +7,8 @@
 
 #include "Backup.h"
 #include "ErrorLog.h"
-#include "Principal.h"
+#include "MainWindowLink.h"
+#include "ProgressWindow.h"
 #include "UiPort.h"
 
 namespace {
@@ -173,8 +172,7 @@ void frmBackupArchivos::restoreChosen()
            Msg::Information);
     resetProgress();
     unload();
-    if (gPrincipal().isLoaded())
-        gPrincipal().unload();
+    CloseMainWindow();
     ui().endProgram();
 }
 

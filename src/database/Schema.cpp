@@ -6,7 +6,7 @@
 #include "Catalogue.h"
 #include "ErrorLog.h"
 #include "Globals.h"
-#include "Inicial.h"
+#include "ProgressWindow.h"
 #include "SqlHelpers.h"
 #include "Upgrade.h"
 #include "ZoAccess.h"
@@ -129,7 +129,7 @@ void CreateCurrentDatabase()
     // left alone: the upgrades would only add tables to an empty file.
     if (!EnsureBaseSchema())
         return;
-    Inicial splash;
+    ProgressWindow splash(QStringLiteral("Inicial"));
     VerifyDatabase(DatabasePath(), splash);
     ApplyUpgrades(splash);
     UpgradeAddGuidColumns();

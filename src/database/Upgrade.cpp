@@ -6,7 +6,7 @@
 #include "ErrorLog.h"
 #include "Field.h"
 #include "Globals.h"
-#include "Inicial.h"
+#include "ProgressWindow.h"
 #include "Numbers.h"
 #include "SqlHelpers.h"
 #include "UiPort.h"
@@ -31,7 +31,7 @@ constexpr int kOldActivityFields = 11;
 
 const QString kOne = QStringLiteral("1");
 
-void step(Inicial& splash)
+void step(ProgressWindow& splash)
 {
     AdvanceSplash(splash, 1, QString());
 }
@@ -208,7 +208,7 @@ void logConversion(const QString& description)
 // ("1.234,50" would become "1,23"), so either every table is converted and
 // the flag written with it, or, after a failure anywhere, nothing is, and the
 // next start begins again from a database that holds only dotted amounts.
-bool convertAll(ZoAccess& db, Inicial& splash, const QVector<Conversion>& work)
+bool convertAll(ZoAccess& db, ProgressWindow& splash, const QVector<Conversion>& work)
 {
     if (!db.BeginTrans()) {
         logConversion(QStringLiteral("PuntoPorComa: no se pudo iniciar la transacción."));
@@ -259,7 +259,7 @@ bool convertAll(ZoAccess& db, Inicial& splash, const QVector<Conversion>& work)
 
 } // namespace
 
-void VerifyDatabase(const QString& databasePath, Inicial& splash)
+void VerifyDatabase(const QString& databasePath, ProgressWindow& splash)
 {
     ZoAccess db;
     if (!databasePath.isEmpty())
@@ -376,7 +376,7 @@ void VerifyDatabase(const QString& databasePath, Inicial& splash)
     db.Dispose();
 }
 
-void ApplyUpgrades(Inicial& splash)
+void ApplyUpgrades(ProgressWindow& splash)
 {
     ZoAccess& shared = gAccess();
     if (shared.GetString(QStringLiteral(

@@ -2,12 +2,12 @@
 
 #include <QString>
 
-class Inicial;
+class ProgressWindow;
 
 // Brings a database of any older level to the current one, on every start.
-void VerifyDatabase(const QString& databasePath, Inicial& splash);
+void VerifyDatabase(const QString& databasePath, ProgressWindow& splash);
 // The one-time rewrite of dotted amounts into the comma form ("PuntoPorComa").
-void ApplyUpgrades(Inicial& splash);
+void ApplyUpgrades(ProgressWindow& splash);
 // Adds the Guidv column to the eight declaration tables, once ("GUID").
 void UpgradeAddGuidColumns();
 

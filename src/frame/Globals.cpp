@@ -3,42 +3,12 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
-#include <memory>
-
-#include "SqliteDatabase.h"
-#include "ZoAccess.h"
-#include "ZoParameterString.h"
-#include "declarations/Validar.h"
-#include "navigation/ZoForms.h"
 
 QString gAppPath;
 QString gSql;
 QString gDecimalSymbol;
 QStringList gImportNames;
 QStringList gImportNamesPlain;
-
-namespace {
-std::unique_ptr<ZoAccess> g_access;
-} // namespace
-
-ZoAccess& gAccess()
-{
-    if (!g_access)
-        g_access = std::make_unique<ZoAccess>();
-    return *g_access;
-}
-
-ZoParameterString& gParameters()
-{
-    static ZoParameterString parameters;
-    return parameters;
-}
-
-Validar& gValidar()
-{
-    static Validar validar;
-    return validar;
-}
 
 void SetAppPath(const QString& folder)
 {
@@ -49,7 +19,10 @@ void SetAppPath(const QString& folder)
     gAppPath = path;
 }
 
-QString DatabasePath() { return gAppPath + QStringLiteral("/Morvel.db"); }
+QString DatabasePath()
+{
+    return gAppPath + QStringLiteral("/Morvel.db");
+}
 
 QString AssetsPath()
 {
@@ -63,13 +36,4 @@ QString AssetsPath()
         QFileInfo::exists(beside + QStringLiteral("/help/index.html")))
         return QDir::cleanPath(beside);
     return QStringLiteral(MORVEL_SOURCE_ASSETS);
-}
-
-void CloseDatabase()
-{
-    if (g_access)
-        g_access->Dispose();
-    g_access.reset();
-    ResetForms();
-    SqliteDatabase::closeAll();
 }

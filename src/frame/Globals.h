@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <QStringList>
+#include <functional>
 
 class ZoAccess;
 class ZoParameterString;
@@ -20,7 +21,7 @@ extern QString gDecimalSymbol;
 extern QStringList gImportNames;
 extern QStringList gImportNamesPlain;
 
-// Created on first use; CloseDatabase drops gAccess and gForms.
+// Created on first use; CloseDatabase drops gAccess.
 ZoAccess& gAccess();
 ZoParameterString& gParameters();
 Validar& gValidar();
@@ -35,7 +36,8 @@ QString DatabasePath();
 // The folder of the program's assets (catalogue seed, help, report layouts).
 QString AssetsPath();
 
-// Releases the shared gateway and dispatcher, and closes the database file,
-// before a backup or restore works on it.
+// Releases the shared gateway and what the subsystems keep of the open
+// database (each registers that once with OnCloseDatabase), and closes the
+// database file, before a backup or restore works on it.
 void CloseDatabase();
-
+void OnCloseDatabase(std::function<void()> release);

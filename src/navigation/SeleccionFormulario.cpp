@@ -11,7 +11,7 @@
 #include "Util.h"
 #include "ZoAccess.h"
 #include "ZoParameterString.h"
-#include "declarations/Validar.h"
+#include "Validar.h"
 
 namespace {
 

@@ -150,6 +150,11 @@ private:
 
 ZoForms& gForms()
 {
+    static const bool released = [] {
+        OnCloseDatabase(ResetForms);
+        return true;
+    }();
+    Q_UNUSED(released);
     if (!g_forms)
         g_forms = std::make_unique<ZoForms>();
     return *g_forms;

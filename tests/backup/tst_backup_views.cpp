@@ -10,6 +10,7 @@
 #include <QWidget>
 
 #include "BackupTestKit.h"
+#include "shell/view/ShellViews.h"
 #include "TestSupport.h"
 #include "backup/frmBackup.h"
 #include "backup/frmBackupArchivos.h"

@@ -4,7 +4,7 @@
 #include "ErrorLog.h"
 #include "Field.h"
 #include "Globals.h"
-#include "Inicial.h"
+#include "shell/Inicial.h"
 #include "TestSupport.h"
 #include "ZoAccess.h"
 #include "database/Schema.h"

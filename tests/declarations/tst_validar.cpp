@@ -5,7 +5,7 @@
 #include "Person.h"
 #include "RegionalSettings.h"
 #include "TestSupport.h"
-#include "declarations/Validar.h"
+#include "Validar.h"
 
 namespace {
 

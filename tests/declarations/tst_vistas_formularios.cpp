@@ -7,6 +7,7 @@
 #include <QTableWidget>
 
 #include "DetalleTestData.h"
+#include "shell/view/ShellViews.h"
 #include "FormFixture.h"
 #include "Person.h"
 #include "declarations/F976_Detalle.h"

@@ -9,10 +9,11 @@
 #include <functional>
 
 #include "GuiSupport.h"
-#include "MMain.h"
+#include "shell/view/ShellViews.h"
+#include "shell/MMain.h"
 #include "NavigationData.h"
 #include "Person.h"
-#include "Principal.h"
+#include "shell/Principal.h"
 #include "TestSupport.h"
 #include "backup/frmBackup.h"
 #include "declarations/FormulariosDDJJ.h"

@@ -10,9 +10,10 @@
 #include <QVBoxLayout>
 
 #include "Globals.h"
+#include "shell/view/ShellViews.h"
 #include "GuiSupport.h"
-#include "MMain.h"
-#include "Principal.h"
+#include "shell/MMain.h"
+#include "shell/Principal.h"
 #include "TestSupport.h"
 #include "frame/view/QtUi.h"
 #include "frame/view/ViewRegistry.h"

@@ -2,9 +2,9 @@
 
 #include "Db.h"
 #include "Globals.h"
-#include "MMain.h"
+#include "shell/MMain.h"
 #include "Person.h"
-#include "Principal.h"
+#include "shell/Principal.h"
 #include "RegionalSettings.h"
 #include "TestSupport.h"
 #include "ZoAccess.h"

@@ -9,6 +9,7 @@
 #include <QSpinBox>
 
 #include "PrintingFixture.h"
+#include "shell/view/ShellViews.h"
 
 #include "frame/view/QtUi.h"
 #include "frame/view/ViewRegistry.h"

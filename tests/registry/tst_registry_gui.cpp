@@ -11,6 +11,7 @@
 #include <QTableWidget>
 
 #include "GuiSupport.h"
+#include "shell/view/ShellViews.h"
 #include "RegistryTestData.h"
 #include "TestSupport.h"
 #include "frame/view/QtUi.h"

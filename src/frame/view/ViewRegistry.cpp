@@ -27,24 +27,3 @@ QStringList RegisteredViews()
     names.sort();
     return names;
 }
-
-void RegisterFrameViews();
-void RegisterRegistryViews();
-void RegisterNavigationViews();
-void RegisterDeclarationsViews();
-void RegisterOutputViews();
-void RegisterBackupViews();
-
-void RegisterAllViews()
-{
-    static bool done = false;
-    if (done)
-        return;
-    done = true;
-    RegisterFrameViews();
-    RegisterRegistryViews();
-    RegisterNavigationViews();
-    RegisterDeclarationsViews();
-    RegisterOutputViews();
-    RegisterBackupViews();
-}

@@ -14,10 +14,6 @@ QWidget* CreateView(const QString& windowName);
 // The names of the windows that have a view, sorted.
 QStringList RegisteredViews();
 
-// Registers the views of every subsystem; called once by the program and by
-// the GUI tests.
-void RegisterAllViews();
-
 // A view drawn from a Designer form: the widget and the generated setup.
 template <class UiForm, class Base>
 class FormView : public Base

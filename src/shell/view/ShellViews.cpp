@@ -3,8 +3,9 @@
 #include <QMainWindow>
 #include <QWidget>
 
-#include "TreeIcons.h"
-#include "ViewRegistry.h"
+#include "ShellViews.h"
+#include "frame/view/TreeIcons.h"
+#include "frame/view/ViewRegistry.h"
 #include "ui_Inicial.h"
 #include "ui_Principal.h"
 #include "ui_frmAbout.h"
@@ -49,9 +50,29 @@ public:
 
 } // namespace
 
-void RegisterFrameViews()
+void RegisterShellViews()
 {
     RegisterView(QStringLiteral("Principal"), [] { return new PrincipalView; });
     RegisterView(QStringLiteral("Inicial"), [] { return new InicialView; });
     RegisterView(QStringLiteral("frmAbout"), [] { return new AboutView; });
+}
+
+void RegisterRegistryViews();
+void RegisterNavigationViews();
+void RegisterDeclarationsViews();
+void RegisterOutputViews();
+void RegisterBackupViews();
+
+void RegisterAllViews()
+{
+    static bool done = false;
+    if (done)
+        return;
+    done = true;
+    RegisterShellViews();
+    RegisterRegistryViews();
+    RegisterNavigationViews();
+    RegisterDeclarationsViews();
+    RegisterOutputViews();
+    RegisterBackupViews();
 }

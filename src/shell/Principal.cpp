@@ -1,14 +1,15 @@
 #include "Principal.h"
 
 #include "Globals.h"
+#include "MainWindowLink.h"
 #include "SqlText.h"
 #include "UiPort.h"
 #include "ZoAccess.h"
 #include "backup/Backup.h"
 #include "backup/frmBackup.h"
+#include "frmAbout.h"
 #include "navigation/ContribuyentesDatos.h"
 #include "registry/Contribuyentes.h"
-#include "frmAbout.h"
 
 namespace {
 const QString kList = QStringLiteral("mnuListadoContribuyentes");
@@ -17,6 +18,18 @@ const QString kList = QStringLiteral("mnuListadoContribuyentes");
 Principal& gPrincipal()
 {
     static Principal principal;
+    static const bool linked = [] {
+        SetMainWindowLink({[] {
+                               if (principal.isLoaded())
+                                   principal.FillMenu();
+                           },
+                           [] {
+                               if (principal.isLoaded())
+                                   principal.unload();
+                           }});
+        return true;
+    }();
+    Q_UNUSED(linked);
     return principal;
 }
 
@@ -73,8 +86,9 @@ void Principal::onLoad()
 
 void Principal::FillMenu()
 {
-    RecordsetPtr rs = gAccess().FillRecordSetReader(QStringLiteral(
-        "SELECT IDCONTRIBUYENTE, APELLIDONOMBRE, CUIT FROM CONTRIBUYENTES ORDER BY IDCONTRIBUYENTE"));
+    RecordsetPtr rs = gAccess().FillRecordSetReader(
+        QStringLiteral("SELECT IDCONTRIBUYENTE, APELLIDONOMBRE, CUIT FROM CONTRIBUYENTES ORDER BY "
+                       "IDCONTRIBUYENTE"));
     Field& list = field(kList);
     list.removeItemsFrom(1);
     if (!rs || rs->RecordCount() == 0) {

@@ -2,13 +2,15 @@
 
 #include "Controller.h"
 
-// The splash shown while the database is verified and upgraded: a picture, the
-// progress bar `pb` and the status label `lbl`, both hidden at first.
-class Inicial : public Controller
+// A window that shows the progress of a long run in a bar `pb` and a status
+// label `lbl`, both hidden until the run moves them: the splash while the
+// database is verified and upgraded, or a window never shown when the same run
+// goes on without a screen.
+class ProgressWindow : public Controller
 {
     Q_OBJECT
 public:
-    Inicial() : Controller(QStringLiteral("Inicial")) {}
+    explicit ProgressWindow(const QString& name) : Controller(name) {}
 
 protected:
     void design() override;

@@ -1,10 +1,9 @@
-#include "Inicial.h"
+#include "ProgressWindow.h"
 
 #include "UiPort.h"
 
-void Inicial::design()
+void ProgressWindow::design()
 {
-    add(QStringLiteral("imgImagen"), FieldKind::Label);
     Field& pb = add(QStringLiteral("pb"), FieldKind::Progress);
     pb.setVisible(false);
     Field& lbl = add(QStringLiteral("lbl"), FieldKind::Label);
