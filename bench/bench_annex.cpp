@@ -9,6 +9,7 @@
 #include "Globals.h"
 #include "RegionalSettings.h"
 #include "ScriptedUi.h"
+#include "Transaction.h"
 #include "ZoAccess.h"
 #include "database/Schema.h"
 #include "declarations/F978.h"
@@ -39,18 +40,19 @@ void seed()
                               "idFormulario, Rectificativa, FechaRectificativa, ctrl) VALUES ('") +
                kPadron + QStringLiteral("', '") + kObjeto +
                QStringLiteral("', '03-2024', 'F2001', 'False', '0', '0')"));
-    db.BeginTrans();
-    for (int i = 1; i <= kLines; ++i)
-        db.Execute(QStringLiteral("INSERT INTO F978_Detalle (Codigo, FechaRectificativa, "
-                                  "CodigoDetalle, Fecha, TipoComprobante, NroComprobante, "
-                                  "Denominacion, Cuit, Padron, ImportePercibido, ctrl) VALUES ('") +
-                   kCodigo + QStringLiteral("', '0', '") +
-                   QString::number(i).rightJustified(4, u'0') +
-                   QStringLiteral("', '05-03-2024', 'FACA - Factura A', '") +
-                   QString::number(i).rightJustified(15, u'0') +
-                   QStringLiteral("', 'PROVEEDOR', '30-71234567-1', '0000000000099', '12,50', "
-                                  "'0')"));
-    db.CommitTrans();
+    {
+        Transaction unit(db, Transaction::Mode::KeepWhatPassed);
+        for (int i = 1; i <= kLines; ++i)
+            db.Execute(QStringLiteral("INSERT INTO F978_Detalle (Codigo, FechaRectificativa, "
+                                      "CodigoDetalle, Fecha, TipoComprobante, NroComprobante, "
+                                      "Denominacion, Cuit, Padron, ImportePercibido, ctrl) VALUES ('") +
+                       kCodigo + QStringLiteral("', '0', '") +
+                       QString::number(i).rightJustified(4, u'0') +
+                       QStringLiteral("', '05-03-2024', 'FACA - Factura A', '") +
+                       QString::number(i).rightJustified(15, u'0') +
+                       QStringLiteral("', 'PROVEEDOR', '30-71234567-1', '0000000000099', '12,50', "
+                                      "'0')"));
+    }
 }
 
 void report(const char* step, qint64 ms)

@@ -15,6 +15,7 @@
 #include "Globals.h"
 #include "shell/MMain.h"
 #include "shell/Principal.h"
+#include "Transaction.h"
 #include "ZoAccess.h"
 #include "frame/view/QtUi.h"
 #include "frame/view/ViewRegistry.h"
@@ -89,13 +90,14 @@ void prepare(const QString& folder, int taxpayers)
     Main(folder + "/data");
     gPrincipal().unload();
     ZoAccess db;
-    db.BeginTrans();
-    for (int i = 1; i <= taxpayers; ++i)
-        db.Execute(QStringLiteral("INSERT INTO Contribuyentes (idContribuyente, ApellidoNombre, "
-                                  "Cuit) VALUES (%1, 'CONTRIBUYENTE %1', '20-%2-6')")
-                       .arg(i)
-                       .arg(10000000 + i));
-    db.CommitTrans();
+    {
+        Transaction unit(db, Transaction::Mode::KeepWhatPassed);
+        for (int i = 1; i <= taxpayers; ++i)
+            db.Execute(QStringLiteral("INSERT INTO Contribuyentes (idContribuyente, ApellidoNombre, "
+                                      "Cuit) VALUES (%1, 'CONTRIBUYENTE %1', '20-%2-6')")
+                           .arg(i)
+                           .arg(10000000 + i));
+    }
     CloseDatabase();
 }
 

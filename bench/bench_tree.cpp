@@ -9,6 +9,7 @@
 
 #include "Field.h"
 #include "Globals.h"
+#include "Transaction.h"
 #include "ZoAccess.h"
 #include "database/Schema.h"
 #include "navigation/ZoForms.h"
@@ -40,22 +41,23 @@ void addVersion(ZoAccess& db, const QString& form, const QString& period, int ct
 void buildData()
 {
     ZoAccess& db = gAccess();
-    db.BeginTrans();
-    db.Execute(QStringLiteral("INSERT INTO Contribuyentes (idContribuyente, ApellidoNombre, "
-                              "Cuit) VALUES (1, 'GRAN CONTRIBUYENTE S.A.', '30-71234567-1')"));
-    db.Execute(QStringLiteral("INSERT INTO tPadronesComerciales (cuit, padron, objeto, "
-                              "regimen, retencion, percepcion) VALUES ('30712345671', '%1', "
-                              "'%2', '2', '0', '0')")
-                   .arg(kPadron, kObjeto));
-    for (int year = 2005; year < 2025; ++year)
-        for (int month = 1; month <= 12; ++month) {
-            const QString period =
-                QStringLiteral("%1-%2").arg(month, 2, 10, QLatin1Char('0')).arg(year);
-            for (const QString& form : kForms)
-                for (int ctrl = 0; ctrl < 3; ++ctrl)
-                    addVersion(db, form, period, ctrl);
-        }
-    db.CommitTrans();
+    {
+        Transaction unit(db, Transaction::Mode::KeepWhatPassed);
+        db.Execute(QStringLiteral("INSERT INTO Contribuyentes (idContribuyente, ApellidoNombre, "
+                                  "Cuit) VALUES (1, 'GRAN CONTRIBUYENTE S.A.', '30-71234567-1')"));
+        db.Execute(QStringLiteral("INSERT INTO tPadronesComerciales (cuit, padron, objeto, "
+                                  "regimen, retencion, percepcion) VALUES ('30712345671', '%1', "
+                                  "'%2', '2', '0', '0')")
+                       .arg(kPadron, kObjeto));
+        for (int year = 2005; year < 2025; ++year)
+            for (int month = 1; month <= 12; ++month) {
+                const QString period =
+                    QStringLiteral("%1-%2").arg(month, 2, 10, QLatin1Char('0')).arg(year);
+                for (const QString& form : kForms)
+                    for (int ctrl = 0; ctrl < 3; ++ctrl)
+                        addVersion(db, form, period, ctrl);
+            }
+    }
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include "ProgressWindow.h"
 #include "SqlHelpers.h"
 #include "Upgrade.h"
+#include "Transaction.h"
 #include "ZoAccess.h"
 
 namespace {
@@ -79,13 +80,14 @@ bool EnsureBaseSchema()
 
     // All or nothing: a base that stopped half way would have tables, and the
     // next start would take it for an installed one and never finish it.
-    if (!db.BeginTrans())
+    Transaction unit(db, Transaction::Mode::AllOrNothing);
+    if (!unit.ok())
         return false;
     QStringList statements = BaseSchemaStatements();
     statements << CatalogueStatements();
     for (const QString& sql : statements) {
         if (!RunChecked(db, sql)) {
-            db.RollbackTrans();
+            unit.rollback();
             LogError(QStringLiteral("-1"),
                      QStringLiteral("No se pudo crear la base de datos; nada quedó escrito.\n") +
                          sql,
@@ -93,11 +95,7 @@ bool EnsureBaseSchema()
             return false;
         }
     }
-    if (!db.CommitTrans()) {
-        db.RollbackTrans();
-        return false;
-    }
-    return true;
+    return unit.commit();
 }
 
 void EnsureIndices()

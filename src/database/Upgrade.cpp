@@ -10,6 +10,7 @@
 #include "Numbers.h"
 #include "SqlHelpers.h"
 #include "UiPort.h"
+#include "Transaction.h"
 #include "ZoAccess.h"
 
 namespace {
@@ -210,12 +211,13 @@ void logConversion(const QString& description)
 // next start begins again from a database that holds only dotted amounts.
 bool convertAll(ZoAccess& db, ProgressWindow& splash, const QVector<Conversion>& work)
 {
-    if (!db.BeginTrans()) {
+    Transaction unit(db, Transaction::Mode::AllOrNothing);
+    if (!unit.ok()) {
         logConversion(QStringLiteral("PuntoPorComa: no se pudo iniciar la transacción."));
         return false;
     }
     auto fail = [&](const QString& what) {
-        db.RollbackTrans();
+        unit.rollback();
         logConversion(QStringLiteral("PuntoPorComa: ") + what +
                       QStringLiteral("; no se convirtió ningún importe."));
         return false;
@@ -252,7 +254,7 @@ bool convertAll(ZoAccess& db, ProgressWindow& splash, const QVector<Conversion>&
     if (!RunChecked(db, QStringLiteral(
                             "INSERT INTO Opciones (Nombre, Valor) VALUES ('PuntoPorComa', 'S')")))
         return fail(QStringLiteral("no se pudo registrar la conversión"));
-    if (!db.CommitTrans())
+    if (!unit.commit())
         return fail(QStringLiteral("no se pudo confirmar la transacción"));
     return true;
 }

@@ -4,6 +4,7 @@
 #include "Numbers.h"
 #include "Recordset.h"
 #include "SqlText.h"
+#include "Transaction.h"
 #include "UiPort.h"
 #include "Util.h"
 #include "ZoAccess.h"
@@ -81,13 +82,12 @@ void AnexoComprobantes::RenumerarDetalle()
         q(codigo()) + QStringLiteral(" AND ctrl = ") + q(ctrl()) + QStringLiteral(" ORDER BY Id"));
     if (!rs)
         return;
-    gAccess().BeginTrans();
+    Transaction unit(Transaction::Mode::KeepWhatPassed);
     for (int n = 1; !rs->EOF_(); rs->MoveNext(), ++n)
         gAccess().Execute(QStringLiteral("UPDATE ") + tabla +
                           QStringLiteral(" SET CodigoDetalle = ") +
                           q(QString::number(n).rightJustified(4, u'0')) +
                           QStringLiteral(" WHERE Id = ") + rs->Text(0));
-    gAccess().CommitTrans();
 }
 
 QVector<QPair<QString, QString>> AnexoComprobantes::columnasEncabezado()

@@ -8,6 +8,7 @@
 #include "Recordset.h"
 #include "SqlText.h"
 #include "Tovak.h"
+#include "Transaction.h"
 #include "UiPort.h"
 #include "Util.h"
 #include "Validar.h"
@@ -410,7 +411,7 @@ void FormularioDDJJ::CopiarDetallePrevio()
     const QString nueva = NormalizarFecha(param(QStringLiteral("FechaRectificativaNueva")));
     const QStringList columnas = rs->FieldNames().mid(1);
     const int ultima = rs->FieldCount() - 1;
-    gAccess().BeginTrans();
+    Transaction unit(Transaction::Mode::KeepWhatPassed);
     for (; !rs->EOF_(); rs->MoveNext()) {
         QStringList valores;
         for (int i = 1; i <= ultima; ++i) {
@@ -429,7 +430,6 @@ void FormularioDDJJ::CopiarDetallePrevio()
                           QStringLiteral(" (") + columnas.join(QStringLiteral(", ")) +
                           QStringLiteral(") VALUES (") + valores.join(QStringLiteral(", ")) + u')');
     }
-    gAccess().CommitTrans();
 }
 
 void FormularioDDJJ::leerDetalle()

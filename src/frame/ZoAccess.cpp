@@ -16,8 +16,8 @@
 namespace {
 
 const QStringList kAmountColumns = {QStringLiteral("Importe"), QStringLiteral("Monto"),
-                                    QStringLiteral("Alícuota"),
-                                    QStringLiteral("Base Imponible"), QStringLiteral("Impuesto")};
+                                    QStringLiteral("Alícuota"), QStringLiteral("Base Imponible"),
+                                    QStringLiteral("Impuesto")};
 
 QVector<QVariant> bindsOf(const QStringList& parameters)
 {
@@ -39,8 +39,11 @@ std::optional<double> numberOf(const QVariant& v)
     return LocaleNumber(v.toString());
 }
 
-
 } // namespace
+
+int ZoAccess::s_failureCount = 0;
+int ZoAccess::s_lastErrorCode = 0;
+QString ZoAccess::s_lastError;
 
 QString DefaultConnectionString(const QString& databasePath)
 {
@@ -54,9 +57,15 @@ QString ZoAccess::ConnectionString() const
                                         : m_connectionString;
 }
 
-QString ZoAccess::DatabasePath() const { return ReadParameter(ConnectionString(), "Data Source"); }
+QString ZoAccess::DatabasePath() const
+{
+    return ReadParameter(ConnectionString(), "Data Source");
+}
 
-sqlite3* ZoAccess::connection() { return SqliteDatabase::connection(DatabasePath()); }
+sqlite3* ZoAccess::connection()
+{
+    return SqliteDatabase::connection(DatabasePath());
+}
 
 bool ZoAccess::run(const QString& sql, const QVector<QVariant>& binds, QueryResult* result)
 {
@@ -74,18 +83,15 @@ bool ZoAccess::run(const QString& sql, const QVector<QVariant>& binds, QueryResu
         ok = RunSqlite(db, jet.statements.at(i), last ? binds : QVector<QVariant>{},
                        last ? result : nullptr, &error);
     }
+    if (!ok)
+        noteFailure(db, error, sql);
     if (jet.atomic && db) {
-        RunSqlite(db, ok ? QStringLiteral("RELEASE jet_atomic")
-                         : QStringLiteral("ROLLBACK TO jet_atomic"),
+        RunSqlite(db,
+                  ok ? QStringLiteral("RELEASE jet_atomic")
+                     : QStringLiteral("ROLLBACK TO jet_atomic"),
                   {}, nullptr, nullptr);
         if (!ok)
             RunSqlite(db, QStringLiteral("RELEASE jet_atomic"), {}, nullptr, nullptr);
-    }
-    if (!ok) {
-        m_failed = true;
-        m_lastError = error;
-        LogError(QStringLiteral("SQL"), error + QStringLiteral("\n") + sql,
-                 QStringLiteral("ZoAccess"));
     }
     return ok;
 }
@@ -142,7 +148,10 @@ RecordsetPtr ZoAccess::FillRecordSet(const QString& sql)
     return rs;
 }
 
-RecordsetPtr ZoAccess::FillRecordSetReader(const QString& sql) { return FillRecordSet(sql); }
+RecordsetPtr ZoAccess::FillRecordSetReader(const QString& sql)
+{
+    return FillRecordSet(sql);
+}
 
 RecordsetPtr ZoAccess::FillRecordSetReaderWP(const QString& sql, const QStringList& parameters)
 {
@@ -484,8 +493,24 @@ void ZoAccess::Dispose()
     m_recordset.reset();
 }
 
-bool ZoAccess::BeginTrans() { return run(QStringLiteral("BEGIN"), {}, nullptr); }
+bool ZoAccess::RunControl(const QString& sql)
+{
+    sqlite3* db = connection();
+    QString error;
+    if (db && RunSqlite(db, sql, {}, nullptr, &error))
+        return true;
+    noteFailure(db,
+                db ? error : QStringLiteral("No se pudo abrir la base de datos ") + DatabasePath(),
+                sql);
+    return false;
+}
 
-bool ZoAccess::CommitTrans() { return run(QStringLiteral("COMMIT"), {}, nullptr); }
-
-bool ZoAccess::RollbackTrans() { return run(QStringLiteral("ROLLBACK"), {}, nullptr); }
+void ZoAccess::noteFailure(sqlite3* db, const QString& error, const QString& sql)
+{
+    m_failed = true;
+    m_lastError = error;
+    ++s_failureCount;
+    s_lastErrorCode = db ? sqlite3_extended_errcode(db) : SQLITE_CANTOPEN;
+    s_lastError = error;
+    LogError(QStringLiteral("SQL"), error + QStringLiteral("\n") + sql, QStringLiteral("ZoAccess"));
+}

@@ -60,11 +60,17 @@ public:
     void ShowError();
     void Dispose();
 
-    // Groups the statements of a long loop in one transaction (a speed
-    // measure only; each statement still stands by itself when none is open).
-    bool BeginTrans();
-    bool CommitTrans();
-    bool RollbackTrans();
+    // Statements that group others (SAVEPOINT, RELEASE, ROLLBACK), run as
+    // written; a failure is logged like any other. Transactions are opened
+    // and ended by a Transaction, never by hand.
+    bool RunControl(const QString& sql);
+
+    // Failed statements of this run, on every gateway, for a Transaction to
+    // tell whether its own statements all passed.
+    static int FailureCount() { return s_failureCount; }
+    // The engine's result code and message of the last failure.
+    static int LastErrorCode() { return s_lastErrorCode; }
+    static QString LastError() { return s_lastError; }
 
 private:
     sqlite3* connection();
@@ -75,6 +81,7 @@ private:
     // First column of the first row: nullopt when there is no row or it
     // failed; a null QVariant for Null.
     bool firstValue(const QString& sql, QVariant& value);
+    void noteFailure(sqlite3* db, const QString& error, const QString& sql);
 
     QString m_connectionString;
     QStringList m_parameters;
@@ -82,6 +89,10 @@ private:
     QString m_lastError;
     bool m_failed = false;
     RecordsetPtr m_recordset;
+
+    static int s_failureCount;
+    static int s_lastErrorCode;
+    static QString s_lastError;
 };
 
 // The text of the gateway's default connection string for a database file.

@@ -1,5 +1,7 @@
 #include "DetailImporter.h"
 
+#include <QScopeGuard>
+
 #include <QRegularExpression>
 #include <cmath>
 
@@ -10,6 +12,7 @@
 #include "SqlText.h"
 #include "TextLineReader.h"
 #include "Tovak.h"
+#include "Transaction.h"
 #include "UiPort.h"
 #include "Util.h"
 #include "ZoAccess.h"
@@ -105,6 +108,8 @@ DetailImporter::DetailImporter(const ImportRule& rule, const QString& parametros
                    QString::number(m_anio) + m_objeto + (m_rectificativa ? u'R' : u'O');
 }
 
+DetailImporter::~DetailImporter() = default;
+
 // --- Reading ------------------------------------------------------------------
 
 bool DetailImporter::ImportarTexto(const QString& path)
@@ -123,6 +128,7 @@ bool DetailImporter::ImportarTexto(const QString& path)
         m_progress->setVisible(true);
     }
     comenzar();
+    const auto terminar = qScopeGuard([this] { confirmar(); });
     QString line;
     while (reader.next(line)) {
         ++m_linea;
@@ -190,6 +196,7 @@ bool DetailImporter::ImportarHoja(const QString& path, bool encabezado)
         m_progress->setVisible(true);
     }
     comenzar();
+    const auto terminar = qScopeGuard([this] { confirmar(); });
     for (qsizetype r = first; r < rows.size(); ++r) {
         ++m_linea;
         avanzar();
@@ -230,15 +237,13 @@ void DetailImporter::avanzar()
 
 void DetailImporter::comenzar()
 {
-    m_transaccion = gAccess().BeginTrans();
+    m_transaccion = std::make_unique<Transaction>(Transaction::Mode::KeepWhatPassed);
 }
 
 void DetailImporter::confirmar()
 {
     escribirLote();
-    if (m_transaccion)
-        gAccess().CommitTrans();
-    m_transaccion = false;
+    m_transaccion.reset();
 }
 
 DetailImporter::Paso DetailImporter::detener(const QString& texto)

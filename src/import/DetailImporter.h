@@ -4,22 +4,26 @@
 #include <QHash>
 #include <QString>
 #include <QStringList>
+#include <memory>
 
 #include "ImportRule.h"
 
 class Field;
+class Transaction;
 
 // The engine shared by the twelve import rules: it knows the declaration at
 // hand, reads a text file or a spreadsheet's rows, checks each line as its
 // form's family demands, and inserts it into the detail table. A message
 // with the information icon ends the import at that line; the lines inserted
 // before it stay. The inserts are grouped in a transaction for speed only:
-// it is committed before any message is shown and at the end.
+// it is committed before any message is shown, and whenever the reading ends,
+// whatever the answer to a question was.
 class DetailImporter
 {
 public:
     DetailImporter(const ImportRule& rule, const QString& parametros, int mes, int anio,
                    Field* progress);
+    ~DetailImporter();
 
     // The text rule of the form; false when it stopped or could not read.
     bool ImportarTexto(const QString& path);
@@ -78,7 +82,7 @@ private:
     QString m_codigoArchivo; // the header's row code (annexes)
     qint64 m_sumaCentavos = 0;
     qint64 m_proximo = -1; // next CodigoDetalle, read once
-    bool m_transaccion = false;
+    std::unique_ptr<Transaction> m_transaccion;
     QString m_loteCabecera;
     QString m_lote;
     int m_loteFilas = 0;

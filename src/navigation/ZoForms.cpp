@@ -11,6 +11,7 @@
 #include "PeriodCopy.h"
 #include "SeleccionFormulario.h"
 #include "SqlText.h"
+#include "Transaction.h"
 #include "UiPort.h"
 #include "Util.h"
 #include "ZoAccess.h"
@@ -460,12 +461,13 @@ void ZoForms::InsertCopiaDDJJ(const QString& idContribuyente, const QString& per
                        "AND ctrl = '0'"));
     const PeriodCopy copy(padron, objeto, modelPeriod, TwoDigits(periodo), anio.trimmed());
     // One transaction for speed; what was copied before a failure is kept.
-    db.BeginTrans();
     bool ok = forms != nullptr;
-    for (; ok && !forms->EOF_(); forms->MoveNext())
-        if (const FormTables* form = FormTables::find(forms->Text(0)))
-            ok = copy.Copy(*form);
-    db.CommitTrans();
+    {
+        Transaction unit(db, Transaction::Mode::KeepWhatPassed);
+        for (; ok && !forms->EOF_(); forms->MoveNext())
+            if (const FormTables* form = FormTables::find(forms->Text(0)))
+                ok = copy.Copy(*form);
+    }
     if (!ok)
         MsgBox(QStringLiteral("Error al intentar generar la copia."), Msg::Exclamation);
 }

@@ -11,6 +11,7 @@
 #include "Db.h"
 #include "Globals.h"
 #include "TestSupport.h"
+#include "Transaction.h"
 #include "ZoAccess.h"
 #include "backup/Backup.h"
 #include "output/ZoGenerateDisk.h"
@@ -35,11 +36,12 @@ inline QStringList taxpayers()
 inline void addSlack(int kilobytes)
 {
     Db::exec("CREATE TABLE Relleno (Texto TEXT)");
-    gAccess().BeginTrans();
-    const QString row = QString(1000, 'x');
-    for (int i = 0; i < kilobytes; ++i)
-        gAccess().Execute("INSERT INTO Relleno (Texto) VALUES ('" + row + "')");
-    gAccess().CommitTrans();
+    {
+        Transaction unit(Transaction::Mode::KeepWhatPassed);
+        const QString row = QString(1000, 'x');
+        for (int i = 0; i < kilobytes; ++i)
+            gAccess().Execute("INSERT INTO Relleno (Texto) VALUES ('" + row + "')");
+    }
     Db::exec("DROP TABLE Relleno");
     CloseDatabase();
 }

@@ -1,10 +1,12 @@
 #include <QtTest>
 
 #include "Controller.h"
+#include "Db.h"
 #include "ErrorLog.h"
 #include "Globals.h"
 #include "JetSql.h"
 #include "TestSupport.h"
+#include "Transaction.h"
 #include "ZoAccess.h"
 
 namespace {
@@ -186,6 +188,76 @@ private slots:
         QVERIFY(db.FillComboBoxMes("SELECT p FROM periods", w["cbo"], "2014"));
         QCOMPARE(w["cbo"].listCount(), 2);
         QCOMPARE(w["cbo"].itemText(1), QString("02"));
+    }
+
+    // A unit of work ends on every path: a save stands whole or not at all, a
+    // grouped loop keeps what passed, and nothing stays open for later
+    // statements to fall into (they would be lost when the database closes).
+    void transactionEnds_data()
+    {
+        Columns<int, bool, bool, QStringList>("mode", "failing", "earlyRollback", "rowsAfter");
+        const int all = int(Transaction::Mode::AllOrNothing);
+        const int keep = int(Transaction::Mode::KeepWhatPassed);
+        Row("save that passes", all, false, false, QStringList{"abc", "uno", "dos"});
+        Row("save with a failed statement", all, true, false, QStringList{"abc"});
+        Row("save undone on purpose", all, false, true, QStringList{"abc"});
+        Row("loop keeps what passed", keep, true, false, QStringList{"abc", "uno", "dos"});
+    }
+    void transactionEnds()
+    {
+        QFETCH(int, mode);
+        QFETCH(bool, failing);
+        QFETCH(bool, earlyRollback);
+        QFETCH(QStringList, rowsAfter);
+        db.Execute("DELETE FROM t WHERE Nombre <> 'abc'");
+        {
+            Transaction unit(db, Transaction::Mode(mode));
+            db.Execute("INSERT INTO t (Nombre) VALUES ('uno')");
+            if (failing)
+                db.Execute("INSERT INTO NoSuchTable (x) VALUES (1)");
+            db.Execute("INSERT INTO t (Nombre) VALUES ('dos')");
+            QCOMPARE(unit.ok(), !failing);
+            if (earlyRollback)
+                unit.rollback();
+        }
+        // Nothing is left open: a later statement stands by itself even when
+        // the connection is closed right after it.
+        db.Execute("INSERT INTO t (Nombre) VALUES ('después')");
+        CloseDatabase();
+        rowsAfter << "después";
+        QCOMPARE(Db::column("SELECT Nombre FROM t ORDER BY Id"), rowsAfter);
+    }
+
+    void nestedUnitsJoinTheOuter()
+    {
+        {
+            Transaction outer(db, Transaction::Mode::AllOrNothing);
+            db.Execute("INSERT INTO t (Nombre) VALUES ('fuera')");
+            {
+                Transaction inner(db, Transaction::Mode::AllOrNothing);
+                db.Execute("INSERT INTO t (Nombre) VALUES ('dentro')");
+                QVERIFY(inner.commit());
+            }
+            outer.rollback();
+        }
+        CloseDatabase();
+        QCOMPARE(db.GetInteger("SELECT COUNT(*) FROM t WHERE Nombre IN ('fuera', 'dentro')"), 0);
+    }
+
+    void failureIsTold_data()
+    {
+        Columns<int, QString>("code", "text");
+        Row("full disk", 13, "No se pudo guardar: el disco está lleno.");
+        Row("read-only", 8, "No se pudo guardar: la base de datos es de solo lectura.");
+        Row("read-only wal", 8 | (1 << 8), "No se pudo guardar: la base de datos es de solo lectura.");
+        Row("damaged", 11, "No se pudo guardar: la base de datos está dañada.");
+        Row("not a database", 26, "No se pudo guardar: la base de datos está dañada.");
+    }
+    void failureIsTold()
+    {
+        QFETCH(int, code);
+        QFETCH(QString, text);
+        QCOMPARE(SaveFailureText(code, "engine"), text);
     }
 };
 
