@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Builds the program and starts it (under a virtual display when there is no
-# screen).
+# Builds the program (optimised, without tests) and starts it, under a
+# virtual display when there is no screen.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-bash scripts/build.sh
+bash scripts/build-program.sh
 if [ -z "${DISPLAY:-}" ] && [ -z "${WAYLAND_DISPLAY:-}" ]; then
-  exec xvfb-run -a ./build/src/morvel "$@"
+  exec xvfb-run -a ./build-release/src/morvel "$@"
 fi
-exec ./build/src/morvel "$@"
+exec ./build-release/src/morvel "$@"

@@ -18,6 +18,7 @@
 
 #include "Globals.h"
 #include "shell/view/ShellViews.h"
+#include "frame/view/SpanishTranslations.h"
 #include "shell/Inicial.h"
 #include "shell/MMain.h"
 #include "Person.h"
@@ -412,6 +413,7 @@ int main(int argc, char* argv[])
     qInstallMessageHandler(quietHandler);
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Morvel"));
+    InstallSpanishTranslations();
     QApplication::setQuitOnLastWindowClosed(false);
     const QStringList args = QApplication::arguments().mid(1);
     const bool readme = args.value(0) == QLatin1String("--readme");

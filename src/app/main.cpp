@@ -4,6 +4,7 @@
 
 #include "shell/MMain.h"
 #include "frame/view/QtUi.h"
+#include "frame/view/SpanishTranslations.h"
 #include "frame/view/ViewRegistry.h"
 #include "shell/view/ShellViews.h"
 
@@ -11,6 +12,7 @@ int main(int argc, char* argv[])
 {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Morvel"));
+    InstallSpanishTranslations();
     QApplication::setQuitOnLastWindowClosed(false);
     // The icon of the desktop entry, in every window's title bar; the desktop
     // matches the windows to the entry morvel.desktop by this name.

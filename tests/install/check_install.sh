@@ -22,13 +22,14 @@ check() { # check "what" command...
     fi
 }
 
-if ! cmake --install "$build" --prefix "$prefix" >"$work/install.log" 2>&1; then
+if ! cmake --install "$build" --prefix "$prefix" --strip >"$work/install.log" 2>&1; then
     cat "$work/install.log"
     echo "0 passed, 1 failed"
     exit 1
 fi
 
 check "bin/morvel ejecutable" test -x "$prefix/bin/morvel"
+check "bin/morvel sin símbolos de depuración" bash -c "! readelf -S \"$prefix/bin/morvel\" | grep -q debug_info"
 for f in share/morvel/help/index.html share/morvel/help/estilo.css \
     share/morvel/icons/morvel.svg share/applications/morvel.desktop \
     share/icons/hicolor/scalable/apps/morvel.svg; do
