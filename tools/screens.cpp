@@ -19,6 +19,8 @@
 #include "Globals.h"
 #include "shell/view/ShellViews.h"
 #include "frame/view/SpanishTranslations.h"
+#include "frame/view/HelpViewer.h"
+#include "HelpPages.h"
 #include "shell/Inicial.h"
 #include "shell/MMain.h"
 #include "Person.h"
@@ -395,6 +397,11 @@ void drawAll(ShotPort& port, const QString& dataFolder, bool readme)
     forms(port);
     generation(port);
     backups(port);
+    HelpViewer& help = HelpViewer::instance();
+    help.showPage(HelpPathFor(QStringLiteral("F976")));
+    QApplication::processEvents();
+    port.save(help.grab(), QStringLiteral("Ayuda"));
+    help.hide();
 }
 
 // The offscreen platform's remark on every dialog says nothing about them.

@@ -1,3 +1,6 @@
+#include <QListWidget>
+#include <QPushButton>
+#include <QTextBrowser>
 #include <QtTest>
 
 #include <QApplication>
@@ -11,6 +14,9 @@
 
 #include "../declarations/DetalleTestData.h"
 #include "shell/view/ShellViews.h"
+#include "Globals.h"
+#include "HelpPages.h"
+#include "frame/view/HelpViewer.h"
 #include "../declarations/FormFixture.h"
 #include "shell/Inicial.h"
 #include "shell/Principal.h"
@@ -230,6 +236,66 @@ private slots:
         QVERIFY2(view->width() <= kScreen.width() && view->height() <= kScreen.height(),
                  qPrintable(QStringLiteral("%1x%2").arg(view->width()).arg(view->height())));
         w->unload();
+    }
+
+    // F1 in every window opens the manual inside the program at that
+    // window's page, with no browser needed.
+    void helpPerWindow_data() { view_data(); }
+    void helpPerWindow()
+    {
+        QFETCH(QString, name);
+        TestEnv env;
+        env.createDatabase();
+        fx::premises();
+        setUi(&port);
+        Window w = window(name);
+        QVERIFY(w);
+        w->load();
+        std::unique_ptr<QWidget> view(OpenView(*w));
+        view->show();
+        view->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(view.get()));
+        HelpViewer::instance().hide();
+        QTest::keyClick(view.get(), Qt::Key_F1);
+        QVERIFY(HelpViewer::instance().isVisible());
+        const QUrl shown = HelpViewer::instance().browser()->source();
+        const QString page = HelpPageFor(name);
+        QCOMPARE(shown.fileName() + (shown.hasFragment() ? "#" + shown.fragment() : QString()),
+                 page);
+        QVERIFY(!HelpViewer::instance().browser()->toPlainText().trimmed().isEmpty());
+        HelpViewer::instance().hide();
+        w->unload();
+        setUi(&env.ui());
+    }
+
+    // The manual's search ignores case and accents and lists the pages that
+    // hold every word; a result opens its page, and Atrás returns.
+    void helpSearch_data()
+    {
+        Columns<QString, QString>("words", "page");
+        Row("accents ignored", "LIQUIDACION", "Formulario F976: DJ mensual, Régimen General");
+        Row("nothing found", "zzzqqq", "Ninguna página contiene lo buscado.");
+    }
+    void helpSearch()
+    {
+        QFETCH(QString, words);
+        QFETCH(QString, page);
+        HelpViewer& help = HelpViewer::instance();
+        help.showPage(HelpPathFor("F976"));
+        help.showPage(AssetsPath() + "/help/index.html");
+        auto* box = help.findChild<QLineEdit*>("txtBuscar");
+        box->setText(words);
+        QTest::keyClick(box, Qt::Key_Return);
+        auto* results = help.findChild<QListWidget*>("lstResultados");
+        QStringList titles;
+        for (int i = 0; i < results->count(); ++i)
+            titles << results->item(i)->text();
+        QVERIFY2(titles.contains(page), qPrintable(titles.join(" | ")));
+        auto* back = help.findChild<QPushButton*>("cmdAtras");
+        QVERIFY(back->isEnabled());
+        back->click();
+        QCOMPARE(help.browser()->source().fileName(), QString("f976.html"));
+        help.hide();
     }
 
     // Enter presses the command button that has the focus; on a choice of the

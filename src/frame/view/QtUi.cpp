@@ -1,5 +1,6 @@
 #include "QtUi.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QDesktopServices>
@@ -8,14 +9,17 @@
 #include <QEventLoop>
 #include <QFileDialog>
 #include <QMessageBox>
-#include <QPushButton>
 #include <QPointer>
+#include <QPushButton>
 #include <QScreen>
+#include <QShortcut>
 #include <QUrl>
 #include <QWidget>
 
 #include "Controller.h"
 #include "ErrorLog.h"
+#include "HelpPages.h"
+#include "HelpViewer.h"
 #include "Look.h"
 #include "ViewBinder.h"
 #include "ViewRegistry.h"
@@ -27,8 +31,7 @@ namespace {
 class CloseBoxFilter : public QObject
 {
 public:
-    CloseBoxFilter(QWidget* view, Controller& controller)
-        : QObject(view), m_controller(controller)
+    CloseBoxFilter(QWidget* view, Controller& controller) : QObject(view), m_controller(controller)
     {
     }
 
@@ -88,6 +91,21 @@ QMessageBox::Icon iconOf(int style)
     }
 }
 
+// F1 in any window opens the manual at that window's page, unless a menu of
+// the window already answers F1 (the main window's "Manual de Uso").
+void addHelpKey(QWidget* view, const QString& windowName)
+{
+    const QKeySequence f1(Qt::Key_F1);
+    for (const QAction* action : view->findChildren<QAction*>())
+        if (action->shortcut() == f1)
+            return;
+    auto* help = new QShortcut(f1, view);
+    help->setContext(Qt::WindowShortcut);
+    const QString helpPath = HelpPathFor(windowName);
+    QObject::connect(help, &QShortcut::activated, view,
+                     [helpPath] { HelpViewer::instance().showPage(helpPath); });
+}
+
 } // namespace
 
 QtUi::QtUi()
@@ -106,6 +124,7 @@ QWidget* OpenView(Controller& window)
     TidyView(view);
     view->setAttribute(Qt::WA_DeleteOnClose, false);
     new ViewBinder(view, window);
+    addHelpKey(view, window.windowName());
     auto* filter = new CloseBoxFilter(view, window);
     view->installEventFilter(filter);
     QPointer<QWidget> guarded(view);
@@ -147,12 +166,10 @@ int QtUi::messageBox(const QString& text, int style, const QString& title)
         first = box.addButton(QStringLiteral("Aceptar"), QMessageBox::AcceptRole);
         second = box.addButton(QStringLiteral("Cancelar"), QMessageBox::RejectRole);
         break;
-    default:
-        first = box.addButton(QStringLiteral("Aceptar"), QMessageBox::AcceptRole);
-        break;
+    default: first = box.addButton(QStringLiteral("Aceptar"), QMessageBox::AcceptRole); break;
     }
-    box.setDefaultButton(qobject_cast<QPushButton*>(
-        (style & Msg::DefaultButton2) && second ? second : first));
+    box.setDefaultButton(
+        qobject_cast<QPushButton*>((style & Msg::DefaultButton2) && second ? second : first));
     box.exec();
     const bool pressedSecond = box.clickedButton() == second && second;
     switch (style & 0xF) {
@@ -213,14 +230,16 @@ QString QtUi::chooseOpenFile(const QString& title, const QString& filter, const 
     return QFileDialog::getOpenFileName(QApplication::activeWindow(), title, folder, filter);
 }
 
-QString QtUi::chooseSaveFile(const QString& title, const QString& filter,
-                             const QString& suggested)
+QString QtUi::chooseSaveFile(const QString& title, const QString& filter, const QString& suggested)
 {
     return QFileDialog::getSaveFileName(QApplication::activeWindow(), title, suggested, filter);
 }
 
 bool QtUi::openDocument(const QString& path)
 {
+    // The manual opens inside the program: no browser is needed.
+    if (path.contains(QLatin1String(".html")))
+        return HelpViewer::instance().showPage(path), true;
     return QDesktopServices::openUrl(QUrl::fromLocalFile(path));
 }
 
