@@ -227,6 +227,9 @@ private slots:
                     expected << field;
         QCOMPARE(tabChain(view.get(), *w), expected);
         QVERIFY2(clipped(view.get()).isEmpty(), qPrintable(clipped(view.get()).join(u' ')));
+        // Colours come from the palette: a fixed one vanishes on a dark desktop.
+        for (const QWidget* widget : view->findChildren<QWidget*>())
+            QVERIFY2(!widget->styleSheet().contains("color"), qPrintable(widget->objectName()));
         for (QTabWidget* tabs : view->findChildren<QTabWidget*>())
             for (int page = 0; page < tabs->count(); ++page) {
                 tabs->setCurrentIndex(page);

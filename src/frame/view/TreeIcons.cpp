@@ -1,9 +1,11 @@
 #include "TreeIcons.h"
 
+#include <QGuiApplication>
 #include <QHash>
 #include <QLinearGradient>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPalette>
 
 namespace {
 
@@ -136,9 +138,15 @@ QIcon TreeIcon(const QString& key)
 
 QPixmap AppPicture(int width, int height)
 {
-    // drawn once a run: the splash and the main window show the same one
-    static QHash<QPair<int, int>, QPixmap> drawn;
-    const QPair<int, int> size(width, height);
+    // The name and the line under it take the palette's text colours, so
+    // that they read on a dark desktop as on a light one. Drawn once a run for
+    // each size and palette: the splash and the main window show the same one.
+    const QPalette palette = QGuiApplication::palette();
+    const QColor nameColour = palette.color(QPalette::Active, QPalette::WindowText);
+    QColor lineColour = nameColour;
+    lineColour.setAlphaF(0.75);
+    static QHash<QPair<QPair<int, int>, QRgb>, QPixmap> drawn;
+    const QPair<QPair<int, int>, QRgb> size({width, height}, nameColour.rgb());
     if (const auto it = drawn.constFind(size); it != drawn.constEnd())
         return *it;
     QPixmap pm(width, height);
@@ -161,14 +169,14 @@ QPixmap AppPicture(int width, int height)
     QFont title = p.font();
     title.setPixelSize(int(height * 0.36));
     p.setFont(title);
-    p.setPen(QColor(0x17, 0x3f, 0x73));
+    p.setPen(nameColour);
     const QRectF text(height + height * 0.15, 0, width - height * 1.15, height * 0.6);
     p.drawText(text, Qt::AlignLeft | Qt::AlignBottom, QStringLiteral("Morvel"));
     QFont sub = p.font();
     sub.setBold(false);
     sub.setPixelSize(int(height * 0.16));
     p.setFont(sub);
-    p.setPen(QColor(0x40, 0x50, 0x60));
+    p.setPen(lineColour);
     p.drawText(QRectF(text.left(), height * 0.62, text.width(), height * 0.3),
                Qt::AlignLeft | Qt::AlignTop, QStringLiteral("Declaraciones Juradas T.I.S.S.H."));
     p.end();
