@@ -124,7 +124,7 @@ bool Controller::setFocus(const QString& name)
         fire(leaving, Ev::Validate, validate);
         m_validating = false;
         if (validate.cancel) {
-            emit focusRequested(m_focused);
+            emit focusReturned(m_focused);
             return false;
         }
         if (m_focused != leaving) // the handler moved the focus itself

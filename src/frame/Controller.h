@@ -91,6 +91,9 @@ public:
 signals:
     void closeRequested();
     void focusRequested(const QString& name);
+    // The focus stays on the field the person was leaving: its validation
+    // refused the move.
+    void focusReturned(const QString& name);
     void captionChanged(const QString& caption);
     void fieldsRebuilt();
 

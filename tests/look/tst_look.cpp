@@ -301,6 +301,57 @@ private slots:
         help.hide();
     }
 
+    // Escape presses "Cancelar" wherever it is enabled; a text box entered
+    // with Tab has its text selected, so what is typed replaces it.
+    void keyboardManners_data() { view_data(); }
+    void keyboardManners()
+    {
+        QFETCH(QString, name);
+        TestEnv env;
+        env.createDatabase();
+        fx::premises();
+        Window w = window(name);
+        QVERIFY(w);
+        w->load();
+        std::unique_ptr<QWidget> view(OpenView(*w));
+        view->show();
+        view->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(view.get()));
+
+        QList<QLineEdit*> boxes;
+        for (QLineEdit* box : view->findChildren<QLineEdit*>())
+            if (box->isVisible() && box->isEnabled() && !box->isReadOnly() &&
+                (box->focusPolicy() & Qt::TabFocus) && !box->text().isEmpty())
+                boxes << box;
+        for (QLineEdit* box : boxes) {
+            QWidget* before = box->previousInFocusChain();
+            if (!before->isVisible() || !before->isEnabled())
+                continue;
+            before->setFocus(Qt::MouseFocusReason);
+            QApplication::processEvents();
+            if (QApplication::focusWidget() != before || before->nextInFocusChain() != box)
+                continue;
+            QTest::keyClick(before, Qt::Key_Tab);
+            QApplication::processEvents();
+            if (QApplication::focusWidget() == box)
+                QVERIFY2(box->selectionStart() == 0 &&
+                             box->selectionLength() == box->displayText().size(),
+                         qPrintable(box->objectName() + ": " + box->selectedText()));
+            break;
+        }
+
+        auto* cancel = view->findChild<QPushButton*>("cmdCancelar");
+        if (cancel && cancel->isEnabled() && cancel->isVisible()) {
+            bool pressed = false;
+            connect(cancel, &QPushButton::clicked, [&] { pressed = true; });
+            QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : view.get(),
+                            Qt::Key_Escape);
+            QVERIFY(pressed);
+        }
+        if (w->isLoaded())
+            w->unload();
+    }
+
     // Enter presses the command button that has the focus; on a choice of the
     // selection dialog it accepts, Aceptar being the default button there.
     void enterAccepts()

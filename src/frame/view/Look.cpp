@@ -5,11 +5,13 @@
 #include <QBoxLayout>
 #include <QComboBox>
 #include <QEvent>
+#include <QFocusEvent>
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QStyleFactory>
 #include <QTableWidget>
+#include <QTimer>
 
 namespace {
 
@@ -40,6 +42,40 @@ protected:
     {
         if (event->type() == QEvent::ReadOnlyChange)
             shade(static_cast<QLineEdit*>(watched));
+        return false;
+    }
+};
+
+// Keyboard manners of a text box: entered by the keyboard (Tab, Shift+Tab, a
+// shortcut, or Enter moving on) it selects its text, so what is typed next
+// replaces it; a box the person cannot type into stays out of the Tab order.
+// Focus that only returns to the box (its leaving was refused, the window was
+// activated again) leaves its text as the person had it.
+class TextBoxManners : public QObject
+{
+public:
+    using QObject::QObject;
+
+    static void placeInTabOrder(QLineEdit* edit)
+    {
+        edit->setFocusPolicy(edit->isReadOnly() ? Qt::ClickFocus : Qt::StrongFocus);
+    }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        auto* edit = static_cast<QLineEdit*>(watched);
+        if (event->type() == QEvent::ReadOnlyChange)
+            placeInTabOrder(edit);
+        if (event->type() == QEvent::FocusIn) {
+            const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+            if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
+                reason == Qt::ShortcutFocusReason || reason == Qt::OtherFocusReason)
+                QTimer::singleShot(0, edit, [edit] {
+                    if (edit->hasFocus())
+                        edit->selectAll();
+                });
+        }
         return false;
     }
 };
@@ -97,11 +133,15 @@ void TidyView(QWidget* view)
     for (QTableWidget* grid : view->findChildren<QTableWidget*>())
         tidyGrid(grid);
     auto* shade = new ReadOnlyShade(view);
+    auto* manners = new TextBoxManners(view);
     for (QLineEdit* edit : view->findChildren<QLineEdit*>()) {
-        // the box inside a combo or a spin box is drawn by its owner
+        edit->installEventFilter(manners);
+        // the box inside a combo or a spin box is drawn, and placed in the
+        // Tab order, by its owner
         QWidget* owner = edit->parentWidget();
         if (qobject_cast<QComboBox*>(owner) || qobject_cast<QAbstractSpinBox*>(owner))
             continue;
+        TextBoxManners::placeInTabOrder(edit);
         edit->installEventFilter(shade);
         ReadOnlyShade::shade(edit);
     }

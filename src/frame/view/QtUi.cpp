@@ -106,6 +106,23 @@ void addHelpKey(QWidget* view, const QString& windowName)
                      [helpPath] { HelpViewer::instance().showPage(helpPath); });
 }
 
+// Escape presses "Cancelar" wherever the window has it enabled; elsewhere a
+// dialog takes Escape as its close box, as before.
+void addEscapeKey(QWidget* view)
+{
+    auto* cancel = view->findChild<QPushButton*>(QStringLiteral("cmdCancelar"));
+    if (!cancel)
+        return;
+    auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), view);
+    escape->setContext(Qt::WindowShortcut);
+    QObject::connect(escape, &QShortcut::activated, view, [view, cancel] {
+        if (cancel->isEnabled() && cancel->isVisible())
+            cancel->click();
+        else if (auto* dialog = qobject_cast<QDialog*>(view))
+            dialog->reject();
+    });
+}
+
 } // namespace
 
 QtUi::QtUi()
@@ -125,6 +142,7 @@ QWidget* OpenView(Controller& window)
     view->setAttribute(Qt::WA_DeleteOnClose, false);
     new ViewBinder(view, window);
     addHelpKey(view, window.windowName());
+    addEscapeKey(view);
     auto* filter = new CloseBoxFilter(view, window);
     view->installEventFilter(filter);
     QPointer<QWidget> guarded(view);

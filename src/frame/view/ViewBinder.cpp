@@ -51,6 +51,7 @@ ViewBinder::ViewBinder(QWidget* view, Controller& controller)
     : QObject(view), m_view(view), m_controller(controller)
 {
     connect(&controller, &Controller::focusRequested, this, &ViewBinder::focusField);
+    connect(&controller, &Controller::focusReturned, this, &ViewBinder::returnFocus);
     connect(&controller, &Controller::fieldsRebuilt, this, &ViewBinder::bindAll);
     connect(&controller, &Controller::captionChanged, view, &QWidget::setWindowTitle);
     bindAll();
@@ -505,14 +506,18 @@ void ViewBinder::pushTree(Field* field, QWidget* w)
     tree->setUpdatesEnabled(true);
 }
 
-void ViewBinder::focusField(const QString& name)
+void ViewBinder::focusField(const QString& name) { focusWidget(name, Qt::OtherFocusReason); }
+
+void ViewBinder::returnFocus(const QString& name) { focusWidget(name, Qt::ActiveWindowFocusReason); }
+
+void ViewBinder::focusWidget(const QString& name, Qt::FocusReason reason)
 {
     for (auto it = m_widgets.cbegin(); it != m_widgets.cend(); ++it) {
         if (it.key()->name() != name || !it.value())
             continue;
         if (!it.value()->hasFocus()) {
             m_focusing = true;
-            it.value()->setFocus(Qt::OtherFocusReason);
+            it.value()->setFocus(reason);
             m_focusing = false;
         }
         return;
@@ -604,7 +609,7 @@ bool ViewBinder::eventFilter(QObject* watched, QEvent* event)
             if (!m_controller.setFocus(field->name())) {
                 m_refused = field;
                 const QString back = m_controller.focused();
-                QTimer::singleShot(0, this, [this, back] { focusField(back); });
+                QTimer::singleShot(0, this, [this, back] { returnFocus(back); });
             }
         }
         break;

@@ -47,6 +47,10 @@ private:
     void pushTree(Field* field, QWidget* widget);
     void pushItems(Field* field, QWidget* widget);
     void focusField(const QString& name);
+    // Puts the focus back on the field the person was in, after its leaving
+    // was refused: its text keeps its selection and caret.
+    void returnFocus(const QString& name);
+    void focusWidget(const QString& name, Qt::FocusReason reason);
     bool handleKey(Field* field, QKeyEvent* event);
     void clickFromWidget(Field* field, int index = -1);
 
