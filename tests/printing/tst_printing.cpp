@@ -508,7 +508,8 @@ private slots:
         QVERIFY(zipIsSound(m_destino + "/09770110.DJ"));
         QCOMPARE(m_printer.files().size(), 2);   // two runs of the annex
         QCOMPARE(m_printer.printed().size(), 4); // each of two copies
-        QCOMPARE(env->ui().lastText(), kDone);
+        QCOMPARE(env->ui().lastText(),
+                 kDone + "\n\nArchivos generados en " + m_destino + ":\n  09770110.DJ");
         QCOMPARE(env->ui().messages().last().title, QString("Atención !"));
         QVERIFY(!w.isLoaded());
     }
@@ -527,7 +528,8 @@ private slots:
             QVERIFY(zipIsSound(m_destino + "/" + file));
         QVERIFY(m_printer.files().isEmpty());
         QCOMPARE(w.Parametros, parameters("F986"));
-        QCOMPARE(env->ui().lastText(), kDone);
+        QCOMPARE(env->ui().lastText(), kDone + "\n\nArchivos generados en " + m_destino +
+                                           ":\n  09760110.DJ\n  09770110.DJ\n  09860110.DJ");
     }
 
     // A run that cannot be made stops with its message, nothing delivered nor
