@@ -169,7 +169,8 @@ bool GenerarDisco::GenerarArchivo(const QString& parameters)
                Msg::Critical, kTitle);
         return false;
     }
-    m_archivos << name;
+    if (!m_archivos.contains(name)) // the same name again replaced the earlier file
+        m_archivos << name;
     return true;
 }
 

@@ -3,6 +3,7 @@
 #include <QHash>
 #include <QRegularExpression>
 
+#include "MontoEnLetras.h"
 #include "Numbers.h"
 #include "Util.h"
 
@@ -33,10 +34,10 @@ ReportLayout MonthlyReturn(const QString& name, const QString& title, const QStr
                         {{QStringLiteral("Apellido y nombre o razón social"),
                           QStringLiteral("{RAZONSOCIAL}"), 190}},
                         {{QStringLiteral("Domicilio"), QStringLiteral("{DOMICILIO}"), 190}}};
-    l.columns = {{QStringLiteral("Código"), QStringLiteral("{CODIGO%n}"), 22, false},
-                 {QStringLiteral("Actividad"), activity, 80, false},
-                 {QStringLiteral("Base imponible"), QStringLiteral("{BASEIMPONIBLE%n}"), 34, true},
-                 {QStringLiteral("Alícuota"), QStringLiteral("{ALICUOTA%n}"), 20, true},
+    l.columns = {{QStringLiteral("Código"), QStringLiteral("{CODIGO%n}"), 18, false},
+                 {QStringLiteral("Actividad"), activity, 84, false},
+                 {QStringLiteral("Base imponible"), QStringLiteral("{BASEIMPONIBLE%n}"), 38, true},
+                 {QStringLiteral("Alícuota"), QStringLiteral("{ALICUOTA%n}"), 16, true},
                  {QStringLiteral("Impuesto"), tax, 34, true}};
     l.suscriptor = QStringLiteral("{SUSCRIPTOR}");
     l.caracter = QStringLiteral("{CARACTER}");
@@ -136,7 +137,13 @@ ReportLayout F2001Layout()
         "Total a pagar = diferencia de la columna II - pago a cuenta; cuando el resultado es "
         "negativo, el total a pagar es cero. La diferencia de la columna I queda a favor del "
         "contribuyente.");
-    l.words = QStringLiteral("{TOTALAPAGARLETRA}");
+    // F2001 is not handed the total in words; its layout spells it out.
+    l.formula = [](const QString& name, const ReportJob& job) {
+        return name == QLatin1String("LETRAS")
+                   ? MontoEnLetras(TextToDouble(job.parameter(QStringLiteral("TOTALAPAGAR"))))
+                   : QString();
+    };
+    l.words = QStringLiteral("{=LETRAS}");
     return l;
 }
 

@@ -21,10 +21,14 @@ constexpr double kLeft = 10.0;
 constexpr double kWidth = 190.0;
 constexpr double kBoxHeight = 10.0;
 constexpr double kLineHeight = 6.0;
-constexpr double kAnnexLineHeight = 5.2;
+constexpr double kAnnexLineHeight = 5.4;
 // The smallest a text may shrink to fit its box, as a share of its size.
 constexpr double kMinScale = 0.6;
+constexpr double kOneLineScale = 0.8;
 constexpr double kScaleStep = 0.05;
+// Letters are drawn in tenths of a millimetre: fonts come in whole dots of
+// their device, and at whole millimetres every size would round to 2 or 3.
+constexpr double kTextUnit = 10.0;
 
 // Lines of at most `width`, broken at blanks; empty when a word alone is
 // wider.
@@ -88,22 +92,12 @@ public:
         if (text.isEmpty())
             return;
         const QRectF area(x + 1.2, y, w - 2.4, h);
-        for (double scale = 1.0; scale >= kMinScale - 1e-9; scale -= kScaleStep) {
-            const QFont font = makeFont(size * scale, bold);
-            const QFontMetricsF metrics(font, m_p.device());
-            if (metrics.horizontalAdvance(text) <= area.width()) {
-                draw(area, {text}, font, align);
-                return;
-            }
-            if (lines < 2)
-                continue;
-            const QStringList wrapped = WrapWords(text, metrics, area.width());
-            if (!wrapped.isEmpty() && wrapped.size() <= lines &&
-                wrapped.size() * metrics.height() <= area.height() + 0.2) {
-                draw(area, wrapped, font, align);
-                return;
-            }
-        }
+        // One line a little smaller reads better than two; then two or more
+        // lines; then one line as small as it may get.
+        if (fit(area, text, align, size, bold, 1, kOneLineScale) ||
+            (lines > 1 && fit(area, text, align, size, bold, lines, kMinScale)) ||
+            fit(area, text, align, size, bold, 1, kMinScale))
+            return;
         if (m_unfit)
             *m_unfit << text;
         draw(area, {text}, makeFont(size * kMinScale, bold), align);
@@ -127,13 +121,37 @@ public:
     }
 
 private:
+    // Draws the text on at most `lines` lines at the largest size down to
+    // `least` of `size` at which it fits; false when it does not.
+    bool fit(const QRectF& area, const QString& text, int align, double size, bool bold, int lines,
+             double least)
+    {
+        const double width = area.width() * kTextUnit;
+        for (double scale = 1.0; scale >= least - 1e-9; scale -= kScaleStep) {
+            const QFont font = makeFont(size * scale, bold);
+            const QFontMetricsF metrics(font, m_p.device());
+            if (metrics.horizontalAdvance(text) <= width) {
+                draw(area, {text}, font, align);
+                return true;
+            }
+            if (lines < 2)
+                continue;
+            const QStringList wrapped = WrapWords(text, metrics, width);
+            if (!wrapped.isEmpty() && wrapped.size() <= lines &&
+                wrapped.size() * metrics.height() <= (area.height() + 0.2) * kTextUnit) {
+                draw(area, wrapped, font, align);
+                return true;
+            }
+        }
+        return false;
+    }
     QFont makeFont(double size, bool bold) const
     {
         // `size` is the height of the letters in millimetres of the sheet;
         // the device turns points into its own dots, which the painter's
         // scale then maps onto millimetres.
         QFont font(QStringLiteral("DejaVu Sans"));
-        font.setPointSizeF(size * 72.0 / m_p.device()->logicalDpiY());
+        font.setPointSizeF(size * kTextUnit * 72.0 / m_p.device()->logicalDpiY());
         font.setBold(bold);
         // No shaping, hence no ligatures: every word of a PDF can be found
         // and copied as written, its "fi" two letters and not one glyph.
@@ -142,18 +160,22 @@ private:
     }
     void draw(const QRectF& area, const QStringList& lines, const QFont& font, int align)
     {
+        m_p.save();
+        m_p.scale(1 / kTextUnit, 1 / kTextUnit);
         m_p.setFont(font);
         m_p.setPen(Qt::black);
         const QFontMetricsF metrics(font, m_p.device());
         const double height = metrics.height();
-        double y = area.top() + (area.height() - height * lines.size()) / 2;
+        const QRectF box(area.topLeft() * kTextUnit, area.size() * kTextUnit);
+        double y = box.top() + (box.height() - height * lines.size()) / 2;
         for (const QString& line : lines) {
-            m_p.drawText(QRectF(area.left(), y, area.width(), height),
+            m_p.drawText(QRectF(box.left(), y, box.width(), height),
                          (align & Qt::AlignHorizontal_Mask) | Qt::AlignVCenter |
                              Qt::TextSingleLine | Qt::TextDontClip,
                          line);
             y += height;
         }
+        m_p.restore();
     }
 
     QPainter& m_p;

@@ -15,13 +15,9 @@ namespace {
 // each form as an original (ctrl 0) and a rectification (ctrl 1).
 bool loadLongDeclarations()
 {
-    const QByteArray text = ReadBytes(dataFile(QStringLiteral("printing/largos.sql")));
-    for (const QString& line : QString::fromUtf8(text).split(u'\n'))
-        if (!line.trimmed().isEmpty() && !line.trimmed().startsWith(QLatin1String("--")))
-            gAccess().Execute(line.trimmed());
     Seed::AddTaxpayer(1, "FERNÁNDEZ DE LA FUENTE Y RODRÍGUEZ PEÑA, MARÍA DE LOS ÁNGELES",
                       "30-71234567-9");
-    return !text.isEmpty();
+    return loadStatements(QStringLiteral("printing/largos.sql"));
 }
 
 QString versionParameters(const QString& form, bool rect)
@@ -201,7 +197,7 @@ private slots:
         Columns<QString, QString, QString>("form", "parameter", "value");
         Row("a name of three lines", "F976", "RAZONSOCIAL", QString(400, u'N'));
         Row("an amount beyond its box", "F976", "BASEIMPONIBLE1",
-            "999.999.999.999.999.999.999.999,99");
+            "9.999.999.999.999.999.999.999.999.999.999.999,99");
         Row("a signer of four lines", "F986", "APELLIDONOMBRE",
             QString("NOMBRE MUY LARGO ").repeated(20));
     }

@@ -77,6 +77,55 @@ private slots:
         CloseDatabase();
     }
 
+    // The preview fits the screen with its buttons, moves from page to page
+    // and zooms: in, out, to the width and to the whole page.
+    void previewFitsAndNavigates()
+    {
+        TestEnv env;
+        QVERIFY(m_db.install());
+        setUi(&m_port);
+        addF987Lines(30);
+        QtReportPrinter& printer = dynamic_cast<QtReportPrinter&>(reportPrinter());
+        QStringList seen;
+        bool fits = false;
+        QTimer::singleShot(0, [&] {
+            QDialog* dialog = openDialog("VistaPrevia");
+            if (!dialog) {
+                if (auto* other = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
+                    other->reject();
+                return;
+            }
+            const QRect room = dialog->screen()->availableGeometry();
+            fits = dialog->frameGeometry().height() <= room.height() &&
+                   dialog->frameGeometry().width() <= room.width();
+            auto label = [&](const char* name) { return dialog->findChild<QLabel*>(name)->text(); };
+            auto click = [&](const char* name) {
+                dialog->findChild<QPushButton*>(name)->click();
+                QApplication::processEvents();
+            };
+            seen << label("lblPagina");
+            click("cmdSiguiente");
+            click("cmdSiguiente");
+            seen << label("lblPagina");
+            click("cmdAnterior");
+            seen << label("lblPagina");
+            click("cmdPagina");
+            const QString whole = label("lblZoom");
+            click("cmdAcercar");
+            seen << QString::number(label("lblZoom").chopped(1).toInt() > whole.chopped(1).toInt());
+            click("cmdAlejar");
+            click("cmdAlejar");
+            seen << QString::number(label("lblZoom").chopped(1).toInt() < whole.chopped(1).toInt());
+            seen << label("lblPagina");
+            dialog->reject();
+        });
+        printer.preview(ReportDriver::Prepare(parameters("F987")));
+        QVERIFY(fits);
+        QCOMPARE(seen, (QStringList{"Página 1 de 4", "Página 3 de 4", "Página 2 de 4", "1", "1",
+                                    "Página 2 de 4"}));
+        CloseDatabase();
+    }
+
     // The dialog as the person sees it; the up-down writes the copies box.
     void generarDiscoView()
     {

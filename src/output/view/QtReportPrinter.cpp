@@ -144,12 +144,18 @@ private:
         if (m_pages.isEmpty())
             return;
         m_current = qBound(0, index, int(m_pages.size()) - 1);
+        // The page asked for stays the current one even where the last pages
+        // cannot scroll to the top.
+        m_jumping = true;
         m_scroll->verticalScrollBar()->setValue(m_labels[m_current]->y() - kPageSpacing / 2);
+        m_jumping = false;
         updatePage();
     }
 
     void followScroll()
     {
+        if (m_jumping)
+            return;
         const int top = m_scroll->verticalScrollBar()->value() + m_scroll->viewport()->height() / 3;
         for (int i = 0; i < m_labels.size(); ++i)
             if (m_labels[i]->y() <= top)
@@ -175,6 +181,7 @@ private:
     QPushButton* m_next = nullptr;
     double m_zoom = 1.0;
     int m_current = 0;
+    bool m_jumping = false;
 };
 
 } // namespace
