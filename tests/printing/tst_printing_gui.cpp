@@ -95,6 +95,9 @@ private slots:
                     other->reject();
                 return;
             }
+            // MORVEL_SHOT=file.png keeps a picture of the preview to be looked at.
+            if (qEnvironmentVariableIsSet("MORVEL_SHOT"))
+                dialog->grab().save(qEnvironmentVariable("MORVEL_SHOT"));
             const QRect room = dialog->screen()->availableGeometry();
             fits = dialog->frameGeometry().height() <= room.height() &&
                    dialog->frameGeometry().width() <= room.width();
