@@ -30,6 +30,17 @@ QDialog* openDialog(const QString& name)
     return nullptr;
 }
 
+// The preview when it opened; whatever came instead is closed, so that the
+// test never waits.
+QDialog* openPreview()
+{
+    QDialog* dialog = openDialog("VistaPrevia");
+    if (!dialog)
+        if (auto* other = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
+            other->reject();
+    return dialog;
+}
+
 } // namespace
 
 // The printer of the desktop: the program installs it, and its preview
@@ -57,12 +68,9 @@ private slots:
         int pages = -1;
         QStringList buttons;
         QTimer::singleShot(0, [&] {
-            QDialog* dialog = openDialog("VistaPrevia");
-            if (!dialog) { // whatever came instead is closed: the test never waits
-                if (auto* other = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
-                    other->reject();
+            QDialog* dialog = openPreview();
+            if (!dialog)
                 return;
-            }
             pages = 0;
             for (QLabel* label : dialog->findChildren<QLabel*>())
                 pages += label->pixmap().isNull() ? 0 : 1;
@@ -89,12 +97,9 @@ private slots:
         QStringList seen;
         bool fits = false;
         QTimer::singleShot(0, [&] {
-            QDialog* dialog = openDialog("VistaPrevia");
-            if (!dialog) {
-                if (auto* other = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
-                    other->reject();
+            QDialog* dialog = openPreview();
+            if (!dialog)
                 return;
-            }
             // MORVEL_SHOT=file.png keeps a picture of the preview to be looked at.
             if (qEnvironmentVariableIsSet("MORVEL_SHOT"))
                 dialog->grab().save(qEnvironmentVariable("MORVEL_SHOT"));
