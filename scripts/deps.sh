@@ -9,7 +9,7 @@ packages=(
   libsqlite3-dev libfreexl-dev libzip-dev
   libqt6svg6 p7zip-full
   xvfb xauth poppler-utils libxlsxwriter-dev
-  fonts-dejavu-core
+  fonts-dejavu-core libqrencode-dev zbar-tools
 )
 
 missing=()

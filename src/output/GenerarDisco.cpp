@@ -71,11 +71,29 @@ void GenerarDisco::Aceptar()
         setFocus(QStringLiteral("txtCantidadImpresiones"));
         return;
     }
+    m_archivos.clear();
+    m_sinImprimir.clear();
     const bool ok = TotalPeriodo ? GenerarPeriodo() : GenerarFormulario(Parametros);
     if (!ok)
         return;
-    MsgBox(QStringLiteral("La generación se realizó correctamente."), Msg::Information, kTitle);
+    MsgBox(MensajeFinal(), Msg::Information, kTitle);
     unload();
+}
+
+QString GenerarDisco::MensajeFinal() const
+{
+    QString text = QStringLiteral("La generación se realizó correctamente.");
+    if (!m_archivos.isEmpty()) {
+        text += QStringLiteral("\n\nArchivos generados en ") +
+                QDir::toNativeSeparators(QFileInfo(m_archivos.first()).absolutePath()) +
+                QStringLiteral(":");
+        for (const QString& file : m_archivos)
+            text += QStringLiteral("\n  ") + QFileInfo(file).fileName();
+    }
+    if (!m_sinImprimir.isEmpty())
+        text += QStringLiteral("\n\nCopias no impresas:\n  ") +
+                m_sinImprimir.join(QStringLiteral("\n  "));
+    return text;
 }
 
 int GenerarDisco::CantidadImpresiones()
@@ -141,13 +159,18 @@ bool GenerarDisco::GenerarArchivo(const QString& parameters)
     if (!disk.CreateFile(name, false))
         return false;
     if (!QFileInfo::exists(name)) {
-        // The writer does not see a failed compression; the person must.
+        // The writer answers true for a text it could not complete; the
+        // person learns what kept the file from being written.
+        const QString falla = disk.Falla().isEmpty()
+                                  ? QStringLiteral("El texto de la declaración quedó incompleto.")
+                                  : disk.Falla();
         MsgBox(QStringLiteral("No se pudo crear el archivo ") + QDir::toNativeSeparators(name) +
-                   QStringLiteral(".\nVerifique que el compresor 7za esté instalado y que haya "
-                                  "espacio libre en el destino."),
+                   QStringLiteral(".\n") + falla,
                Msg::Critical, kTitle);
         return false;
     }
+    if (!m_archivos.contains(name)) // the same name again replaced the earlier file
+        m_archivos << name;
     return true;
 }
 
@@ -158,8 +181,18 @@ bool GenerarDisco::GenerarFormulario(const QString& parameters)
         return false;
     const int copies = qMax(0, CantidadImpresiones());
     for (int i = 0; i < copies; ++i) {
-        if (!ReportDriver::Imprimir(parameters))
-            break; // no printer: said once, the file stays
+        QString why;
+        if (!ReportDriver::Imprimir(parameters, false, &why)) {
+            // Said once; the file stays, and the final message tells.
+            m_sinImprimir << ReadParameter(parameters, QStringLiteral("Formulario")) +
+                                 QStringLiteral(": %1 de %2 %3, porque ")
+                                     .arg(copies - i)
+                                     .arg(copies)
+                                     .arg(copies == 1 ? QStringLiteral("copia")
+                                                      : QStringLiteral("copias")) +
+                                 why + u'.';
+            break;
+        }
     }
     return true;
 }

@@ -35,4 +35,12 @@ private:
     void Aceptar();
     // The copies asked for; -1 when the text is not a whole number.
     int CantidadImpresiones();
+    // "La generación se realizó correctamente." with the files written, their
+    // folder, and the copies that were not printed and why.
+    QString MensajeFinal() const;
+
+    // What the run made: the files written, and per form the copies that
+    // did not reach the printer.
+    QStringList m_archivos;
+    QStringList m_sinImprimir;
 };

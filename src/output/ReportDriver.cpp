@@ -157,6 +157,21 @@ QString PlainNumber(double value)
     return QString::number(value, 'g', 15).replace(u'.', GetDecimalSymbol());
 }
 
+// The declaration's identity that the verification code of each page
+// carries, beside the parameter fields.
+void SetIdentity(ReportJob& job, const Declaration& d, const QString& periodo, const QString& total)
+{
+    job.record.insert(QStringLiteral("FORMULARIO"), d.form);
+    job.record.insert(QStringLiteral("CUIT"), d.cuit);
+    job.record.insert(QStringLiteral("PADRON"), d.padron);
+    job.record.insert(QStringLiteral("OBJETO"), d.objeto);
+    job.record.insert(QStringLiteral("PERIODO"), periodo);
+    job.record.insert(QStringLiteral("RECTIFICACION"),
+                      d.ctrl.isEmpty() ? QStringLiteral("0") : d.ctrl);
+    job.record.insert(QStringLiteral("GUIDV"), job.parameter(QStringLiteral("GUIDV")));
+    job.record.insert(QStringLiteral("TOTAL"), FormatAmount(total));
+}
+
 QList<ReportJob> PrepareF976(const Declaration& d)
 {
     const Lines lines = ReadLines(d);
@@ -207,6 +222,9 @@ QList<ReportJob> PrepareF976(const Declaration& d)
     job.addParameter(QStringLiteral("PADRONPRINCIPAL"), d.principal);
     job.addParameter(QStringLiteral("GUIDV"),
                      rs && !rs->EOF_() ? rs->Text(QStringLiteral("Guidv")) : QString());
+    job.record.insert(QStringLiteral("SUBTOTALDETERMINADO"), col("SubtotalDeterminado"));
+    job.record.insert(QStringLiteral("FECHARECTIFICATIVA"), d.fechaText);
+    SetIdentity(job, d, job.parameter(QStringLiteral("PERIODO")), col("TotalAPagar"));
     return {job};
 }
 
@@ -253,6 +271,7 @@ QList<ReportJob> PrepareF2001(const Declaration& d)
     job.addParameter(QStringLiteral("CARACTER"), d.caracter);
     job.addParameter(QStringLiteral("PADRONPRINCIPAL"), d.principal);
     job.addParameter(QStringLiteral("GUIDV"), GetDeclarationGuidv(d.parametros));
+    SetIdentity(job, d, d.periodo, col("TotalAPagar"));
     return {job};
 }
 
@@ -319,6 +338,17 @@ QList<ReportJob> PrepareAnnex(const Declaration& d)
     for (; totals && !totals->EOF_() && total.isEmpty(); totals->MoveNext())
         total = totals->Text(0);
 
+    // The header comes from the declaration and its premises, lines or none.
+    RecordsetPtr row =
+        gAccess().FillRecordSet(QStringLiteral("SELECT * FROM ") + d.form + DeclarationFilter(d));
+    const bool found = row && !row->EOF_();
+    const QString periodo = found ? row->Text(QStringLiteral("Periodo")) : d.periodo;
+    const QString domicilio = found ? row->Text(QStringLiteral("Domicilio")) : QString();
+    base.record.insert(QStringLiteral("PERIODO"), periodo);
+    base.record.insert(QStringLiteral("DOMICILIO"), domicilio.isEmpty() ? d.domicilio : domicilio);
+    base.record.insert(QStringLiteral("RAZONSOCIAL"), d.razonSocial);
+    base.record.insert(QStringLiteral("CP"), d.cp);
+
     QList<ReportJob> jobs;
     for (const QString& copy : kCopies) {
         ReportJob job = base;
@@ -331,6 +361,7 @@ QList<ReportJob> PrepareAnnex(const Declaration& d)
         job.addParameter(QStringLiteral("SUSCRIPTOR"), d.suscriptor);
         job.addParameter(QStringLiteral("CARACTER"), d.caracter);
         job.addParameter(QStringLiteral("GUIDV"), GetDeclarationGuidv(d.parametros));
+        SetIdentity(job, d, periodo, total);
         jobs << job;
     }
     return jobs;
@@ -386,6 +417,7 @@ QList<ReportJob> PrepareAgentReturn(const Declaration& d)
         job.addParameter(QStringLiteral("IMPORTELETRAS"), MontoEnLetras(TextToDouble(depositar)));
         job.addParameter(QStringLiteral("OBJETO"), d.objeto);
         job.addParameter(QStringLiteral("GUIDV"), GetDeclarationGuidv(d.parametros));
+        SetIdentity(job, d, periodo, depositar);
         jobs << job;
     }
     return jobs;
@@ -425,14 +457,23 @@ int ReportDriver::CompletarDetalleReporte(const QString& form)
     return count;
 }
 
-bool ReportDriver::Imprimir(const QString& parametros, bool preview)
+bool ReportDriver::Imprimir(const QString& parametros, bool preview, QString* why)
 {
+    QString reason;
     const QList<ReportJob> jobs = Prepare(parametros);
-    if (jobs.isEmpty())
-        return false;
-    if (preview) {
+    if (jobs.isEmpty()) {
+        reason = QStringLiteral("el formulario no tiene actividades que imprimir");
+    } else if (preview) {
         reportPrinter().preview(jobs);
         return true;
+    } else if (reportPrinter().print(jobs)) {
+        return true;
+    } else {
+        reason = reportPrinter().hasPrinter()
+                     ? QStringLiteral("la impresión fue cancelada o no pudo completarse")
+                     : QStringLiteral("no hay una impresora instalada");
     }
-    return reportPrinter().print(jobs);
+    if (why)
+        *why = reason;
+    return false;
 }

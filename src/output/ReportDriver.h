@@ -23,8 +23,9 @@ public:
     static int CompletarDetalleReporte(const QString& form);
 
     // Prepares and prints one copy of the declaration; with `preview` shows
-    // it on the screen instead. False when nothing could be printed.
-    static bool Imprimir(const QString& parametros, bool preview = false);
+    // it on the screen instead. False when nothing could be printed, and
+    // then `why` says why, in the person's words.
+    static bool Imprimir(const QString& parametros, bool preview = false, QString* why = nullptr);
 
     static constexpr int kLinesPerPage = 25;
     static constexpr int kActivityLines = 6;

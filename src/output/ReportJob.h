@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 #include <QVector>
@@ -14,6 +15,10 @@ struct ReportJob {
     QVector<QStringList> rows;
     // The lines of the declaration among `rows`; the rest are blank fillers.
     int realLines = 0;
+    // What the layout reads from the declaration's own row and its premises
+    // beside the parameter fields: the annexes' header, which must not hang on
+    // the lines, and the identity that the verification code carries.
+    QHash<QString, QString> record;
 
     // "NAME;value;TRUE" appended to the slots.
     void addParameter(const QString& name, const QString& value);
@@ -21,6 +26,8 @@ struct ReportJob {
     QString parameter(const QString& name) const;
     // The text of a staging column in row `row`, "" when absent.
     QString cell(int row, const QString& column) const;
+    // The declaration's own value `name` ("PERIODO"), "" when absent.
+    QString field(const QString& name) const { return record.value(name); }
 };
 
 // The parameter field's text: the name without its ";", the value, ";TRUE".

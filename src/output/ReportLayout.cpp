@@ -3,6 +3,8 @@
 #include <QHash>
 #include <QRegularExpression>
 
+#include "MontoEnLetras.h"
+#include "Numbers.h"
 #include "Util.h"
 
 namespace {
@@ -32,10 +34,10 @@ ReportLayout MonthlyReturn(const QString& name, const QString& title, const QStr
                         {{QStringLiteral("Apellido y nombre o razón social"),
                           QStringLiteral("{RAZONSOCIAL}"), 190}},
                         {{QStringLiteral("Domicilio"), QStringLiteral("{DOMICILIO}"), 190}}};
-    l.columns = {{QStringLiteral("Código"), QStringLiteral("{CODIGO%n}"), 22, false},
-                 {QStringLiteral("Actividad"), activity, 80, false},
-                 {QStringLiteral("Base imponible"), QStringLiteral("{BASEIMPONIBLE%n}"), 34, true},
-                 {QStringLiteral("Alícuota"), QStringLiteral("{ALICUOTA%n}"), 20, true},
+    l.columns = {{QStringLiteral("Código"), QStringLiteral("{CODIGO%n}"), 18, false},
+                 {QStringLiteral("Actividad"), activity, 84, false},
+                 {QStringLiteral("Base imponible"), QStringLiteral("{BASEIMPONIBLE%n}"), 38, true},
+                 {QStringLiteral("Alícuota"), QStringLiteral("{ALICUOTA%n}"), 16, true},
                  {QStringLiteral("Impuesto"), tax, 34, true}};
     l.suscriptor = QStringLiteral("{SUSCRIPTOR}");
     l.caracter = QStringLiteral("{CARACTER}");
@@ -44,29 +46,63 @@ ReportLayout MonthlyReturn(const QString& name, const QString& title, const QStr
     return l;
 }
 
+// The formulas of F976: its return in two columns, credits (I) and levy
+// (II). The determined subtotal of the credits is the stored one, the
+// levy's is the rate or minimum; the balance between them (the parameter
+// SUBTOTALDETERMINADO, a plain figure) falls on the side of the greater.
+QString F976Formula(const QString& name, const ReportJob& job)
+{
+    const double credits = TextToDouble(job.field(QStringLiteral("SUBTOTALDETERMINADO")));
+    const double levy = TextToDouble(job.parameter(QStringLiteral("TASA")));
+    const QString balance =
+        LocaleFixed(TextToDouble(job.parameter(QStringLiteral("SUBTOTALDETERMINADO"))), 2, true);
+    const QString zero = LocaleFixed(0, 2, true);
+    if (name == QLatin1String("SUBTOTALI"))
+        return LocaleFixed(credits, 2, true);
+    if (name == QLatin1String("SALDOI"))
+        return levy < credits ? balance : zero;
+    if (name == QLatin1String("SALDOII"))
+        return levy < credits ? zero : balance;
+    if (name == QLatin1String("PERIODOSALDO")) {
+        // The period of the return that left the balance, when one was typed.
+        static const QRegularExpression period(QStringLiteral("^\\d\\d-\\d{4}$"));
+        const QString text = job.parameter(QStringLiteral("SALDOAFAVORF"));
+        return period.match(text).hasMatch() ? QStringLiteral(" (período ") + text + u')'
+                                             : QString();
+    }
+    return {};
+}
+
 ReportLayout F976Layout()
 {
     ReportLayout l = MonthlyReturn(
         QStringLiteral("F976"), QStringLiteral("DECLARACIÓN JURADA MENSUAL - RÉGIMEN GENERAL"),
         QStringLiteral("{ACTIVIDADES%n}"), QStringLiteral("{TASA%n}"), QStringLiteral("{PERIODO}"));
     l.fecha = QStringLiteral("{FECHA}");
-    l.totalCaption = QStringLiteral("Totales");
-    l.totalValue = QStringLiteral("{BASEIMPONIBLE}");
-    l.totalTax = QStringLiteral("{IMPUESTO}");
+    l.fechaRectificativa = QStringLiteral("{$FECHARECTIFICATIVA}");
+    l.totalCaption = QStringLiteral("TOTAL TASA DETERMINADA");
+    l.totalValue = QStringLiteral("{BASEIMPONIBLE|amount}");
+    l.totalTax = QStringLiteral("{IMPUESTO|amount}");
+    l.formula = F976Formula;
     l.totals = {
-        {QStringLiteral("Impuesto determinado"), QStringLiteral("{IMPUESTO}"), false},
-        {QStringLiteral("Tasa mínima"), QStringLiteral("{TASA}"), false},
-        {QStringLiteral("Subtotal determinado"), QStringLiteral("{SUBTOTALDETERMINADO}"), true},
-        {QStringLiteral("Menos: saldo a favor del período anterior"),
-         QStringLiteral("{SALDOAFAVOR}"), false},
-        {QStringLiteral("Menos: retenciones sufridas"), QStringLiteral("{RETENCIONES}"), false},
-        {QStringLiteral("Menos: percepciones sufridas"), QStringLiteral("{PERCEPCIONES}"), false},
-        {QStringLiteral("Menos: pagos a cuenta"), QStringLiteral("{PAGOACUENTA}"), false},
-        {QStringLiteral("Más: accesorios"), QStringLiteral("{ACCESORIOS}"), false},
-        {QStringLiteral("Más: multas"), QStringLiteral("{MULTAS}"), false},
-        {QStringLiteral("Saldo a favor del contribuyente"), QStringLiteral("{SALDOAFAVORF}"),
-         false},
-        {QStringLiteral("TOTAL A PAGAR"), QStringLiteral("{TOTALAPAGAR}"), true}};
+        {QStringLiteral("Tasa o Mínimo (el mayor)"), QStringLiteral("{TASA|amount}"), false},
+        {QStringLiteral("Retenciones"), {}, false, QStringLiteral("{RETENCIONES|amount}")},
+        {QStringLiteral("Percepciones"), {}, false, QStringLiteral("{PERCEPCIONES|amount}")},
+        {QStringLiteral("Saldo a Favor - DDJJ{=PERIODOSALDO}"),
+         {},
+         false,
+         QStringLiteral("{SALDOAFAVOR|amount}")},
+        {QStringLiteral("Subtotal Determinado"), QStringLiteral("{TASA|amount}"), true,
+         QStringLiteral("{=SUBTOTALI}")},
+        {QStringLiteral("Saldo a Favor del Contrib./QRTM"), QStringLiteral("{=SALDOII}"), false,
+         QStringLiteral("{=SALDOI}")},
+        {QStringLiteral("Accesorios"), QStringLiteral("{ACCESORIOS|amount}"), false},
+        {QStringLiteral("Multas"), QStringLiteral("{MULTAS|amount}"), false},
+        {QStringLiteral("Pago a Cuenta"), {}, false, QStringLiteral("{PAGOACUENTA|amount}")},
+        {QStringLiteral("TOTAL A PAGAR"), QStringLiteral("{TOTALAPAGAR|amount}"), true}};
+    l.totalsNote = QStringLiteral(
+        "Total a pagar = saldo de la columna II + accesorios + multas - saldo de la columna I "
+        "- pago a cuenta; cuando el resultado es negativo, el total a pagar es cero.");
     l.words = QStringLiteral("{TOTALAPAGARLETRA}");
     return l;
 }
@@ -81,22 +117,33 @@ ReportLayout F2001Layout()
     l.fechaRectificativa = QStringLiteral("{DIA}-{MES}-{ANIO}");
     l.identification[2] = {{QStringLiteral("Domicilio"), QStringLiteral("{DOMICILIO}"), 160},
                            {QStringLiteral("Código postal"), QStringLiteral("{CODIGOPOSTAL}"), 30}};
-    l.totalCaption = QStringLiteral("Totales");
-    l.totalValue = QStringLiteral("{TOTALIMPONIBLE}");
-    l.totalTax = QStringLiteral("{TOTALIMPUESTO}");
+    l.totalCaption = QStringLiteral("TOTAL TASA DETERMINADA");
+    l.totalValue = QStringLiteral("{TOTALIMPONIBLE|amount}");
+    l.totalTax = QStringLiteral("{TOTALIMPUESTO|amount}");
     l.totals = {
-        {QStringLiteral("Total impuesto"), QStringLiteral("{TOTALIMPUESTO}"), false},
-        {QStringLiteral("Total tasa determinada"), QStringLiteral("{TOTALTASADETERMINADA}"), true},
-        {QStringLiteral("Menos: desgravaciones"), QStringLiteral("{DESGRABACIONES}"), false},
-        {QStringLiteral("Menos: saldo a favor"), QStringLiteral("{SALDOAFAVOR}"), false},
-        {QStringLiteral("Menos: retenciones sufridas"), QStringLiteral("{RETENCIONES}"), false},
-        {QStringLiteral("Menos: percepciones sufridas"), QStringLiteral("{PERCEPCIONES}"), false},
-        {QStringLiteral("Subtotal columna I"), QStringLiteral("{SUBTOTALCOLI}"), false},
-        {QStringLiteral("Subtotal columna II"), QStringLiteral("{SUBTOTALCOLII}"), false},
-        {QStringLiteral("Diferencia columna I"), QStringLiteral("{DIFERENCIACOLI}"), false},
-        {QStringLiteral("Diferencia columna II"), QStringLiteral("{DIFERENCIACOLII}"), false},
-        {QStringLiteral("Menos: pagos a cuenta"), QStringLiteral("{PAGOACUENTA}"), false},
-        {QStringLiteral("TOTAL A PAGAR"), QStringLiteral("{TOTALAPAGAR}"), true}};
+        {QStringLiteral("Tasa o Mínimo (el mayor)"),
+         QStringLiteral("{TOTALTASADETERMINADA|amount}"), false},
+        {QStringLiteral("Saldo a Favor DDJJ"), {}, false, QStringLiteral("{SALDOAFAVOR|amount}")},
+        {QStringLiteral("Retenciones"), {}, false, QStringLiteral("{RETENCIONES|amount}")},
+        {QStringLiteral("Percepciones"), {}, false, QStringLiteral("{PERCEPCIONES|amount}")},
+        {QStringLiteral("Desgravaciones"), {}, false, QStringLiteral("{DESGRABACIONES|amount}")},
+        {QStringLiteral("Subtotal Col. I y II"), QStringLiteral("{SUBTOTALCOLII|amount}"), true,
+         QStringLiteral("{SUBTOTALCOLI|amount}")},
+        {QStringLiteral("DIFERENCIAS COL. I Y COL. II"), QStringLiteral("{DIFERENCIACOLII|amount}"),
+         false, QStringLiteral("{DIFERENCIACOLI|amount}")},
+        {QStringLiteral("Pago a Cuenta"), {}, false, QStringLiteral("{PAGOACUENTA|amount}")},
+        {QStringLiteral("TOTAL A PAGAR"), QStringLiteral("{TOTALAPAGAR|amount}"), true}};
+    l.totalsNote = QStringLiteral(
+        "Total a pagar = diferencia de la columna II - pago a cuenta; cuando el resultado es "
+        "negativo, el total a pagar es cero. La diferencia de la columna I queda a favor del "
+        "contribuyente.");
+    // F2001 is not handed the total in words; its layout spells it out.
+    l.formula = [](const QString& name, const ReportJob& job) {
+        return name == QLatin1String("LETRAS")
+                   ? MontoEnLetras(TextToDouble(job.parameter(QStringLiteral("TOTALAPAGAR"))))
+                   : QString();
+    };
+    l.words = QStringLiteral("{=LETRAS}");
     return l;
 }
 
@@ -112,11 +159,11 @@ ReportLayout Annex(const QString& name, const QString& title, const QString& cou
     l.subtitle = kTissh;
     l.kind = LayoutKind::Annex;
     l.fechaRectificativa = QStringLiteral("{FECHARECTIFICATIVA}");
-    l.identification = {PremisesRow(QStringLiteral("{PADRON1}"), QStringLiteral("{#PERIODO}")),
+    l.identification = {PremisesRow(QStringLiteral("{PADRON1}"), QStringLiteral("{$PERIODO}")),
                         {{QStringLiteral("Apellido y nombre o razón social"),
-                          QStringLiteral("{#RAZON_SOCIAL}"), 160},
-                         {QStringLiteral("Código postal"), QStringLiteral("{#CP}"), 30}},
-                        {{QStringLiteral("Domicilio"), QStringLiteral("{#DOMICILIO}"), 190}}};
+                          QStringLiteral("{$RAZONSOCIAL}"), 160},
+                         {QStringLiteral("Código postal"), QStringLiteral("{$CP}"), 30}},
+                        {{QStringLiteral("Domicilio"), QStringLiteral("{$DOMICILIO}"), 190}}};
     l.columns = {{QStringLiteral("Fecha"), QStringLiteral("{#FECHA}"), 20, false}};
     if (withType)
         l.columns << LayoutColumn{QStringLiteral("Tipo comprobante"),
@@ -126,10 +173,10 @@ ReportLayout Annex(const QString& name, const QString& title, const QString& cou
               << LayoutColumn{counterpart, QStringLiteral("{#DENOMINACION}"),
                               withType ? 52.0 : 82.0, false}
               << LayoutColumn{QStringLiteral("C.U.I.T."), QStringLiteral("{#CUIT|cuit}"), 30, false}
-              << LayoutColumn{QStringLiteral("Importe"), QStringLiteral("{#IMPORTEPERCIBIDO}"), 30,
-                              true};
+              << LayoutColumn{QStringLiteral("Importe"),
+                              QStringLiteral("{#IMPORTEPERCIBIDO|amount}"), 30, true};
     l.totalCaption = QStringLiteral("TOTAL");
-    l.totalValue = QStringLiteral("{TOTALPERCEPCIONES}");
+    l.totalValue = QStringLiteral("{TOTALPERCEPCIONES|amount}");
     l.suscriptor = QStringLiteral("{SUSCRIPTOR}");
     l.caracter = QStringLiteral("{CARACTER}");
     l.copy = QStringLiteral("{PIEREPORTE}");
@@ -137,7 +184,8 @@ ReportLayout Annex(const QString& name, const QString& title, const QString& cou
     return l;
 }
 
-ReportLayout AgentReturn(const QString& name, const QString& title, const QString& annex)
+ReportLayout AgentReturn(const QString& name, const QString& title, const QString& annex,
+                         const QString& verb)
 {
     ReportLayout l;
     l.name = name;
@@ -152,13 +200,16 @@ ReportLayout AgentReturn(const QString& name, const QString& title, const QStrin
                         {{QStringLiteral("Apellido y nombre o razón social"),
                           QStringLiteral("{APELLIDONOMBRE}"), 190}},
                         {{QStringLiteral("Domicilio"), QStringLiteral("{DOMICILIO}"), 190}}};
-    l.totals = {{QStringLiteral("Importe según anexo ") + annex,
-                 QStringLiteral("{IMPORTERETENIDO}"), false},
-                {QStringLiteral("Más: accesorios"), QStringLiteral("{ACCESORIOS}"), false},
-                {QStringLiteral("Más: multas"), QStringLiteral("{MULTAS}"), false},
-                {QStringLiteral("Más: otros"), QStringLiteral("{OTROS}"), false},
-                {QStringLiteral("IMPORTE A DEPOSITAR"), QStringLiteral("{IMPORTEDEPOSITAR}"), true},
-                {QStringLiteral("Importe pagado"), QStringLiteral("{IMPORTEPAGADO}"), false}};
+    l.totals = {
+        {QStringLiteral("Importe ") + verb + QStringLiteral(" según detalle ") + annex,
+         QStringLiteral("{IMPORTERETENIDO|amount}"), false},
+        {QStringLiteral("Accesorio coeficiente"), QStringLiteral("{ACCESORIOS|amount}"), false},
+        {QStringLiteral("Multas"), QStringLiteral("{MULTAS|amount}"), false},
+        {QStringLiteral("Otros"), QStringLiteral("{OTROS|amount}"), false},
+        {QStringLiteral("Importe a Depositar"), QStringLiteral("{IMPORTEDEPOSITAR|amount}"), true}};
+    l.totalsNote = QStringLiteral("Importe a depositar = importe ") + verb +
+                   QStringLiteral(" + accesorio coeficiente + multas + otros. Importe pagado: "
+                                  "{IMPORTEPAGADO|amount}");
     l.words = QStringLiteral("{IMPORTELETRAS}");
     l.copy = QStringLiteral("{COMPROBANTE}");
     l.guidv = QStringLiteral("{GUIDV}");
@@ -180,10 +231,10 @@ QHash<QString, ReportLayout> BuildLayouts()
               QStringLiteral("Sujeto percibido"), true),
         AgentReturn(QStringLiteral("F986"),
                     QStringLiteral("DECLARACIÓN JURADA MENSUAL - AGENTE DE RETENCIÓN"),
-                    QStringLiteral("F985")),
+                    QStringLiteral("F985"), QStringLiteral("retenido")),
         AgentReturn(QStringLiteral("F988"),
                     QStringLiteral("DECLARACIÓN JURADA MENSUAL - AGENTE DE PERCEPCIÓN"),
-                    QStringLiteral("F987"))};
+                    QStringLiteral("F987"), QStringLiteral("percibido"))};
     QHash<QString, ReportLayout> layouts;
     for (const ReportLayout& layout : all)
         layouts.insert(layout.name, layout);
@@ -201,7 +252,8 @@ const ReportLayout* FindReportLayout(const QString& name)
 
 QString ExpandTemplate(const QString& text, const ReportJob& job, int row)
 {
-    static const QRegularExpression field(QStringLiteral("\\{(#?)([A-Z0-9_%n]+)(\\|cuit)?\\}"));
+    static const QRegularExpression field(
+        QStringLiteral("\\{([#$=]?)([A-Z0-9_%n]+)(\\|cuit|\\|amount)?\\}"));
     QString result;
     qsizetype last = 0;
     for (auto it = field.globalMatch(text); it.hasNext();) {
@@ -209,9 +261,22 @@ QString ExpandTemplate(const QString& text, const ReportJob& job, int row)
         result += text.mid(last, match.capturedStart() - last);
         QString name = match.captured(2);
         name.replace(QStringLiteral("%n"), QString::number(row + 1));
-        QString value = match.captured(1).isEmpty() ? job.parameter(name) : job.cell(row, name);
-        if (!match.captured(3).isEmpty() && value.size() == 11)
+        const QString source = match.captured(1);
+        QString value;
+        if (source.isEmpty()) {
+            value = job.parameter(name);
+        } else if (source == QLatin1String("#")) {
+            value = job.cell(row, name);
+        } else if (source == QLatin1String("$")) {
+            value = job.field(name);
+        } else {
+            const ReportLayout* layout = FindReportLayout(job.layout);
+            value = layout && layout->formula ? layout->formula(name, job) : QString();
+        }
+        if (match.captured(3) == QLatin1String("|cuit") && value.size() == 11)
             value = FormatCuit(value);
+        else if (match.captured(3) == QLatin1String("|amount"))
+            value = LocaleFixed(TextToDouble(value), 2, true);
         result += value;
         last = match.capturedEnd();
     }

@@ -8,8 +8,11 @@
 // The drawing of a printed form, as data: which boxes, columns and totals it
 // has and where each takes its value from. Values are templates: "{NAME}" is
 // a parameter field, "{#COLUMN}" a staging column of the line, "%n" the line
-// number inside a parameter's name ("{CODIGO%n}"), and "|cuit" after a name
-// prints eleven digits as a CUIT ("{CUIT|cuit}").
+// number inside a parameter's name ("{CODIGO%n}"), "{$NAME}" a value of the
+// declaration's own record, "{=NAME}" a formula of the layout worked out from
+// the others; "|cuit" after a name prints eleven digits as a CUIT
+// ("{CUIT|cuit}") and "|amount" a figure with its groups of thousands and two
+// decimals, a blank one as zero.
 enum class LayoutKind { Return, Annex, AgentReturn };
 
 struct LayoutBox {
@@ -25,10 +28,13 @@ struct LayoutColumn {
     bool amount;  // right-aligned
 };
 
+// A row of the liquidation: the levy's side (or the only column) and, on the
+// monthly returns, the credits' side.
 struct LayoutTotal {
     QString caption;
     QString value;
     bool strong;
+    QString credit = {};
 };
 
 struct ReportLayout {
@@ -49,6 +55,11 @@ struct ReportLayout {
     QString totalValue;
     QString totalTax; // the monthly returns' total of the tax column
     QList<LayoutTotal> totals;
+    // How the liquidation's total follows from its rows, under them.
+    QString totalsNote;
+    // The values a layout works out from the parameters, as a printed form's
+    // formulas do; null when it has none.
+    QString (*formula)(const QString& name, const ReportJob& job) = nullptr;
     QString words;
     QString suscriptor;
     QString caracter;

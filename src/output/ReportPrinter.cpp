@@ -1,6 +1,8 @@
 #include "ReportPrinter.h"
 
 #include <QDir>
+#include <QFileInfo>
+#include <QSettings>
 
 #include "ReportRenderer.h"
 #include "UiPort.h"
@@ -9,6 +11,8 @@
 namespace {
 
 ReportPrinter* gPrinter = nullptr;
+
+const QString kPdfFolderKey = QStringLiteral("Impresion/CarpetaPdf");
 
 } // namespace
 
@@ -23,9 +27,26 @@ bool ReportPrinter::print(const QList<ReportJob>& jobs)
     return printPages(jobs);
 }
 
+QString ReportPrinter::SuggestedPdfPath(const ReportJob& job)
+{
+    QString folder = QSettings(QStringLiteral("Morvel"), QStringLiteral("Morvel"))
+                         .value(kPdfFolderKey)
+                         .toString();
+    if (folder.isEmpty() || !QFileInfo(folder).isDir())
+        folder = QDir::homePath();
+    QString name = job.field(QStringLiteral("CUIT"));
+    name.remove(u'-');
+    name += u'_' + job.layout + u'_' + job.field(QStringLiteral("PERIODO"));
+    const QString rect = job.field(QStringLiteral("RECTIFICACION"));
+    if (!rect.isEmpty() && rect != QLatin1String("0"))
+        name += QStringLiteral("_R") + rect;
+    name.replace(u'/', u'-');
+    return folder + u'/' + name + QStringLiteral(".pdf");
+}
+
 bool ReportPrinter::saveAsPdf(const QList<ReportJob>& jobs)
 {
-    const QString suggested = jobs.isEmpty() ? QString() : jobs.first().layout + ".pdf";
+    const QString suggested = jobs.isEmpty() ? QString() : SuggestedPdfPath(jobs.first());
     const QString path = ui().chooseSaveFile(QStringLiteral("Guardar como PDF"),
                                              QStringLiteral("Documento PDF (*.pdf)"), suggested);
     if (path.isEmpty())
@@ -35,6 +56,8 @@ bool ReportPrinter::saveAsPdf(const QList<ReportJob>& jobs)
                QStringLiteral("Atención"));
         return false;
     }
+    QSettings(QStringLiteral("Morvel"), QStringLiteral("Morvel"))
+        .setValue(kPdfFolderKey, QFileInfo(path).absolutePath());
     return true;
 }
 

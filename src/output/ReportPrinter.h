@@ -21,6 +21,11 @@ public:
     virtual void preview(const QList<ReportJob>& jobs) = 0;
     // Asks for a file name ("" cancels) and writes the pages there.
     bool saveAsPdf(const QList<ReportJob>& jobs);
+    // The name proposed for the PDF of a printing, in the folder last used
+    // (the home folder at first): {CUIT}_{form}_{mm-yyyy}.pdf, with _R{n}
+    // for the rectification number n, so that one taxpayer's paper never
+    // overwrites another's.
+    static QString SuggestedPdfPath(const ReportJob& job);
 
 protected:
     virtual bool printPages(const QList<ReportJob>& jobs) = 0;

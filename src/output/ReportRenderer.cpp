@@ -1,14 +1,18 @@
 #include "ReportRenderer.h"
 
+#include <QBuffer>
 #include <QFont>
+#include <QFontMetricsF>
 #include <QPageLayout>
 #include <QPagedPaintDevice>
 #include <QPainter>
 #include <QPdfWriter>
 
+#include "ErrorLog.h"
 #include "Numbers.h"
 #include "ReportDriver.h"
 #include "ReportLayout.h"
+#include "ReportQrCode.h"
 #include "Util.h"
 
 namespace {
@@ -17,13 +21,45 @@ constexpr double kLeft = 10.0;
 constexpr double kWidth = 190.0;
 constexpr double kBoxHeight = 10.0;
 constexpr double kLineHeight = 6.0;
-constexpr double kAnnexLineHeight = 5.2;
+constexpr double kAnnexLineHeight = 5.4;
+// The smallest a text may shrink to fit its box, as a share of its size.
+constexpr double kMinScale = 0.6;
+constexpr double kOneLineScale = 0.8;
+constexpr double kScaleStep = 0.05;
+// Letters are drawn in tenths of a millimetre: fonts come in whole dots of
+// their device, and at whole millimetres every size would round to 2 or 3.
+constexpr double kTextUnit = 10.0;
 
-// The drawing primitives of the forms, in millimetres of the sheet.
+// Lines of at most `width`, broken at blanks; empty when a word alone is
+// wider.
+QStringList WrapWords(const QString& text, const QFontMetricsF& metrics, double width)
+{
+    QStringList lines;
+    QString current;
+    for (const QString& word : text.split(u' ', Qt::SkipEmptyParts)) {
+        if (metrics.horizontalAdvance(word) > width)
+            return {};
+        const QString longer = current.isEmpty() ? word : current + u' ' + word;
+        if (current.isEmpty() || metrics.horizontalAdvance(longer) <= width) {
+            current = longer;
+        } else {
+            lines << current;
+            current = word;
+        }
+    }
+    if (!current.isEmpty())
+        lines << current;
+    return lines;
+}
+
+// The drawing primitives of the forms, in millimetres of the sheet. Nothing
+// is ever cut: a text too long for its box wraps onto the lines it is
+// allowed and shrinks; what still does not fit is noted as unfit (and drawn
+// whole all the same).
 class Sheet
 {
 public:
-    explicit Sheet(QPainter& painter) : m_p(painter)
+    Sheet(QPainter& painter, QStringList* unfit) : m_p(painter), m_unfit(unfit)
     {
         m_p.setPen(QPen(Qt::black, 0.25));
         m_p.setBrush(Qt::NoBrush);
@@ -43,30 +79,37 @@ public:
     {
         m_p.fillRect(QRectF(x, y, w, h), QColor(225, 225, 225));
     }
-    // Text inside a rectangle, with a padding of 1.2 mm at the sides.
-    void text(double x, double y, double w, double h, const QString& text, int align,
-              double size = 3.0, bool bold = false)
+    void dark(double x, double y, double w, double h)
     {
-        // `size` is the height of the letters in millimetres of the sheet;
-        // the device turns points into its own dots, which the painter's
-        // scale then maps onto millimetres.
-        QFont font(QStringLiteral("DejaVu Sans"));
-        font.setPointSizeF(size * 72.0 / m_p.device()->logicalDpiY());
-        font.setBold(bold);
-        m_p.setFont(font);
-        m_p.setPen(Qt::black);
-        const QRectF area(x + 1.2, y, w - 2.4, h);
-        const QString shown =
-            QFontMetricsF(font, m_p.device()).elidedText(text, Qt::ElideRight, area.width());
-        m_p.drawText(area, align | Qt::AlignVCenter | Qt::TextSingleLine, shown);
+        m_p.fillRect(QRectF(x, y, w, h), Qt::black);
     }
-    // A ruled box with its caption small in the upper left corner.
+
+    // Text inside a rectangle, with a padding of 1.2 mm at the sides, on up
+    // to `lines` lines.
+    void text(double x, double y, double w, double h, const QString& text, int align,
+              double size = 3.0, bool bold = false, int lines = 1)
+    {
+        if (text.isEmpty())
+            return;
+        const QRectF area(x + 1.2, y, w - 2.4, h);
+        // One line a little smaller reads better than two; then two or more
+        // lines; then one line as small as it may get.
+        if (fit(area, text, align, size, bold, 1, kOneLineScale) ||
+            (lines > 1 && fit(area, text, align, size, bold, lines, kMinScale)) ||
+            fit(area, text, align, size, bold, 1, kMinScale))
+            return;
+        if (m_unfit)
+            *m_unfit << text;
+        draw(area, {text}, makeFont(size * kMinScale, bold), align);
+    }
+    // A ruled box with its caption small in the upper left corner; the value
+    // may take two lines.
     void box(double x, double y, double w, double h, const QString& caption, const QString& value,
              int align = Qt::AlignLeft)
     {
         frame(x, y, w, h);
         text(x, y + 0.3, w, 3.2, caption, Qt::AlignLeft, 1.9);
-        text(x, y + 3.4, w, h - 3.6, value, align, 3.0, true);
+        text(x, y + 3.4, w, h - 3.6, value, align, 3.0, true, 2);
     }
     // A small square with an "X" when marked, and its label after it.
     void check(double x, double y, const QString& label, bool marked)
@@ -78,7 +121,65 @@ public:
     }
 
 private:
+    // Draws the text on at most `lines` lines at the largest size down to
+    // `least` of `size` at which it fits; false when it does not.
+    bool fit(const QRectF& area, const QString& text, int align, double size, bool bold, int lines,
+             double least)
+    {
+        const double width = area.width() * kTextUnit;
+        for (double scale = 1.0; scale >= least - 1e-9; scale -= kScaleStep) {
+            const QFont font = makeFont(size * scale, bold);
+            const QFontMetricsF metrics(font, m_p.device());
+            if (metrics.horizontalAdvance(text) <= width) {
+                draw(area, {text}, font, align);
+                return true;
+            }
+            if (lines < 2)
+                continue;
+            const QStringList wrapped = WrapWords(text, metrics, width);
+            if (!wrapped.isEmpty() && wrapped.size() <= lines &&
+                wrapped.size() * metrics.height() <= (area.height() + 0.2) * kTextUnit) {
+                draw(area, wrapped, font, align);
+                return true;
+            }
+        }
+        return false;
+    }
+    QFont makeFont(double size, bool bold) const
+    {
+        // `size` is the height of the letters in millimetres of the sheet;
+        // the device turns points into its own dots, which the painter's
+        // scale then maps onto millimetres.
+        QFont font(QStringLiteral("DejaVu Sans"));
+        font.setPointSizeF(size * kTextUnit * 72.0 / m_p.device()->logicalDpiY());
+        font.setBold(bold);
+        // No shaping, hence no ligatures: every word of a PDF can be found
+        // and copied as written, its "fi" two letters and not one glyph.
+        font.setStyleStrategy(QFont::PreferNoShaping);
+        return font;
+    }
+    void draw(const QRectF& area, const QStringList& lines, const QFont& font, int align)
+    {
+        m_p.save();
+        m_p.scale(1 / kTextUnit, 1 / kTextUnit);
+        m_p.setFont(font);
+        m_p.setPen(Qt::black);
+        const QFontMetricsF metrics(font, m_p.device());
+        const double height = metrics.height();
+        const QRectF box(area.topLeft() * kTextUnit, area.size() * kTextUnit);
+        double y = box.top() + (box.height() - height * lines.size()) / 2;
+        for (const QString& line : lines) {
+            m_p.drawText(QRectF(box.left(), y, box.width(), height),
+                         (align & Qt::AlignHorizontal_Mask) | Qt::AlignVCenter |
+                             Qt::TextSingleLine | Qt::TextDontClip,
+                         line);
+            y += height;
+        }
+        m_p.restore();
+    }
+
     QPainter& m_p;
+    QStringList* m_unfit;
 };
 
 double Header(Sheet& s, const ReportLayout& l, const ReportJob& job)
@@ -90,7 +191,7 @@ double Header(Sheet& s, const ReportLayout& l, const ReportJob& job)
     s.text(kLeft, y + 3, 48, 7, QStringLiteral("MUNICIPALIDAD"), Qt::AlignHCenter, 3.6, true);
     s.text(kLeft, y + 10, 48, 5, QStringLiteral("Dirección de Rentas"), Qt::AlignHCenter, 2.4);
     s.text(kLeft, y + 16, 48, 5, QStringLiteral("T.I.S.S.H."), Qt::AlignHCenter, 2.6, true);
-    s.text(kLeft + 48, y + 4, 104, 8, l.title, Qt::AlignHCenter, 3.4, true);
+    s.text(kLeft + 48, y + 2, 104, 10, l.title, Qt::AlignHCenter, 3.4, true, 2);
     s.text(kLeft + 48, y + 13, 104, 6, l.subtitle, Qt::AlignHCenter, 2.3);
     s.text(kLeft + 48, y + 19, 104, 5, QStringLiteral("Declaración jurada"), Qt::AlignHCenter, 2.3);
     s.text(kLeft + 152, y + 3, 38, 5, QStringLiteral("FORMULARIO"), Qt::AlignHCenter, 2.4);
@@ -133,6 +234,8 @@ double Identification(Sheet& s, const ReportLayout& l, const ReportJob& job, dou
     return y + 2;
 }
 
+// A row of the lines' table: amounts on one line (they shrink), names and
+// voucher types on up to two.
 void Row(Sheet& s, const ReportLayout& l, double y, double h, const QStringList& values,
          bool header)
 {
@@ -143,7 +246,8 @@ void Row(Sheet& s, const ReportLayout& l, double y, double h, const QStringList&
         const LayoutColumn& col = l.columns.at(c);
         s.frame(x, y, col.width, h, header ? 0.35 : 0.2);
         const int align = header ? Qt::AlignHCenter : col.amount ? Qt::AlignRight : Qt::AlignLeft;
-        s.text(x, y, col.width, h, values.value(c), align, header ? 2.3 : 2.5, header);
+        s.text(x, y, col.width, h, values.value(c), align, header ? 2.3 : 2.5, header,
+               col.amount ? 1 : 2);
         x += col.width;
     }
 }
@@ -182,55 +286,83 @@ double ActivityLines(Sheet& s, const ReportLayout& l, const ReportJob& job, doub
         Row(s, l, y, kLineHeight + 1, values, false);
         y += kLineHeight + 1;
     }
-    if (!l.totalCaption.isEmpty()) {
-        // The total of the bases sits under the base column.
-        double x = kLeft;
-        for (int c = 0; c < 2; ++c)
-            x += l.columns.at(c).width;
-        s.fill(kLeft, y, kWidth, kLineHeight);
-        s.frame(kLeft, y, x - kLeft, kLineHeight, 0.35);
-        s.text(kLeft, y, x - kLeft, kLineHeight, l.totalCaption, Qt::AlignRight, 2.7, true);
-        s.frame(x, y, l.columns.at(2).width, kLineHeight, 0.35);
-        s.text(x, y, l.columns.at(2).width, kLineHeight, ExpandTemplate(l.totalValue, job),
-               Qt::AlignRight, 2.7, true);
-        const double taxX = kLeft + kWidth - l.columns.last().width;
-        s.frame(x + l.columns.at(2).width, y, taxX - x - l.columns.at(2).width, kLineHeight, 0.35);
-        s.frame(taxX, y, l.columns.last().width, kLineHeight, 0.35);
-        s.text(taxX, y, l.columns.last().width, kLineHeight, ExpandTemplate(l.totalTax, job),
-               Qt::AlignRight, 2.7, true);
-    }
+    // The totals of the bases and of the levy, under their columns.
+    double x = kLeft;
+    for (int c = 0; c < 2; ++c)
+        x += l.columns.at(c).width;
+    const double baseWidth = l.columns.at(2).width;
+    const double taxWidth = l.columns.last().width;
+    const double taxX = kLeft + kWidth - taxWidth;
+    s.fill(kLeft, y, kWidth, kLineHeight);
+    s.frame(kLeft, y, x - kLeft, kLineHeight, 0.35);
+    s.text(kLeft, y, x - kLeft, kLineHeight, l.totalCaption, Qt::AlignRight, 2.7, true);
+    s.frame(x, y, baseWidth, kLineHeight, 0.35);
+    s.text(x, y, baseWidth, kLineHeight, ExpandTemplate(l.totalValue, job), Qt::AlignRight, 2.7,
+           true);
+    s.frame(x + baseWidth, y, taxX - x - baseWidth, kLineHeight, 0.35);
+    s.frame(taxX, y, taxWidth, kLineHeight, 0.35);
+    s.text(taxX, y, taxWidth, kLineHeight, ExpandTemplate(l.totalTax, job), Qt::AlignRight, 2.7,
+           true);
     return y + kLineHeight + 3;
 }
 
+// The liquidation: each row's caption and its amounts; on the monthly
+// returns the credits in column I and the levy in column II.
 double Totals(Sheet& s, const ReportLayout& l, const ReportJob& job, double y)
 {
     if (l.totals.isEmpty())
         return y;
+    const bool twoColumns = std::any_of(l.totals.cbegin(), l.totals.cend(),
+                                        [](const LayoutTotal& t) { return !t.credit.isEmpty(); });
     const double amountWidth = 40;
-    const double x = kLeft + 70;
-    const double w = kWidth - 70;
-    s.text(kLeft, y, 68, 6, QStringLiteral("LIQUIDACIÓN"), Qt::AlignLeft, 2.6, true);
+    const double valueX = kLeft + kWidth - amountWidth;
+    const double creditX = valueX - amountWidth;
+    const double captionWidth = (twoColumns ? creditX : valueX) - kLeft;
+    s.fill(kLeft, y, kWidth, kLineHeight);
+    s.frame(kLeft, y, captionWidth, kLineHeight, 0.35);
+    s.text(kLeft, y, captionWidth, kLineHeight, QStringLiteral("LIQUIDACIÓN"), Qt::AlignLeft, 2.6,
+           true);
+    if (twoColumns) {
+        s.frame(creditX, y, amountWidth, kLineHeight, 0.35);
+        s.text(creditX, y, amountWidth, kLineHeight, QStringLiteral("Columna I"), Qt::AlignHCenter,
+               2.4, true);
+    }
+    s.frame(valueX, y, amountWidth, kLineHeight, 0.35);
+    s.text(valueX, y, amountWidth, kLineHeight,
+           twoColumns ? QStringLiteral("Columna II") : QStringLiteral("Importe"), Qt::AlignHCenter,
+           2.4, true);
+    y += kLineHeight;
     for (const LayoutTotal& t : l.totals) {
+        const double pen = t.strong ? 0.35 : 0.2;
         if (t.strong)
-            s.fill(x, y, w, kLineHeight);
-        s.frame(x, y, w - amountWidth, kLineHeight, t.strong ? 0.35 : 0.2);
-        s.frame(x + w - amountWidth, y, amountWidth, kLineHeight, t.strong ? 0.35 : 0.2);
-        s.text(x, y, w - amountWidth, kLineHeight, t.caption, Qt::AlignLeft, 2.7, t.strong);
-        s.text(x + w - amountWidth, y, amountWidth, kLineHeight, ExpandTemplate(t.value, job),
-               Qt::AlignRight, 2.8, t.strong);
+            s.fill(kLeft, y, kWidth, kLineHeight);
+        s.frame(kLeft, y, captionWidth, kLineHeight, pen);
+        s.text(kLeft, y, captionWidth, kLineHeight, ExpandTemplate(t.caption, job), Qt::AlignLeft,
+               2.7, t.strong);
+        if (twoColumns) {
+            s.frame(creditX, y, amountWidth, kLineHeight, pen);
+            s.text(creditX, y, amountWidth, kLineHeight, ExpandTemplate(t.credit, job),
+                   Qt::AlignRight, 2.8, t.strong);
+        }
+        s.frame(valueX, y, amountWidth, kLineHeight, pen);
+        s.text(valueX, y, amountWidth, kLineHeight, ExpandTemplate(t.value, job), Qt::AlignRight,
+               2.8, t.strong);
         y += kLineHeight;
     }
-    return y + 3;
+    s.text(kLeft, y + 0.5, kWidth, 6.5, ExpandTemplate(l.totalsNote, job), Qt::AlignLeft, 2.2,
+           false, 2);
+    return y + 9;
 }
 
+// The total in words, on up to three lines.
 double Words(Sheet& s, const ReportLayout& l, const ReportJob& job, double y)
 {
     if (l.words.isEmpty())
         return y;
-    s.frame(kLeft, y, kWidth, 9);
+    s.frame(kLeft, y, kWidth, 14);
     s.text(kLeft, y + 0.3, 40, 3.2, QStringLiteral("Son pesos"), Qt::AlignLeft, 1.9);
-    s.text(kLeft, y + 3, kWidth, 6, ExpandTemplate(l.words, job), Qt::AlignLeft, 2.8, true);
-    return y + 11;
+    s.text(kLeft, y + 3.4, kWidth, 10.4, ExpandTemplate(l.words, job), Qt::AlignLeft, 2.8, true, 3);
+    return y + 16;
 }
 
 // The transport of one annex page: the sum of the amounts of the lines
@@ -277,7 +409,7 @@ double AnnexLines(Sheet& s, const ReportLayout& l, const ReportJob& job, int pag
     }
     if (lastPage) {
         QString total = ExpandTemplate(l.totalValue, job);
-        if (total.isEmpty())
+        if (job.parameter(QStringLiteral("TOTALPERCEPCIONES")).isEmpty())
             total = LocaleFixed(SumOfLines(job, 0, job.rows.size()), 2, true);
         AmountRow(s, l, y, l.totalCaption, total);
     } else {
@@ -287,36 +419,67 @@ double AnnexLines(Sheet& s, const ReportLayout& l, const ReportJob& job, int pag
     return y + kLineHeight + 3;
 }
 
+// The verification code: the declaration's identity as a QR code, dark
+// modules on white, with a quiet margin around it inside `side`.
+void QrCode(Sheet& s, const ReportJob& job, double x, double y, double side)
+{
+    const QVector<QVector<bool>> modules = ReportQrCode::Modules(ReportQrCode::Text(job));
+    if (modules.isEmpty())
+        return;
+    const int quiet = 2;
+    const double module = side / (modules.size() + 2 * quiet);
+    for (int r = 0; r < modules.size(); ++r) {
+        // Runs of dark modules as one rectangle each: no seams between them.
+        for (int c = 0; c < modules.size();) {
+            if (!modules[r][c]) {
+                ++c;
+                continue;
+            }
+            int end = c;
+            while (end < modules.size() && modules[r][end])
+                ++end;
+            s.dark(x + (quiet + c) * module, y + (quiet + r) * module, (end - c) * module, module);
+            c = end;
+        }
+    }
+}
+
 void Signature(Sheet& s, const ReportLayout& l, const ReportJob& job)
 {
     const double y = 246;
     const double h = 34;
-    // Left: the premises that heads the taxpayer, and the tie to the file.
-    // A form that is not given the principal padrón shows no empty box for it.
-    s.frame(kLeft, y, 90, h);
-    double boxY = y;
+    // Left: the tie to the submission file, the code and the Guidv beside it,
+    // and the premises that heads the taxpayer where the form is given it.
+    const double left = 74;
+    s.frame(kLeft, y, left, h);
+    QrCode(s, job, kLeft + 0.5, y + 0.5, 33);
+    const double tx = kLeft + 34;
+    const double tw = left - 34;
+    s.text(tx, y + 1, tw, 6, QStringLiteral("Código de verificación (Guidv)"), Qt::AlignLeft, 1.9,
+           false, 2);
+    s.text(tx, y + 7, tw, 7, ExpandTemplate(l.guidv, job), Qt::AlignLeft, 4.2, true);
     if (!l.principal.isEmpty()) {
-        s.box(kLeft, boxY, 90, kBoxHeight, QStringLiteral("Padrón principal"),
-              ExpandTemplate(l.principal, job));
-        boxY += kBoxHeight;
+        s.text(tx, y + 16, tw, 4, QStringLiteral("Padrón principal"), Qt::AlignLeft, 1.9);
+        s.text(tx, y + 20, tw, 10, ExpandTemplate(l.principal, job), Qt::AlignLeft, 2.6, true, 2);
     }
-    s.box(kLeft, boxY, 90, kBoxHeight, QStringLiteral("Código de verificación (Guidv)"),
-          ExpandTemplate(l.guidv, job));
-    s.text(kLeft, y + 2 * kBoxHeight + 1, 90, 12, QStringLiteral("Sello y fecha de recepción"),
-           Qt::AlignHCenter, 2.2);
+    // Middle: the office's stamp.
+    const double mx = kLeft + left + 2;
+    const double mw = 46;
+    s.frame(mx, y, mw, h);
+    s.text(mx, y + 1, mw, 4, QStringLiteral("Sello y fecha de recepción"), Qt::AlignHCenter, 2.0);
     // Right: who signs, and in which capacity.
-    const double x = kLeft + 92;
-    const double w = kWidth - 92;
+    const double x = mx + mw + 2;
+    const double w = kLeft + kWidth - x;
     s.frame(x, y, w, h);
-    s.line(x + 10, y + 16, x + w - 10, y + 16);
-    s.text(x, y + 16, w, 4, QStringLiteral("Firma"), Qt::AlignHCenter, 2.2);
-    s.text(x, y + 21, w, 5, QStringLiteral("Aclaración: ") + ExpandTemplate(l.suscriptor, job),
-           Qt::AlignLeft, 2.6);
-    s.text(x, y + 27, w, 5, QStringLiteral("Carácter: ") + ExpandTemplate(l.caracter, job),
-           Qt::AlignLeft, 2.6);
-    s.text(x, y + 1, w, 4,
+    s.text(x, y + 0.5, w, 6,
            QStringLiteral("Declaro bajo juramento que los datos consignados son correctos."),
-           Qt::AlignHCenter, 2.0);
+           Qt::AlignHCenter, 2.0, false, 2);
+    s.line(x + 6, y + 16, x + w - 6, y + 16);
+    s.text(x, y + 16, w, 4, QStringLiteral("Firma"), Qt::AlignHCenter, 2.2);
+    s.text(x, y + 20, w, 8, QStringLiteral("Aclaración: ") + ExpandTemplate(l.suscriptor, job),
+           Qt::AlignLeft, 2.5, false, 2);
+    s.text(x, y + 28, w, 5.5, QStringLiteral("Carácter: ") + ExpandTemplate(l.caracter, job),
+           Qt::AlignLeft, 2.5, false, 2);
 }
 
 void Footer(Sheet& s, const ReportLayout& l, const ReportJob& job)
@@ -328,6 +491,37 @@ void Footer(Sheet& s, const ReportLayout& l, const ReportJob& job)
            QStringLiteral("Formulario ") + l.name + QStringLiteral(" - Guidv ") +
                ExpandTemplate(l.guidv, job),
            Qt::AlignRight, 2.0);
+}
+
+void DrawJobPage(QPainter& painter, const ReportJob& job, int page, QStringList* unfit)
+{
+    const ReportLayout* l = FindReportLayout(job.layout);
+    if (!l)
+        return;
+    Sheet s(painter, unfit);
+    double y = Header(s, *l, job);
+    y = Identification(s, *l, job, y);
+    if (l->kind == LayoutKind::Annex) {
+        AnnexLines(s, *l, job, page, y);
+    } else {
+        if (l->kind == LayoutKind::Return)
+            y = ActivityLines(s, *l, job, y);
+        y = Totals(s, *l, job, y);
+        Words(s, *l, job, y);
+    }
+    Signature(s, *l, job);
+    Footer(s, *l, job);
+}
+
+bool WritePdf(const QList<ReportJob>& jobs, QPdfWriter& writer, QStringList* unfit)
+{
+    writer.setResolution(300);
+    writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait,
+                                     QMarginsF(0, 0, 0, 0), QPageLayout::Millimeter));
+    writer.setTitle(jobs.isEmpty() ? QString()
+                                   : QStringLiteral("Formulario ") + jobs.first().layout);
+    writer.setCreator(QStringLiteral("Morvel"));
+    return ReportRenderer::Render(writer, jobs, unfit);
 }
 
 } // namespace
@@ -343,25 +537,11 @@ int ReportRenderer::PageCount(const ReportJob& job)
 
 void ReportRenderer::DrawPage(QPainter& painter, const ReportJob& job, int page)
 {
-    const ReportLayout* l = FindReportLayout(job.layout);
-    if (!l)
-        return;
-    Sheet s(painter);
-    double y = Header(s, *l, job);
-    y = Identification(s, *l, job, y);
-    if (l->kind == LayoutKind::Annex) {
-        AnnexLines(s, *l, job, page, y);
-    } else {
-        if (l->kind == LayoutKind::Return)
-            y = ActivityLines(s, *l, job, y);
-        y = Totals(s, *l, job, y);
-        Words(s, *l, job, y);
-    }
-    Signature(s, *l, job);
-    Footer(s, *l, job);
+    DrawJobPage(painter, job, page, nullptr);
 }
 
-bool ReportRenderer::Render(QPagedPaintDevice& device, const QList<ReportJob>& jobs)
+bool ReportRenderer::Render(QPagedPaintDevice& device, const QList<ReportJob>& jobs,
+                            QStringList* unfit)
 {
     for (const ReportJob& job : jobs) {
         if (!FindReportLayout(job.layout))
@@ -373,6 +553,7 @@ bool ReportRenderer::Render(QPagedPaintDevice& device, const QList<ReportJob>& j
     const QPageLayout page = device.pageLayout();
     const QRectF paint = page.paintRect(QPageLayout::Millimeter);
     const double dotsPerMm = device.width() / paint.width();
+    QStringList missed;
     bool first = true;
     for (const ReportJob& job : jobs) {
         for (int p = 0; p < PageCount(job); ++p) {
@@ -383,23 +564,36 @@ bool ReportRenderer::Render(QPagedPaintDevice& device, const QList<ReportJob>& j
             painter.scale(dotsPerMm, dotsPerMm);
             painter.translate(-paint.left(), -paint.top());
             painter.fillRect(QRectF(0, 0, kPageWidth, kPageHeight), Qt::white);
-            DrawPage(painter, job, p);
+            DrawJobPage(painter, job, p, &missed);
             painter.restore();
         }
     }
+    // A text that did not fit its box is a fault of the layout: the paper
+    // still shows it whole, and the developer learns of it.
+    if (!missed.isEmpty())
+        LogError(QStringLiteral("0"),
+                 QStringLiteral("Texto que no cabe en su casilla: ") +
+                     missed.join(QStringLiteral(" | ")),
+                 QStringLiteral("ReportRenderer.Render ") + jobs.first().layout);
+    if (unfit)
+        *unfit += missed;
     return painter.end();
+}
+
+QStringList ReportRenderer::UnfitTexts(const QList<ReportJob>& jobs)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    QPdfWriter writer(&buffer);
+    QStringList unfit;
+    WritePdf(jobs, writer, &unfit);
+    return unfit;
 }
 
 bool WriteReportPdf(const QList<ReportJob>& jobs, const QString& path)
 {
     QPdfWriter writer(path);
-    writer.setResolution(300);
-    writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait,
-                                     QMarginsF(0, 0, 0, 0), QPageLayout::Millimeter));
-    writer.setTitle(jobs.isEmpty() ? QString()
-                                   : QStringLiteral("Formulario ") + jobs.first().layout);
-    writer.setCreator(QStringLiteral("Morvel"));
-    return ReportRenderer::Render(writer, jobs);
+    return WritePdf(jobs, writer, nullptr);
 }
 
 QImage RenderPageImage(const ReportJob& job, int page, double dotsPerMm)

@@ -17,8 +17,13 @@ class ReportRenderer
 {
 public:
     // Each printing from a new page, in order; false when the device cannot
-    // be painted on or a layout is unknown.
-    static bool Render(QPagedPaintDevice& device, const QList<ReportJob>& jobs);
+    // be painted on or a layout is unknown. A text that does not fit its box
+    // even wrapped and shrunk is written to the daily log and added to
+    // `unfit`.
+    static bool Render(QPagedPaintDevice& device, const QList<ReportJob>& jobs,
+                       QStringList* unfit = nullptr);
+    // The texts of the printings that would not fit their boxes on paper.
+    static QStringList UnfitTexts(const QList<ReportJob>& jobs);
     // The pages a printing takes: the annexes one per 25 lines, at least one.
     static int PageCount(const ReportJob& job);
     // One page, in millimetres of the sheet, on a painter already scaled.

@@ -441,6 +441,7 @@ bool ZoGenerateDisk::CreateFile(const QString& path, bool noCompress)
 
     m_complete = false;
     m_writeFailed = false;
+    m_falla.clear();
     const FormLayout* layout = layoutOf(m_Formulario);
     const bool result = layout ? WriteForm(*layout) : false;
     if (noCompress)
@@ -449,14 +450,24 @@ bool ZoGenerateDisk::CreateFile(const QString& path, bool noCompress)
     // Only a text written to its end goes out: an envelope or premises the
     // writer refused, a write that failed, or an unknown form would
     // otherwise be zipped as if it were a good declaration.
-    if (layout && m_complete && !m_writeFailed)
-        Compress(m_temporaryPath, path);
-    else
+    if (!layout)
+        m_falla = QStringLiteral("El formulario ") + m_Formulario +
+                  QStringLiteral(" no tiene archivo de presentación.");
+    if (layout && m_complete && !m_writeFailed) {
+        if (!Compress(m_temporaryPath, path) && m_falla.isEmpty())
+            m_falla = SevenZipProgram().isEmpty()
+                          ? QStringLiteral("No se encontró el compresor 7za (paquete "
+                                           "p7zip-full).")
+                          : QStringLiteral("No se pudo comprimir ni copiar el archivo al destino: "
+                                           "verifique que haya espacio libre y permiso de "
+                                           "escritura.");
+    } else {
         LogError(QStringLiteral("-1"),
                  QStringLiteral("No se generó ") + path +
                      QStringLiteral(": el texto de la declaración quedó incompleto (") +
                      m_Formulario + u')',
                  QStringLiteral("ZoGenerateDisk.CreateFile"));
+    }
     DeleteFile(m_temporaryPath);
     return result;
 }
@@ -475,6 +486,9 @@ bool ZoGenerateDisk::CreateHeader(const QString& temporaryPath)
         LogError(QStringLiteral("3021"),
                  QStringLiteral("Sin códigos en tCodigos_Formularios para ") + m_Formulario,
                  QStringLiteral("ZoGenerateDisk.CreateHeader"));
+        m_falla = QStringLiteral("El formulario ") + m_Formulario +
+                  QStringLiteral(" no tiene sus códigos de presentación (tabla "
+                                 "tCodigos_Formularios).");
         return false;
     }
     const QString tipo = codes->Text(QStringLiteral("tipo_imponible"));
@@ -487,8 +501,13 @@ bool ZoGenerateDisk::CreateHeader(const QString& temporaryPath)
         const QString regimen = gAccess().GetString(
             QStringLiteral("SELECT regimen FROM tPadronesComerciales WHERE padron = '") +
             Sq(m_Padron) + QStringLiteral("' AND OBJETO = '") + Sq(m_Objeto) + u'\'');
-        if (regimen == QLatin1String("2"))
+        if (regimen == QLatin1String("2")) {
+            m_falla = QStringLiteral("El local comercial ") + m_Padron +
+                      QStringLiteral(" - Objeto N° ") + m_Objeto +
+                      QStringLiteral(" es de régimen 2, que no presenta el formulario ") +
+                      m_Formulario + u'.';
             return false;
+        }
         const QString prefix = regimen == QLatin1String("0")   ? QStringLiteral("0012")
                                : regimen == QLatin1String("1") ? QStringLiteral("0011")
                                                                : QString();
@@ -528,6 +547,11 @@ bool ZoGenerateDisk::CreateDatosPadron(const QString& temporaryPath)
                      QStringLiteral("Local comercial sin ") + QLatin1String(column) +
                          QStringLiteral(": ") + m_Padron + QStringLiteral(" - ") + m_Objeto,
                      QStringLiteral("ZoGenerateDisk.CreateDatosPadron"));
+            m_falla = QStringLiteral("El local comercial ") + m_Padron +
+                      QStringLiteral(" - Objeto N° ") + m_Objeto +
+                      (rs && !rs->EOF_() ? QStringLiteral(" no tiene ") + QLatin1String(column) +
+                                               QStringLiteral(" asignado.")
+                                         : QStringLiteral(" no está registrado."));
             return false;
         }
         line += NullToText(value) + u'@';
@@ -621,6 +645,8 @@ bool ZoGenerateDisk::WriteLines(const QString& path, const QStringList& lines, b
     }
     if (!ok) {
         m_writeFailed = true;
+        m_falla = QStringLiteral("No se pudo escribir el archivo temporal ") + path +
+                  QStringLiteral(": ") + file.errorString() + u'.';
         LogError(QStringLiteral("61"),
                  QStringLiteral("No se pudo escribir ") + path + QStringLiteral(": ") +
                      file.errorString(),

@@ -48,6 +48,9 @@ public:
 
     // Where the records are written before they are zipped.
     QString TemporaryPath() const { return m_temporaryPath; }
+    // Why the last CreateFile left no destination, in the person's words;
+    // "" when it came out.
+    QString Falla() const { return m_falla; }
 
 private:
     void ParseParametros();
@@ -74,6 +77,7 @@ private:
     QString m_kind;
     bool m_complete = false;
     bool m_writeFailed = false;
+    QString m_falla;
 };
 
 // The folder of the work files of the submission file and of the digest

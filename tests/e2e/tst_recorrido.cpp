@@ -9,11 +9,8 @@
 #include <functional>
 
 #include "GuiSupport.h"
-#include "shell/view/ShellViews.h"
-#include "shell/MMain.h"
 #include "NavigationData.h"
 #include "Person.h"
-#include "shell/Principal.h"
 #include "TestSupport.h"
 #include "backup/frmBackup.h"
 #include "declarations/FormulariosDDJJ.h"
@@ -22,6 +19,9 @@
 #include "navigation/ZoForms.h"
 #include "output/ReportPrinter.h"
 #include "output/ZoGenerateDisk.h"
+#include "shell/MMain.h"
+#include "shell/Principal.h"
+#include "shell/view/ShellViews.h"
 
 namespace {
 
@@ -425,12 +425,14 @@ class TstRecorrido : public QObject
                  QStringList{a.depositar + "|False|0|0"});
     }
 
-    // "Generar" of the tree on a month, or of a form: into `destino`, one copy.
-    void generarEn(const QString& destino)
+    // "Generar" of the tree on a month, or of a form: into `destino`, one copy;
+    // the final message names the files written.
+    void generarEn(const QString& destino, const QStringList& archivos)
     {
         responder("GenerarDisco",
                   {"txtDestino=" + destino, "txtCantidadImpresiones=1", "cmdAceptar"});
-        m_mensajes << kHecho;
+        m_mensajes << kHecho + "\n\nArchivos generados en " + destino + ":\n  " +
+                          archivos.join("\n  ");
     }
 
 private slots:
@@ -701,7 +703,10 @@ private slots:
         m_impresora.clear();
         enElArbol([&](Controller& arbol) {
             for (const QString& padron : {kGeneral, kAgente}) {
-                generarEn(destino);
+                generarEn(destino, padron == kGeneral
+                                       ? QStringList{"09760324.DJ", "09780324.DJ", "09770324.DJ"}
+                                       : QStringList{"09880324.DJ", "09870324.DJ", "09860324.DJ",
+                                                     "09850324.DJ"});
                 Person(arbol).clickNode("trvDatos", mes(padron));
                 QVERIFY(arbol["cmbGenerar"].enabled());
                 Person(arbol).click("cmbGenerar");
@@ -756,7 +761,7 @@ private slots:
         enElArbol([&](Controller& arbol) {
             responder("SeleccionFormulario", {"cmdAceptar"});
             alAbrir("F976", [&](Controller& f) {
-                generarEn(destino);
+                generarEn(destino, {"09760324.DJ"});
                 Person(f).click("cmdGenerar");
                 Person(f).click("cmdCancelar");
                 QVERIFY(!f.isLoaded());

@@ -26,14 +26,19 @@ inline QByteArray golden(const QString& form)
     return ReadBytes(dataFile(form + QStringLiteral(".txt")));
 }
 
-// Runs the statements of declaraciones.sql, one a line.
-inline bool loadDeclarations()
+// Runs the statements of a file of tests/data/output, one a line.
+inline bool loadStatements(const QString& name)
 {
-    const QByteArray text = ReadBytes(dataFile(QStringLiteral("declaraciones.sql")));
+    const QByteArray text = ReadBytes(dataFile(name));
     for (const QString& line : QString::fromUtf8(text).split(u'\n'))
         if (!line.trimmed().isEmpty() && !line.trimmed().startsWith(QLatin1String("--")))
             gAccess().Execute(line.trimmed());
     return !text.isEmpty();
+}
+
+inline bool loadDeclarations()
+{
+    return loadStatements(QStringLiteral("declaraciones.sql"));
 }
 
 // The database with the declarations, built once by the schema step and

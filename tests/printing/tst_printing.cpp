@@ -508,7 +508,8 @@ private slots:
         QVERIFY(zipIsSound(m_destino + "/09770110.DJ"));
         QCOMPARE(m_printer.files().size(), 2);   // two runs of the annex
         QCOMPARE(m_printer.printed().size(), 4); // each of two copies
-        QCOMPARE(env->ui().lastText(), kDone);
+        QCOMPARE(env->ui().lastText(),
+                 kDone + "\n\nArchivos generados en " + m_destino + ":\n  09770110.DJ");
         QCOMPARE(env->ui().messages().last().title, QString("Atención !"));
         QVERIFY(!w.isLoaded());
     }
@@ -527,7 +528,8 @@ private slots:
             QVERIFY(zipIsSound(m_destino + "/" + file));
         QVERIFY(m_printer.files().isEmpty());
         QCOMPARE(w.Parametros, parameters("F986"));
-        QCOMPARE(env->ui().lastText(), kDone);
+        QCOMPARE(env->ui().lastText(), kDone + "\n\nArchivos generados en " + m_destino +
+                                           ":\n  09760110.DJ\n  09770110.DJ\n  09860110.DJ");
     }
 
     // A run that cannot be made stops with its message, nothing delivered nor
@@ -563,6 +565,90 @@ private slots:
         QVERIFY(delivered().isEmpty());
         QVERIFY(m_printer.files().isEmpty());
         QVERIFY(w.isLoaded());
+    }
+
+    // What kept a submission file from being written is named, never blamed
+    // on the archiver or the disk; nothing is delivered nor printed.
+    void realCauseOfAnUnwrittenFile_data()
+    {
+        Columns<QString, QString, QString>("form", "statement", "cause");
+        Row("regime 2 with F977", "F977", "UPDATE tPadronesComerciales SET regimen = '2'",
+            "es de régimen 2, que no presenta el formulario F977.");
+        Row("premises without group", "F976", "UPDATE tPadronesComerciales SET grupo = NULL",
+            "no tiene grupo asignado.");
+        Row("premises missing", "F986", "DELETE * FROM tPadronesComerciales",
+            "no está registrado.");
+        Row("no codes for the form", "F978",
+            "DELETE * FROM tCodigos_Formularios WHERE idFormulario = 'F978'",
+            "no tiene sus códigos de presentación (tabla tCodigos_Formularios).");
+    }
+    void realCauseOfAnUnwrittenFile()
+    {
+        QFETCH(QString, form);
+        QFETCH(QString, statement);
+        QFETCH(QString, cause);
+        Db::exec(statement);
+        GenerarDisco w;
+        open(w, parameters(form), false, "1");
+        Person(w).click("cmdAceptar");
+        const QString said = env->ui().lastText();
+        QVERIFY2(said.startsWith("No se pudo crear el archivo " + m_destino + "/"),
+                 qPrintable(said));
+        QVERIFY2(said.endsWith(cause), qPrintable(said));
+        QVERIFY(!said.contains("7za"));
+        QVERIFY(delivered().isEmpty());
+        QVERIFY(m_printer.files().isEmpty());
+        QVERIFY(w.isLoaded());
+    }
+
+    // The final message names the files and their folder, and the copies
+    // that did not reach the printer, and why.
+    void finalMessageTellsWhatWasNotPrinted_data()
+    {
+        Columns<bool, QString, QString>("printer", "copies", "notPrinted");
+        Row("no printer", false, "2",
+            "\n\nCopias no impresas:\n  F986: 2 de 2 copias, porque no hay una impresora "
+            "instalada.\n  F976: 2 de 2 copias, porque no hay una impresora instalada.");
+        Row("an F976 without lines", true, "1",
+            "\n\nCopias no impresas:\n  F976: 1 de 1 copia, porque el formulario no tiene "
+            "actividades que imprimir.");
+    }
+    void finalMessageTellsWhatWasNotPrinted()
+    {
+        skipWithoutArchiver();
+        QFETCH(bool, printer);
+        QFETCH(QString, copies);
+        QFETCH(QString, notPrinted);
+        m_printer.setHasPrinter(printer);
+        if (printer)
+            Db::exec("DELETE * FROM F976_Detalle");
+        GenerarDisco w;
+        open(w, parameters("F986") + "#" + parameters("F976"), true, copies);
+        Person(w).click("cmdAceptar");
+        QCOMPARE(env->ui().lastText(), kDone + "\n\nArchivos generados en " + m_destino +
+                                           ":\n  09860110.DJ\n  09760110.DJ" + notPrinted);
+        QCOMPARE(delivered(), (QStringList{"09760110.DJ", "09860110.DJ"}));
+        if (!printer)
+            QCOMPARE(env->ui().texts().count(
+                         "El reporte no puede ser impreso por no tener una impresora instalada"),
+                     2);
+        QVERIFY(!w.isLoaded());
+    }
+
+    // The PDF proposed for one taxpayer's declaration is named after it, so
+    // that another's never overwrites it, in the folder last used.
+    void pdfNameAndFolder()
+    {
+        const QString home = QDir::homePath();
+        QCOMPARE(ReportPrinter::SuggestedPdfPath(prepare("F976").first()),
+                 home + "/20123456786_F976_01-2010.pdf");
+        QCOMPARE(ReportPrinter::SuggestedPdfPath(prepare("F2001").first()),
+                 home + "/20123456786_F2001_01-2010_R1.pdf");
+        QDir().mkpath(env->path("carpeta"));
+        env->ui().setSaveFile(env->path("carpeta/copia.pdf"));
+        QVERIFY(m_printer.saveAsPdf(prepare("F988")));
+        QCOMPARE(ReportPrinter::SuggestedPdfPath(prepare("F977").first()),
+                 env->path("carpeta") + "/20123456786_F977_01-2010.pdf");
     }
 
     void previewNeedsNoDestination()

@@ -30,6 +30,17 @@ QDialog* openDialog(const QString& name)
     return nullptr;
 }
 
+// The preview when it opened; whatever came instead is closed, so that the
+// test never waits.
+QDialog* openPreview()
+{
+    QDialog* dialog = openDialog("VistaPrevia");
+    if (!dialog)
+        if (auto* other = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
+            other->reject();
+    return dialog;
+}
+
 } // namespace
 
 // The printer of the desktop: the program installs it, and its preview
@@ -57,12 +68,9 @@ private slots:
         int pages = -1;
         QStringList buttons;
         QTimer::singleShot(0, [&] {
-            QDialog* dialog = openDialog("VistaPrevia");
-            if (!dialog) { // whatever came instead is closed: the test never waits
-                if (auto* other = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
-                    other->reject();
+            QDialog* dialog = openPreview();
+            if (!dialog)
                 return;
-            }
             pages = 0;
             for (QLabel* label : dialog->findChildren<QLabel*>())
                 pages += label->pixmap().isNull() ? 0 : 1;
@@ -74,6 +82,55 @@ private slots:
         QCOMPARE(pages, 4); // two copies of two pages
         QVERIFY(buttons.contains("Guardar como PDF"));
         QVERIFY(buttons.contains("Imprimir"));
+        CloseDatabase();
+    }
+
+    // The preview fits the screen with its buttons, moves from page to page
+    // and zooms: in, out, to the width and to the whole page.
+    void previewFitsAndNavigates()
+    {
+        TestEnv env;
+        QVERIFY(m_db.install());
+        setUi(&m_port);
+        addF987Lines(30);
+        QtReportPrinter& printer = dynamic_cast<QtReportPrinter&>(reportPrinter());
+        QStringList seen;
+        bool fits = false;
+        QTimer::singleShot(0, [&] {
+            QDialog* dialog = openPreview();
+            if (!dialog)
+                return;
+            // MORVEL_SHOT=file.png keeps a picture of the preview to be looked at.
+            if (qEnvironmentVariableIsSet("MORVEL_SHOT"))
+                dialog->grab().save(qEnvironmentVariable("MORVEL_SHOT"));
+            const QRect room = dialog->screen()->availableGeometry();
+            fits = dialog->frameGeometry().height() <= room.height() &&
+                   dialog->frameGeometry().width() <= room.width();
+            auto label = [&](const char* name) { return dialog->findChild<QLabel*>(name)->text(); };
+            auto click = [&](const char* name) {
+                dialog->findChild<QPushButton*>(name)->click();
+                QApplication::processEvents();
+            };
+            seen << label("lblPagina");
+            click("cmdSiguiente");
+            click("cmdSiguiente");
+            seen << label("lblPagina");
+            click("cmdAnterior");
+            seen << label("lblPagina");
+            click("cmdPagina");
+            const QString whole = label("lblZoom");
+            click("cmdAcercar");
+            seen << QString::number(label("lblZoom").chopped(1).toInt() > whole.chopped(1).toInt());
+            click("cmdAlejar");
+            click("cmdAlejar");
+            seen << QString::number(label("lblZoom").chopped(1).toInt() < whole.chopped(1).toInt());
+            seen << label("lblPagina");
+            dialog->reject();
+        });
+        printer.preview(ReportDriver::Prepare(parameters("F987")));
+        QVERIFY(fits);
+        QCOMPARE(seen, (QStringList{"Página 1 de 4", "Página 3 de 4", "Página 2 de 4", "1", "1",
+                                    "Página 2 de 4"}));
         CloseDatabase();
     }
 
