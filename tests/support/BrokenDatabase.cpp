@@ -136,9 +136,14 @@ void Break(Breakage how, const QString& table)
     }
 }
 
-void Mend()
+void RepairDisk()
 {
     g_full = false;
+}
+
+void Mend()
+{
+    RepairDisk();
     pragma("PRAGMA query_only = 0");
 }
 

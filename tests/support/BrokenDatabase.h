@@ -16,6 +16,9 @@ void Break(Breakage how, const QString& table = QStringLiteral("Contribuyentes")
 // The disk has room again and the connection may write again (a damaged
 // table stays damaged).
 void Mend();
+// The disk gets its room back, whatever a test left behind (at the end of
+// every test's run).
+void RepairDisk();
 // What the person is told when a save meets it.
 QString SaveFailure(Breakage how);
 
