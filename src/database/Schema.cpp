@@ -130,21 +130,23 @@ bool EnsureBaseSchema()
     // All or nothing: a base that stopped half way would have tables, and the
     // next start would take it for an installed one and never finish it.
     Transaction unit(db, Transaction::Mode::AllOrNothing);
-    if (!unit.ok())
-        return false;
     QStringList statements = BaseSchemaStatements();
     statements << CatalogueStatements();
-    for (const QString& sql : statements) {
-        if (!RunChecked(db, sql)) {
-            unit.rollback();
+    for (int i = 0; unit.ok() && i < statements.size(); ++i) {
+        if (!RunChecked(db, statements.at(i)))
             LogError(QStringLiteral("-1"),
                      QStringLiteral("No se pudo crear la base de datos; nada quedó escrito.\n") +
-                         sql,
+                         statements.at(i),
                      kSource);
-            return false;
-        }
     }
-    return unit.commit();
+    if (unit.commit())
+        return true;
+    // A first start on a full disk, say: the person learns why the program
+    // opens empty.
+    MsgBox(QStringLiteral("No se pudo crear la base de datos ") + db.DatabasePath() +
+               QStringLiteral(".\r\n") + unit.failure(),
+           Msg::Critical, QStringLiteral("Atención !"));
+    return false;
 }
 
 void EnsureIndices()

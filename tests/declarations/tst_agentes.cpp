@@ -165,17 +165,10 @@ private slots:
     // A save the database refuses tells why, keeps the form open with what
     // was typed, and leaves no row of it: not the return without its
     // registration, nor the other way round.
-    void refusedSaveKeepsTheForm_data()
-    {
-        Columns<int>("breakage");
-        Row("read-only", int(Breakage::ReadOnly));
-        Row("full disk", int(Breakage::DiskFull));
-        Row("damaged registrations", int(Breakage::Damaged));
-    }
+    void refusedSaveKeepsTheForm_data() { BrokenDatabase::Rows(); }
     void refusedSaveKeepsTheForm()
     {
-        QFETCH(int, breakage);
-        const auto how = Breakage(breakage);
+        FETCH_BREAKAGE(how);
         auto f = openForm("F986", nuevo("F986"));
         Person p(*f);
         p.type("txtImpPerF985", "500");

@@ -2,6 +2,7 @@
 #include <QtTest>
 #include <sqlite3.h>
 
+#include "BrokenDatabase.h"
 #include "Db.h"
 #include "Globals.h"
 #include "Person.h"
@@ -209,6 +210,20 @@ private slots:
         QCOMPARE(QDir(env->dataPath()).entryList({"Morvel.db*"}, QDir::Files),
                  QStringList{"Morvel.db"});
         QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
+    }
+
+    // A first start on a full disk makes no half database and says why the
+    // program opens empty.
+    void firstStartOnAFullDiskSaysSo()
+    {
+        BrokenDatabase::Break(Breakage::DiskFull);
+        QVERIFY(Main(env->dataPath()));
+        QCOMPARE(env->ui().lastText(), "No se pudo crear la base de datos " + DatabasePath() +
+                                           ".\r\nNo se pudo guardar: el disco está lleno.");
+        QCOMPARE(menuTexts(), QStringList{"(Vacio) [off]"});
+        gPrincipal().unload();
+        BrokenDatabase::Mend();
+        QCOMPARE(Db::tables(), QStringList{});
     }
 
     // A read-only run of an older version left read-only journal files

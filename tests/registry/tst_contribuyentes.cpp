@@ -108,17 +108,10 @@ private slots:
     // A new taxpayer whose save the database refuses is not lost in silence:
     // the person reads why and the dialog stays open with what was typed,
     // its premises kept, until a save stands.
-    void refusedSaveKeepsTheDialog_data()
-    {
-        Columns<int>("breakage");
-        Row("read-only", int(Breakage::ReadOnly));
-        Row("full disk", int(Breakage::DiskFull));
-        Row("damaged", int(Breakage::Damaged));
-    }
+    void refusedSaveKeepsTheDialog_data() { BrokenDatabase::Rows(); }
     void refusedSaveKeepsTheDialog()
     {
-        QFETCH(int, breakage);
-        const auto how = Breakage(breakage);
+        FETCH_BREAKAGE(how);
         Contribuyentes w;
         Person p(w);
         p.type("txtCuit", Reg::kCuit);

@@ -78,17 +78,10 @@ private slots:
     // A premises is stored with its activities or not at all: a save the
     // database refuses half way leaves neither, says why, and keeps the
     // dialog open as typed.
-    void refusedSaveStoresNothing_data()
-    {
-        Columns<int>("breakage");
-        Row("read-only", int(Breakage::ReadOnly));
-        Row("full disk", int(Breakage::DiskFull));
-        Row("damaged activities", int(Breakage::Damaged));
-    }
+    void refusedSaveStoresNothing_data() { BrokenDatabase::Rows(); }
     void refusedSaveStoresNothing()
     {
-        QFETCH(int, breakage);
-        const auto how = Breakage(breakage);
+        FETCH_BREAKAGE(how);
         frmLocalComercial& d = newDialog();
         Reg::typePremises(d, {.padron = "123", .objeto = "1", .fantasia = "CENTRAL"});
         BrokenDatabase::Break(how, "Actividades_x_padrones");

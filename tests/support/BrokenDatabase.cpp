@@ -147,6 +147,14 @@ void Mend()
     pragma("PRAGMA query_only = 0");
 }
 
+void Rows()
+{
+    QTest::addColumn<int>("breakage");
+    QTest::newRow("read-only") << int(Breakage::ReadOnly);
+    QTest::newRow("full disk") << int(Breakage::DiskFull);
+    QTest::newRow("damaged") << int(Breakage::Damaged);
+}
+
 QString SaveFailure(Breakage how)
 {
     switch (how) {

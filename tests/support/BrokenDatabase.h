@@ -19,7 +19,14 @@ void Mend();
 // The disk gets its room back, whatever a test left behind (at the end of
 // every test's run).
 void RepairDisk();
+// The rows of a data-driven test over the three breakages, in a column
+// "breakage"; the test reads it with FETCH_BREAKAGE.
+void Rows();
 // What the person is told when a save meets it.
 QString SaveFailure(Breakage how);
 
 } // namespace BrokenDatabase
+
+#define FETCH_BREAKAGE(name)                                                                       \
+    QFETCH(int, breakage);                                                                         \
+    const Breakage name = Breakage(breakage)
