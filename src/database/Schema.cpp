@@ -8,8 +8,10 @@
 #include "Globals.h"
 #include "ProgressWindow.h"
 #include "SqlHelpers.h"
-#include "Upgrade.h"
+#include "SqliteDatabase.h"
 #include "Transaction.h"
+#include "UiPort.h"
+#include "Upgrade.h"
 #include "ZoAccess.h"
 
 namespace {
@@ -62,7 +64,54 @@ QString indexName(const QString& table, const QString& columns)
     return name;
 }
 
+bool ownOrNew()
+{
+    const SqliteDatabase::Kind kind = SqliteDatabase::kind(gAccess().DatabasePath());
+    return kind == SqliteDatabase::Kind::New || kind == SqliteDatabase::Kind::Own;
+}
+
 } // namespace
+
+bool IsOwnDatabase()
+{
+    const QString path = gAccess().DatabasePath();
+    QString why;
+    switch (SqliteDatabase::kind(path)) {
+    case SqliteDatabase::Kind::New:
+    case SqliteDatabase::Kind::Own: return true;
+    case SqliteDatabase::Kind::Foreign:
+        why = QStringLiteral("no es una base de datos de Morvel: pertenece a otro programa.");
+        break;
+    case SqliteDatabase::Kind::Unreadable:
+        why = QStringLiteral("está dañado o no es una base de datos.");
+        break;
+    }
+    const QString text = QStringLiteral("El archivo ") + path + u' ' + why +
+                         QStringLiteral("\r\nNo se modificará. El programa se cerrará.");
+    LogError(QStringLiteral("-1"), text, kSource);
+    MsgBox(text, Msg::Critical, QStringLiteral("Atención !"));
+    return false;
+}
+
+bool WritableDatabase()
+{
+    const QString path = gAccess().DatabasePath();
+    if (!SqliteDatabase::readOnly(path))
+        return true;
+    MsgBox(QStringLiteral("La base de datos ") + path +
+               QStringLiteral(" es de solo lectura: podrá consultar los datos, pero no se "
+                              "guardará ningún cambio."),
+           Msg::Exclamation, QStringLiteral("Atención !"));
+    return false;
+}
+
+void MarkDatabase()
+{
+    if (!SqliteDatabase::markAsOwn(gAccess().DatabasePath()))
+        LogError(QStringLiteral("-1"),
+                 QStringLiteral("No se pudo marcar la base de datos: ") + gAccess().DatabasePath(),
+                 kSource);
+}
 
 bool EnsureBaseSchema()
 {
@@ -81,21 +130,23 @@ bool EnsureBaseSchema()
     // All or nothing: a base that stopped half way would have tables, and the
     // next start would take it for an installed one and never finish it.
     Transaction unit(db, Transaction::Mode::AllOrNothing);
-    if (!unit.ok())
-        return false;
     QStringList statements = BaseSchemaStatements();
     statements << CatalogueStatements();
-    for (const QString& sql : statements) {
-        if (!RunChecked(db, sql)) {
-            unit.rollback();
+    for (int i = 0; unit.ok() && i < statements.size(); ++i) {
+        if (!RunChecked(db, statements.at(i)))
             LogError(QStringLiteral("-1"),
                      QStringLiteral("No se pudo crear la base de datos; nada quedó escrito.\n") +
-                         sql,
+                         statements.at(i),
                      kSource);
-            return false;
-        }
     }
-    return unit.commit();
+    if (unit.commit())
+        return true;
+    // A first start on a full disk, say: the person learns why the program
+    // opens empty.
+    MsgBox(QStringLiteral("No se pudo crear la base de datos ") + db.DatabasePath() +
+               QStringLiteral(".\r\n") + unit.failure(),
+           Msg::Critical, QStringLiteral("Atención !"));
+    return false;
 }
 
 void EnsureIndices()
@@ -123,13 +174,14 @@ void EnsureIndices()
 
 void CreateCurrentDatabase()
 {
-    // A file that is not a database, or a base that could not be made, is
-    // left alone: the upgrades would only add tables to an empty file.
-    if (!EnsureBaseSchema())
+    // Another program's file, a file that is not a database, or a base that
+    // could not be made, is left alone.
+    if (!ownOrNew() || !EnsureBaseSchema())
         return;
     ProgressWindow splash(QStringLiteral("Inicial"));
     VerifyDatabase(DatabasePath(), splash);
     ApplyUpgrades(splash);
     UpgradeAddGuidColumns();
     EnsureIndices();
+    MarkDatabase();
 }

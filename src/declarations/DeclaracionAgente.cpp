@@ -34,7 +34,8 @@ DefinicionFormulario Definicion(const QString& id, const QString& caption,
         {kAccesorios, QStringLiteral("Accesorio coeficiente"), QStringLiteral("AccesoriosCoef")},
         {kMultas, QStringLiteral("Multas"), QStringLiteral("Multas")},
         {kOtros, QStringLiteral("Otros"), QStringLiteral("Otros")},
-        {kDepositar, QStringLiteral("Importe a Depositar"), QStringLiteral("ImporteDepositar")},
+        {kDepositar, QStringLiteral("Importe a Depositar"), QStringLiteral("ImporteDepositar"),
+         TipoCampo::Reescribible},
     };
     return d;
 }

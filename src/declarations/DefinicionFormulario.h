@@ -10,9 +10,10 @@ class DetalleDialog;
 
 // How a field of a form's body behaves and where it is stored.
 enum class TipoCampo {
-    Ingresado, // an amount the person types
-    Derivado,  // an amount the recalculation writes
-    Periodo,   // a period "mm-yyyy" in a masked box
+    Ingresado,    // an amount the person types
+    Derivado,     // an amount the recalculation writes
+    Reescribible, // an amount the recalculation writes and the person may retype
+    Periodo,      // a period "mm-yyyy" in a masked box
 };
 
 struct CampoFormulario {

@@ -224,11 +224,12 @@ void DetalleActividad::cmdAceptar()
                            ? SiguienteCodigoDetalle(m_datos.tabla, codigo, fecha,
                                                     Parametro(QStringLiteral("ctrl")))
                            : IdDetalle();
-    GrabarLinea(m_datos.tabla, codigo, id, fecha,
-                {QStringLiteral("TipoActividad"), QStringLiteral("CodigoActividad"),
-                 QStringLiteral("BaseImponible"), QStringLiteral("Alicuota"),
-                 QStringLiteral("Impuesto")},
-                {field(kActividad).text(), field(kIdActividad).text(), field(kBase).text(),
-                 field(kAlicuota).text(), field(kTasa).text()});
+    if (!GrabarLinea(m_datos.tabla, codigo, id, fecha,
+                     {QStringLiteral("TipoActividad"), QStringLiteral("CodigoActividad"),
+                      QStringLiteral("BaseImponible"), QStringLiteral("Alicuota"),
+                      QStringLiteral("Impuesto")},
+                     {field(kActividad).text(), field(kIdActividad).text(), field(kBase).text(),
+                      field(kAlicuota).text(), field(kTasa).text()}))
+        return;
     Aceptar();
 }

@@ -290,6 +290,7 @@ void DetalleComprobante::cmdAceptar()
              << QStringLiteral("ImportePercibido");
     valores << field(kNumero).text() << field(kDenominacion).text() << cuit.text()
             << field(kPadron).text() << importe.text();
-    GrabarLinea(m_datos.tabla, codigo, id, fechaClave, columnas, valores);
+    if (!GrabarLinea(m_datos.tabla, codigo, id, fechaClave, columnas, valores))
+        return;
     Aceptar();
 }

@@ -4,6 +4,7 @@
 #include "Recordset.h"
 #include "SqlText.h"
 #include "Tovak.h"
+#include "Transaction.h"
 #include "UiPort.h"
 #include "Util.h"
 #include "ZoAccess.h"
@@ -126,22 +127,26 @@ void DetalleDialog::SetCodigo(const QString& codigo)
     Parametros += QStringLiteral("Codigo=") + codigo + u';';
 }
 
-void DetalleDialog::GrabarLinea(const QString& tabla, const QString& codigo,
+bool DetalleDialog::GrabarLinea(const QString& tabla, const QString& codigo,
                                 const QString& codigoDetalle, const QString& fecha,
                                 const QStringList& columnas, const QStringList& valores)
 {
     const QString ctrl = Parametro(QStringLiteral("ctrl"));
-    gAccess().Execute(QStringLiteral("DELETE * FROM %1 WHERE CODIGO = '%2' AND CodigoDetalle = "
-                                     "'%3' AND FECHARECTIFICATIVA = '%4' AND ctrl = '%5'")
-                          .arg(tabla, Sq(codigo), Sq(codigoDetalle), Sq(fecha), Sq(ctrl)));
     QStringList quoted{Sq(codigo), Sq(fecha), Sq(codigoDetalle)};
     for (const QString& v : valores)
         quoted << Sq(v);
     quoted << Sq(ctrl);
-    gAccess().Execute(
-        QStringLiteral("INSERT INTO %1 (Codigo,FechaRectificativa,CodigoDetalle,%2,ctrl) "
-                       "VALUES ('%3')")
-            .arg(tabla, columnas.join(u','), quoted.join(QStringLiteral("','"))));
+    // The line is replaced whole or left as it was.
+    return SaveWhole([&] {
+        gAccess().Execute(QStringLiteral("DELETE * FROM %1 WHERE CODIGO = '%2' AND CodigoDetalle = "
+                                         "'%3' AND FECHARECTIFICATIVA = '%4' AND ctrl = '%5'")
+                              .arg(tabla, Sq(codigo), Sq(codigoDetalle), Sq(fecha), Sq(ctrl)));
+        gAccess().Execute(
+            QStringLiteral("INSERT INTO %1 (Codigo,FechaRectificativa,CodigoDetalle,%2,ctrl) "
+                           "VALUES ('%3')")
+                .arg(tabla, columnas.join(u','), quoted.join(QStringLiteral("','"))));
+        return true;
+    });
 }
 
 void DetalleDialog::Aceptar()

@@ -59,8 +59,9 @@ protected:
     // Sets the Codigo entry, adding it when the string has none.
     void SetCodigo(const QString& codigo);
     // Writes one line: the old line of that number goes and the new one is
-    // inserted, so an edit keeps the line's number.
-    void GrabarLinea(const QString& tabla, const QString& codigo, const QString& codigoDetalle,
+    // inserted, so an edit keeps the line's number. False, with the person
+    // told why, when the database refused it: the dialog stays open.
+    bool GrabarLinea(const QString& tabla, const QString& codigo, const QString& codigoDetalle,
                      const QString& fecha, const QStringList& columnas, const QStringList& valores);
     // The line was written: the form reads Aceptado once the dialog is gone.
     void Aceptar();

@@ -251,10 +251,13 @@ void FormularioDDJJ::designCuerpo()
             continue;
         }
         on(name, Ev::GotFocus, [this, name](EventArgs&) { field(name).selectAll(); });
-        on(name, Ev::KeyPress, [this, name](EventArgs& e) {
+        const bool reescribible = c.tipo == TipoCampo::Reescribible;
+        on(name, Ev::KeyPress, [this, name, reescribible](EventArgs& e) {
             Field& f = field(name);
             if (!f.enabled() || f.locked())
                 e.key = 0;
+            else if (reescribible)
+                teclaReescribible(e.key);
             else
                 gValidar().TextBox(e.key, f, 2, 2);
         });
@@ -264,6 +267,18 @@ void FormularioDDJJ::designCuerpo()
             alSalirMonto(name);
         });
     }
+}
+
+void FormularioDDJJ::teclaReescribible(int& key)
+{
+    // A worked-out amount typed over takes digits and the decimal symbol
+    // only, with as many decimals as typed: leaving it rounds to two.
+    if (key == KeyCode::Return) {
+        key = 0;
+        sendTab();
+        return;
+    }
+    FilterDecimalKey(key, true);
 }
 
 void FormularioDDJJ::designBotones()
@@ -408,14 +423,23 @@ void FormularioDDJJ::CopiarDetallePrevio()
                                 QStringLiteral(" ORDER BY CodigoDetalle ASC"));
     if (!rs || rs->RecordCount() == 0)
         return;
-    const QString nueva = NormalizarFecha(param(QStringLiteral("FechaRectificativaNueva")));
     const QStringList columnas = rs->FieldNames().mid(1);
     const int ultima = rs->FieldCount() - 1;
-    Transaction unit(Transaction::Mode::KeepWhatPassed);
-    for (; !rs->EOF_(); rs->MoveNext()) {
+    // The lines of the version before come over all together or not at all:
+    // a rectification with some of them only would look whole.
+    SaveWhole([&] {
+        copiarLineas(*rs, columnas, ultima);
+        return true;
+    });
+}
+
+void FormularioDDJJ::copiarLineas(Recordset& rs, const QStringList& columnas, int ultima)
+{
+    const QString nueva = NormalizarFecha(param(QStringLiteral("FechaRectificativaNueva")));
+    for (; !rs.EOF_(); rs.MoveNext()) {
         QStringList valores;
         for (int i = 1; i <= ultima; ++i) {
-            QString v = rs->Text(i);
+            QString v = rs.Text(i);
             if (i == 1)
                 v = codigo();
             else if (i == 2)
@@ -698,11 +722,12 @@ void FormularioDDJJ::cmdQuitar()
         return;
     if (EsVerdadero(param(QStringLiteral("ConDatos"))))
         Parametros.replace(QStringLiteral("Nuevo=True"), QStringLiteral("Nuevo=False"));
-    gAccess().Execute(QStringLiteral("DELETE FROM ") + m_def.tablaDetalle +
-                      QStringLiteral(" WHERE Codigo = ") + q(codigo()) +
-                      QStringLiteral(" AND CodigoDetalle = ") + q(grid.cell(row, 0)) +
-                      QStringLiteral(" AND FECHARECTIFICATIVA = ") + q(fecha()) +
-                      QStringLiteral(" AND ctrl = ") + q(ctrl()));
+    if (!escribir(QStringLiteral("DELETE FROM ") + m_def.tablaDetalle +
+                  QStringLiteral(" WHERE Codigo = ") + q(codigo()) +
+                  QStringLiteral(" AND CodigoDetalle = ") + q(grid.cell(row, 0)) +
+                  QStringLiteral(" AND FECHARECTIFICATIVA = ") + q(fecha()) +
+                  QStringLiteral(" AND ctrl = ") + q(ctrl())))
+        return;
     despuesDeBorrarLinea();
     cargaDatos(3);
     PropGrid();
@@ -717,8 +742,9 @@ void FormularioDDJJ::cmdQuitarT()
         return;
     if (EsVerdadero(param(QStringLiteral("ConDatos"))))
         Parametros.replace(QStringLiteral("Nuevo=True"), QStringLiteral("Nuevo=False"));
-    gAccess().Execute(QStringLiteral("DELETE * FROM ") + m_def.tablaDetalle +
-                      QStringLiteral(" WHERE ") + filtroVersion());
+    if (!escribir(QStringLiteral("DELETE * FROM ") + m_def.tablaDetalle +
+                  QStringLiteral(" WHERE ") + filtroVersion()))
+        return;
     field(kGrid).clearRows();
     cargaDatos(3);
     PropGrid();
@@ -769,15 +795,23 @@ void FormularioDDJJ::GuardarFormulario(bool generar)
 {
     if (!m_def.tablaDetalle.isEmpty() && !HayRegistros() && field(kGrid).rowCount() == 0) {
         MsgBox(QStringLiteral("No puede guardar un formulario sin comprobantes"), Msg::Information);
-        if (MsgBox(QStringLiteral("Desea eliminar el formulario?"), Msg::YesNo) == Msg::Yes) {
-            gAccess().Execute(QStringLiteral("DELETE FROM ") + m_def.tabla +
-                              QStringLiteral(" WHERE ") + filtroVersion());
-            borrarRegistro();
+        if (MsgBox(QStringLiteral("Desea eliminar el formulario?"), Msg::YesNo) == Msg::Yes &&
+            SaveWhole([this] {
+                gAccess().Execute(QStringLiteral("DELETE FROM ") + m_def.tabla +
+                                  QStringLiteral(" WHERE ") + filtroVersion());
+                borrarRegistro();
+                return true;
+            }))
             cmdCancelar();
-        }
         return;
     }
-    GrabarFormulario();
+    // The header row and its registration stand together or not at all; a
+    // save the database refuses leaves the form open as typed.
+    if (!SaveWhole([this] {
+            GrabarFormulario();
+            return true;
+        }))
+        return;
     if (!generar) {
         unload();
         return;
@@ -856,6 +890,11 @@ void FormularioDDJJ::GrabarFormulario()
         QStringList{q(pad), q(obj), q(per), q(m_def.id), q(valorRect), q(f), q(ctrl())}.join(
             QStringLiteral(", ")) +
         u')');
+}
+
+bool FormularioDDJJ::escribir(const QString& sql)
+{
+    return SaveWhole([&sql] { return gAccess().Execute(sql); });
 }
 
 void FormularioDDJJ::borrarRegistro()

@@ -2,6 +2,7 @@
 
 #include <QPair>
 #include <QString>
+#include <QStringList>
 #include <QVector>
 
 #include "DefinicionFormulario.h"
@@ -143,12 +144,15 @@ private:
     void resolverFechas();
     bool debeCopiar();
     void CopiarDetallePrevio();
+    void copiarLineas(Recordset& rs, const QStringList& columnas, int ultima);
     void leerDetalle();
     void llenarEncabezado();
     void abrirDetalle(const QString& id);
     QString cadenaDetalle(const QString& id) const;
     bool existeDetalle(const QString& tabla);
     void borrarRegistro();
+    // One statement of the person's, told when the database refuses it.
+    bool escribir(const QString& sql);
     void cmdAgregar();
     void cmdModificar();
     void cmdQuitar();
@@ -159,6 +163,7 @@ private:
     void optRectificativa(bool rectificativa);
     void salirFechaDDJJ(EventArgs& e);
     void reglaMonto(const QString& campo, EventArgs& e);
+    void teclaReescribible(int& key);
     void abrirGenerarDisco();
 
     DefinicionFormulario m_def;

@@ -1,15 +1,27 @@
 #include "SqliteDatabase.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QHash>
+#include <QSet>
+#include <QUrl>
 #include <sqlite3.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "FoldedText.h"
 
 namespace {
 
-QHash<QString, sqlite3*>& connections()
+struct Connection {
+    sqlite3* db = nullptr;
+    SqliteDatabase::Kind kind = SqliteDatabase::Kind::New;
+};
+
+QHash<QString, Connection>& connections()
 {
-    static QHash<QString, sqlite3*> all;
+    static QHash<QString, Connection> all;
     return all;
 }
 
@@ -102,9 +114,42 @@ void fnInstr(sqlite3_context* ctx, int argc, sqlite3_value** argv)
     sqlite3_result_int(ctx, int(s.indexOf(find, start - 1, Qt::CaseInsensitive)) + 1);
 }
 
+// like(pattern, text [, escape]), which "text LIKE pattern" calls.
+void fnLike(sqlite3_context* ctx, int argc, sqlite3_value** argv)
+{
+    if (anyNull(argc, argv))
+        return sqlite3_result_null(ctx);
+    char32_t escape = 0;
+    if (argc == 3) {
+        const char* e = reinterpret_cast<const char*>(sqlite3_value_text(argv[2]));
+        const int size = sqlite3_value_bytes(argv[2]);
+        int length = 0;
+        escape = FirstCharacter(e, size, &length);
+        if (length == 0 || length != size)
+            return sqlite3_result_error(ctx, "ESCAPE expression must be a single character", -1);
+    }
+    const char* pattern = reinterpret_cast<const char*>(sqlite3_value_text(argv[0]));
+    const int patternSize = sqlite3_value_bytes(argv[0]);
+    const char* text = reinterpret_cast<const char*>(sqlite3_value_text(argv[1]));
+    const int textSize = sqlite3_value_bytes(argv[1]);
+    sqlite3_result_int(ctx, LikeFolded(pattern, patternSize, text, textSize, escape) ? 1 : 0);
+}
+
+int collateNoCase(void*, int aSize, const void* a, int bSize, const void* b)
+{
+    return CompareFolded(static_cast<const char*>(a), aSize, static_cast<const char*>(b), bSize);
+}
+
 void registerFunctions(sqlite3* db)
 {
+    // NOCASE, the collation of every text column, replaced by one that folds
+    // every letter; LIKE, UPPER and LOWER likewise.
+    sqlite3_create_collation(db, "NOCASE", SQLITE_UTF8, nullptr, collateNoCase);
     const int flags = SQLITE_UTF8 | SQLITE_DETERMINISTIC;
+    sqlite3_create_function(db, "like", 2, flags, nullptr, fnLike, nullptr, nullptr);
+    sqlite3_create_function(db, "like", 3, flags, nullptr, fnLike, nullptr, nullptr);
+    sqlite3_create_function(db, "upper", 1, flags, nullptr, fnUcase, nullptr, nullptr);
+    sqlite3_create_function(db, "lower", 1, flags, nullptr, fnLcase, nullptr, nullptr);
     sqlite3_create_function(db, "mid", 2, flags, nullptr, fnMid, nullptr, nullptr);
     sqlite3_create_function(db, "mid", 3, flags, nullptr, fnMid, nullptr, nullptr);
     sqlite3_create_function(db, "jet_left", 2, flags, nullptr, fnLeft, nullptr, nullptr);
@@ -119,18 +164,15 @@ void registerFunctions(sqlite3* db)
 QVariant columnValue(sqlite3_stmt* st, int i)
 {
     switch (sqlite3_column_type(st, i)) {
-    case SQLITE_NULL:
-        return {};
-    case SQLITE_INTEGER:
-        return QVariant(qlonglong(sqlite3_column_int64(st, i)));
-    case SQLITE_FLOAT:
-        return QVariant(sqlite3_column_double(st, i));
+    case SQLITE_NULL: return {};
+    case SQLITE_INTEGER: return QVariant(qlonglong(sqlite3_column_int64(st, i)));
+    case SQLITE_FLOAT: return QVariant(sqlite3_column_double(st, i));
     case SQLITE_BLOB:
         return QVariant(QByteArray(reinterpret_cast<const char*>(sqlite3_column_blob(st, i)),
                                    sqlite3_column_bytes(st, i)));
     default:
-        return QVariant(QString::fromUtf8(
-            reinterpret_cast<const char*>(sqlite3_column_text(st, i)), sqlite3_column_bytes(st, i)));
+        return QVariant(QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, i)),
+                                          sqlite3_column_bytes(st, i)));
     }
 }
 
@@ -150,46 +192,209 @@ void bindValue(sqlite3_stmt* st, int i, const QVariant& v)
 
 } // namespace
 
-sqlite3* SqliteDatabase::connection(const QString& path)
+namespace {
+
+using Kind = SqliteDatabase::Kind;
+
+// The tables that tell a database of this program made before it carried
+// its mark.
+const QSet<QString> kOwnTables = {QStringLiteral("contribuyentes"), QStringLiteral("opciones")};
+
+QString keyOf(const QString& path)
 {
-    const QString key = QFileInfo(path).absoluteFilePath();
-    auto& all = connections();
-    if (auto it = all.find(key); it != all.end())
-        return *it;
-    QDir().mkpath(QFileInfo(key).absolutePath());
+    return QFileInfo(path).absoluteFilePath();
+}
+
+// Not to be written: the person may not write it, or it is marked read-only
+// (root could write through the mark, but a file marked read-only is left as
+// it is marked).
+bool markedReadOnly(const QString& path)
+{
+    const QByteArray name = QFile::encodeName(path);
+    struct stat st {
+    };
+    if (::stat(name.constData(), &st) != 0)
+        return false;
+    return ::access(name.constData(), W_OK) != 0 || (st.st_mode & 0222) == 0;
+}
+
+// The file as a URI, so that the open can say how: "immutable=1" reads
+// without a lock and without the -wal and -shm files beside it.
+QByteArray uriOf(const QString& key, const char* options)
+{
+    return QUrl::fromLocalFile(key).toEncoded() + '?' + options;
+}
+
+// Reads without writing anything, not even beside the file. A journal that an
+// interrupted run left with changes is still read, through a plain read-only
+// open.
+sqlite3* openForReading(const QString& key)
+{
+    const bool pendingJournal = QFileInfo(key + QStringLiteral("-wal")).size() > 0;
     sqlite3* db = nullptr;
-    const int rc = sqlite3_open_v2(key.toUtf8().constData(), &db,
-                                   SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);
-    if (rc != SQLITE_OK) {
+    const QByteArray uri = uriOf(key, pendingJournal ? "mode=ro" : "immutable=1");
+    if (sqlite3_open_v2(uri.constData(), &db, SQLITE_OPEN_READONLY | SQLITE_OPEN_URI, nullptr) !=
+        SQLITE_OK) {
         sqlite3_close(db);
         return nullptr;
     }
-    sqlite3_busy_timeout(db, 5000);
-    registerFunctions(db);
-    // Both fail harmlessly on a file that is not a database, which is then
-    // left exactly as it is.
-    sqlite3_exec(db, "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr);
-    sqlite3_exec(db, "PRAGMA synchronous=FULL", nullptr, nullptr, nullptr);
-    all.insert(key, db);
     return db;
+}
+
+bool readInt(sqlite3* db, const char* sql, int* value)
+{
+    sqlite3_stmt* st = nullptr;
+    bool ok = sqlite3_prepare_v2(db, sql, -1, &st, nullptr) == SQLITE_OK &&
+              sqlite3_step(st) == SQLITE_ROW;
+    if (ok)
+        *value = sqlite3_column_int(st, 0);
+    sqlite3_finalize(st);
+    return ok;
+}
+
+// What the file is, found without writing anything.
+Kind classify(const QString& key)
+{
+    const QFileInfo info(key);
+    if (!info.exists() || info.size() == 0)
+        return Kind::New;
+    sqlite3* db = openForReading(key);
+    if (!db)
+        return Kind::Unreadable;
+    int mark = 0;
+    QSet<QString> tables;
+    bool ok = readInt(db, "PRAGMA application_id", &mark);
+    sqlite3_stmt* st = nullptr;
+    ok = ok && sqlite3_prepare_v2(db, "SELECT name FROM sqlite_master WHERE type = 'table'", -1,
+                                  &st, nullptr) == SQLITE_OK;
+    int rc = SQLITE_DONE;
+    while (ok && (rc = sqlite3_step(st)) == SQLITE_ROW)
+        tables.insert(
+            QString::fromUtf8(reinterpret_cast<const char*>(sqlite3_column_text(st, 0))).toLower());
+    ok = ok && rc == SQLITE_DONE;
+    sqlite3_finalize(st);
+    sqlite3_close(db);
+    if (!ok)
+        return Kind::Unreadable;
+    if (mark == SqliteDatabase::kApplicationId)
+        return Kind::Own;
+    if (mark != 0)
+        return Kind::Foreign;
+    if (tables.isEmpty())
+        return Kind::New;
+    return tables.contains(kOwnTables) ? Kind::Own : Kind::Foreign;
+}
+
+// The -wal and -shm files that a read-only run of an older version left
+// read-only would make every later write fail: they are made writable again,
+// or removed when they hold nothing. False when they stay in the way.
+bool mendCompanions(const QString& key)
+{
+    bool mended = true;
+    for (const char* suffix : {"-wal", "-shm"}) {
+        const QString companion = key + QLatin1String(suffix);
+        if (!QFileInfo::exists(companion) || !markedReadOnly(companion))
+            continue;
+        QFile::setPermissions(companion, QFile::permissions(companion) | QFile::WriteOwner);
+        mended = mended && !markedReadOnly(companion);
+    }
+    if (mended || QFileInfo(key + QStringLiteral("-wal")).size() > 0)
+        return mended;
+    QFile::remove(key + QStringLiteral("-wal"));
+    QFile::remove(key + QStringLiteral("-shm"));
+    return !QFileInfo::exists(key + QStringLiteral("-shm"));
+}
+
+sqlite3* openForWriting(const QString& key)
+{
+    sqlite3* db = nullptr;
+    if (sqlite3_open_v2(key.toUtf8().constData(), &db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE,
+                        nullptr) != SQLITE_OK) {
+        sqlite3_close(db);
+        return nullptr;
+    }
+    return db;
+}
+
+Connection* open(const QString& key)
+{
+    auto& all = connections();
+    if (auto it = all.find(key); it != all.end())
+        return &*it;
+    QDir().mkpath(QFileInfo(key).absolutePath());
+    Connection c;
+    c.kind = classify(key);
+    const bool writable = (c.kind == Kind::New || c.kind == Kind::Own) && !markedReadOnly(key) &&
+                          !markedReadOnly(QFileInfo(key).absolutePath()) && mendCompanions(key);
+    c.db = writable ? openForWriting(key) : openForReading(key);
+    if (!c.db)
+        return nullptr;
+    sqlite3_busy_timeout(c.db, 5000);
+    registerFunctions(c.db);
+    if (writable) {
+        sqlite3_exec(c.db, "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr);
+        sqlite3_exec(c.db, "PRAGMA synchronous=FULL", nullptr, nullptr, nullptr);
+    }
+    return &*all.insert(key, c);
+}
+
+} // namespace
+
+sqlite3* SqliteDatabase::connection(const QString& path)
+{
+    const Connection* c = open(keyOf(path));
+    return c ? c->db : nullptr;
+}
+
+SqliteDatabase::Kind SqliteDatabase::kind(const QString& path)
+{
+    const Connection* c = open(keyOf(path));
+    return c ? c->kind : Kind::Unreadable;
+}
+
+bool SqliteDatabase::readOnly(const QString& path)
+{
+    const Connection* c = open(keyOf(path));
+    return !c || sqlite3_db_readonly(c->db, "main") == 1;
+}
+
+bool SqliteDatabase::markAsOwn(const QString& path)
+{
+    Connection* c = open(keyOf(path));
+    if (!c || sqlite3_db_readonly(c->db, "main") == 1)
+        return false;
+    int mark = 0;
+    if (readInt(c->db, "PRAGMA application_id", &mark) && mark == kApplicationId) {
+        c->kind = Kind::Own;
+        return true;
+    }
+    const QByteArray sql = QByteArrayLiteral("SAVEPOINT marca; REINDEX NOCASE; ") +
+                           "PRAGMA application_id = " + QByteArray::number(kApplicationId) +
+                           "; RELEASE marca;";
+    if (sqlite3_exec(c->db, sql.constData(), nullptr, nullptr, nullptr) != SQLITE_OK) {
+        sqlite3_exec(c->db, "ROLLBACK TO marca; RELEASE marca;", nullptr, nullptr, nullptr);
+        return false;
+    }
+    c->kind = Kind::Own;
+    return true;
 }
 
 void SqliteDatabase::close(const QString& path)
 {
-    const QString key = QFileInfo(path).absoluteFilePath();
-    if (sqlite3* db = connections().take(key))
-        sqlite3_close_v2(db);
+    const Connection c = connections().take(keyOf(path));
+    if (c.db)
+        sqlite3_close_v2(c.db);
 }
 
 void SqliteDatabase::closeAll()
 {
-    for (sqlite3* db : std::as_const(connections()))
-        sqlite3_close_v2(db);
+    for (const Connection& c : std::as_const(connections()))
+        sqlite3_close_v2(c.db);
     connections().clear();
 }
 
-bool RunSqlite(sqlite3* db, const QString& sql, const QVector<QVariant>& binds,
-               QueryResult* result, QString* error)
+bool RunSqlite(sqlite3* db, const QString& sql, const QVector<QVariant>& binds, QueryResult* result,
+               QString* error)
 {
     if (!db) {
         if (error)

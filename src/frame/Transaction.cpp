@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include "Globals.h"
+#include "UiPort.h"
 #include "ZoAccess.h"
 
 namespace {
@@ -97,4 +98,17 @@ QString SaveFailureText(int sqliteCode, const QString& engineMessage)
         return prefix + (engineMessage.isEmpty() ? QStringLiteral("error de la base de datos.")
                                                  : engineMessage);
     }
+}
+
+bool SaveWhole(const std::function<bool()>& save)
+{
+    Transaction unit(Transaction::Mode::AllOrNothing);
+    if (unit.ok() && !save()) {
+        unit.rollback();
+        return false;
+    }
+    if (unit.commit())
+        return true;
+    MsgBox(unit.failure(), Msg::Exclamation);
+    return false;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 
 class ZoAccess;
 
@@ -52,3 +53,11 @@ private:
 
 // "No se pudo guardar: ..." for the engine's result code of a failed write.
 QString SaveFailureText(int sqliteCode, const QString& engineMessage);
+
+// A window's save: the writes of `save` stand together or not at all. True
+// when all of them stand on disk. When the database refuses them (read-only,
+// damaged, full disk), nothing of them remains, the person is told why in an
+// exclamation box, and the answer is false, so that the window stays open
+// with what was typed. A `save` that answers false itself (a check it already
+// told of) has its writes undone without a further word.
+bool SaveWhole(const std::function<bool()>& save);

@@ -7,11 +7,12 @@
 #include "Globals.h"
 #include "NavigationText.h"
 #include "SqlText.h"
+#include "Transaction.h"
 #include "UiPort.h"
 #include "Util.h"
+#include "Validar.h"
 #include "ZoAccess.h"
 #include "ZoParameterString.h"
-#include "Validar.h"
 
 namespace {
 
@@ -337,19 +338,23 @@ void SeleccionFormulario::Eliminar()
     const QString where = QStringLiteral("WHERE Padron = ") + quoted(padron) +
                           QStringLiteral(" AND Objeto = ") + quoted(objeto) +
                           QStringLiteral(" AND Periodo = ") + quoted(period) + u' ';
-    if (!tables->detailTable.isEmpty()) {
-        const QString codigo =
-            db.GetString(QStringLiteral("SELECT Codigo FROM ") + form + u' ' + where + version);
-        db.Execute(QStringLiteral("DELETE FROM ") + form + u' ' + where + version);
-        db.Execute(QStringLiteral("DELETE FROM ") + tables->detailTable.toUpper() +
-                   QStringLiteral(" WHERE Codigo = ") + quoted(codigo) +
-                   QStringLiteral(" AND ctrl = ") + quoted(ctrl));
-    } else {
-        db.Execute(QStringLiteral("DELETE FROM ") + form + u' ' + where + version);
-    }
-    // The registration row goes with the declaration, for every form alike.
-    db.Execute(QStringLiteral("DELETE FROM TPADRONES_FORMULARIOS ") + where +
-               QStringLiteral(" AND idFormulario = ") + quoted(form) + u' ' + version);
+    // The declaration, its lines and its registration go together or stay;
+    // a deletion the database refuses keeps the window open.
+    if (!SaveWhole([&] {
+            if (!tables->detailTable.isEmpty()) {
+                const QString codigo = db.GetString(QStringLiteral("SELECT Codigo FROM ") + form +
+                                                    u' ' + where + version);
+                db.Execute(QStringLiteral("DELETE FROM ") + tables->detailTable.toUpper() +
+                           QStringLiteral(" WHERE Codigo = ") + quoted(codigo) +
+                           QStringLiteral(" AND ctrl = ") + quoted(ctrl));
+            }
+            db.Execute(QStringLiteral("DELETE FROM ") + form + u' ' + where + version);
+            // The registration row goes with the declaration, for every form alike.
+            db.Execute(QStringLiteral("DELETE FROM TPADRONES_FORMULARIOS ") + where +
+                       QStringLiteral(" AND idFormulario = ") + quoted(form) + u' ' + version);
+            return true;
+        }))
+        m_stayOpen = true;
     field(kAceptar).setEnabled(true);
     field(kCancelar).setEnabled(true);
 }

@@ -460,16 +460,31 @@ void ZoForms::InsertCopiaDDJJ(const QString& idContribuyente, const QString& per
         QStringLiteral(" AND RECTIFICATIVA in ('Falso','False') AND FECHARECTIFICATIVA = '0' "
                        "AND ctrl = '0'"));
     const PeriodCopy copy(padron, objeto, modelPeriod, TwoDigits(periodo), anio.trimmed());
-    // One transaction for speed; what was copied before a failure is kept.
+    // One transaction for speed; each declaration comes over whole, with its
+    // lines and its registration, or not at all, and what was copied before
+    // a failure is kept.
     bool ok = forms != nullptr;
+    QString failure;
     {
         Transaction unit(db, Transaction::Mode::KeepWhatPassed);
-        for (; ok && !forms->EOF_(); forms->MoveNext())
-            if (const FormTables* form = FormTables::find(forms->Text(0)))
-                ok = copy.Copy(*form);
+        for (; ok && !forms->EOF_(); forms->MoveNext()) {
+            const FormTables* form = FormTables::find(forms->Text(0));
+            if (!form)
+                continue;
+            Transaction one(db, Transaction::Mode::AllOrNothing);
+            const bool copied = copy.Copy(*form);
+            ok = one.commit() && copied;
+            failure = one.failure();
+        }
+        if (ok && !unit.commit()) {
+            ok = false;
+            failure = unit.failure();
+        }
     }
     if (!ok)
-        MsgBox(QStringLiteral("Error al intentar generar la copia."), Msg::Exclamation);
+        MsgBox(QStringLiteral("Error al intentar generar la copia.") +
+                   (failure.isEmpty() ? QString() : QStringLiteral("\r\n") + failure),
+               Msg::Exclamation);
 }
 
 // --- Dispatch -------------------------------------------------------------------
@@ -595,15 +610,21 @@ bool ZoForms::deleteTaxpayer(const QString& idContribuyente)
     for (; premises && !premises->EOF_(); premises->MoveNext())
         keys.append(
             {premises->Text(QStringLiteral("padron")), premises->Text(QStringLiteral("objeto"))});
-    for (const auto& k : keys)
-        PadronCascade::Run(k.first, k.second);
-    return db.DeleteRecord(
-        QStringLiteral("DELETE FROM CONTRIBUYENTES WHERE IDCONTRIBUYENTE = ") + id, false);
+    // The taxpayer goes with all its premises, or nothing goes.
+    return SaveWhole([&] {
+        for (const auto& k : keys)
+            PadronCascade::Run(k.first, k.second);
+        db.Execute(QStringLiteral("DELETE FROM CONTRIBUYENTES WHERE IDCONTRIBUYENTE = ") + id);
+        return true;
+    });
 }
 
 void ZoForms::DeletePadron(const QString& padron, const QString& objeto)
 {
-    PadronCascade::Run(padron, objeto);
+    SaveWhole([&] {
+        PadronCascade::Run(padron, objeto);
+        return true;
+    });
 }
 
 void ZoForms::CargaForm(QString parameters, const QString& formulario)

@@ -2,6 +2,7 @@
 
 #include "Globals.h"
 #include "SqlText.h"
+#include "Transaction.h"
 #include "UiPort.h"
 #include "Util.h"
 #include "ZoAccess.h"
@@ -239,8 +240,8 @@ bool Contribuyentes::Validate()
 
 bool Contribuyentes::GuardarContribuyente()
 {
-    // Failures are logged by the gateway and the dialog goes on, as it
-    // always did: the routine answers true.
+    // Failures are logged by the gateway; the unit of work the caller runs
+    // this in tells whether they stood.
     const QString nombre = field(kNombre).text();
     const QString cuit = field(kCuit).text();
     if (NewRecord) {
@@ -275,20 +276,30 @@ void Contribuyentes::aceptar()
     const bool cuitChanged = m_cuitActual != m_cuitCargado;
     if (cuitChanged && refuseTakenCuit(m_cuitActual))
         return;
-    if (!GuardarContribuyente())
+    // The taxpayer and its premises' CUIT stand together or not at all; a
+    // save the database refuses leaves the window open as typed.
+    const QString idAntes = Id;
+    if (!SaveWhole([&] { return GuardarContribuyente() && seguirCuit(cuitChanged); })) {
+        Id = idAntes;
         return;
-    if (cuitChanged) {
-        // Only the premises follow the CUIT; activities and declarations keep
-        // theirs. A stored CUIT cannot be edited here, so the old one is the
-        // empty CUIT of a new taxpayer.
-        QString nuevo = m_cuitActual;
-        QString viejo = m_cuitCargado;
-        gAccess().Execute(QStringLiteral("UPDATE tPadronesComerciales SET cuit = '") +
-                          Sq(nuevo.remove(u'-')) + QStringLiteral("' WHERE cuit = '") +
-                          Sq(viejo.remove(u'-')) + u'\'');
     }
     Saved = true;
     unload();
+}
+
+bool Contribuyentes::seguirCuit(bool cuitChanged)
+{
+    if (!cuitChanged)
+        return true;
+    // Only the premises follow the CUIT; activities and declarations keep
+    // theirs. A stored CUIT cannot be edited here, so the old one is the
+    // empty CUIT of a new taxpayer.
+    QString nuevo = m_cuitActual;
+    QString viejo = m_cuitCargado;
+    gAccess().Execute(QStringLiteral("UPDATE tPadronesComerciales SET cuit = '") +
+                      Sq(nuevo.remove(u'-')) + QStringLiteral("' WHERE cuit = '") +
+                      Sq(viejo.remove(u'-')) + u'\'');
+    return true;
 }
 
 void Contribuyentes::cancelar()
@@ -382,19 +393,22 @@ void Contribuyentes::choosePrincipal()
         QStringLiteral("SELECT padron, objeto, nombre_fantasia FROM tPadronesComerciales WHERE "
                        "Principal = 'X' AND cuit = '") +
         cuit + u'\'');
-    if (marked && !marked->EOF_()) {
-        if (comboEntry(*marked) == chosen)
-            return;
+    if (marked && !marked->EOF_() && comboEntry(*marked) == chosen)
+        return;
+    // The old mark goes only with the new one in place.
+    SaveWhole([&] {
+        if (marked && !marked->EOF_())
+            gAccess().Execute(
+                QStringLiteral("UPDATE tPadronesComerciales SET Principal = NULL WHERE cuit = '") +
+                cuit + u'\'');
+        // The keys are cut from the entry by position; the placeholder marks
+        // nothing, so choosing it only clears the mark.
         gAccess().Execute(
-            QStringLiteral("UPDATE tPadronesComerciales SET Principal = NULL WHERE cuit = '") +
-            cuit + u'\'');
-    }
-    // The keys are cut from the entry by position; the placeholder marks
-    // nothing, so choosing it only clears the mark.
-    gAccess().Execute(
-        QStringLiteral("UPDATE tPadronesComerciales SET Principal = 'X' WHERE cuit = '") + cuit +
-        QStringLiteral("' AND padron = '") + Sq(chosen.left(13)) +
-        QStringLiteral("' AND objeto = '") + Sq(chosen.mid(14, 13)) + u'\'');
+            QStringLiteral("UPDATE tPadronesComerciales SET Principal = 'X' WHERE cuit = '") +
+            cuit + QStringLiteral("' AND padron = '") + Sq(chosen.left(13)) +
+            QStringLiteral("' AND objeto = '") + Sq(chosen.mid(14, 13)) + u'\'');
+        return true;
+    });
 }
 
 bool Contribuyentes::hasCurrentPremises()
@@ -474,10 +488,13 @@ void Contribuyentes::BorraLocal(const QString& padron, const QString& objeto)
                Msg::Information);
         return;
     }
-    if (!padron.isEmpty() && !objeto.isEmpty()) {
-        gAccess().Execute(QStringLiteral("Delete * from tPadronesComerciales where Padron = '") +
-                          Sq(padron) + QStringLiteral("' and Objeto = '") + Sq(objeto) + u'\'');
-    } else {
+    SaveWhole([&] {
+        if (!padron.isEmpty() && !objeto.isEmpty()) {
+            gAccess().Execute(
+                QStringLiteral("Delete * from tPadronesComerciales where Padron = '") + Sq(padron) +
+                QStringLiteral("' and Objeto = '") + Sq(objeto) + u'\'');
+            return true;
+        }
         // Every premises of the taxpayer; those with declarations are passed
         // over without a word. Their activities rows stay.
         const RecordsetPtr rs = gAccess().FillRecordSet(
@@ -491,7 +508,8 @@ void Contribuyentes::BorraLocal(const QString& padron, const QString& objeto)
                     QStringLiteral("Delete * from tPadronesComerciales where padron ='") + Sq(p) +
                     QStringLiteral("' and Objeto = '") + Sq(o) + u'\'');
         }
-    }
+        return true;
+    });
     GetContribuyente();
     cargaGridLocales();
 }

@@ -52,6 +52,8 @@ private:
     void cuitNotice();
     bool refuseTakenCuit(const QString& cuit);
     void aceptar();
+    // The premises follow a CUIT that changed.
+    bool seguirCuit(bool cuitChanged);
     void cancelar();
     void removeOrphans();
     void choosePrincipal();

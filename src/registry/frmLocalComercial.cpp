@@ -5,6 +5,7 @@
 #include "Globals.h"
 #include "Numbers.h"
 #include "SqlText.h"
+#include "Transaction.h"
 #include "UiPort.h"
 #include "Util.h"
 #include "ZoAccess.h"
@@ -484,6 +485,9 @@ void frmLocalComercial::cargaDatos()
 
 void frmLocalComercial::insertActivities()
 {
+    // A premises without its principal activity has no activities row.
+    if (field(activities().at(0).code).text().trimmed().isEmpty())
+        return;
     QStringList columns{QStringLiteral("cuit"), QStringLiteral("padron"), QStringLiteral("objeto")};
     for (const auto& pair : kActivityColumns)
         columns << QString::fromLatin1(pair[0]) << QString::fromLatin1(pair[1]);
@@ -501,11 +505,16 @@ void frmLocalComercial::insertarDatos()
     id.toLongLong(&number);
     if (!number || id == QLatin1String("-1"))
         id = QStringLiteral("1");
-    gAccess().Execute(QStringLiteral("insert into tPadronesComerciales (idContribuyente,") +
-                      kPremisesColumns + QStringLiteral(") values (") + id + u',' +
-                      quotedList(premisesValues()) + u')');
-    if (!field(activities().at(0).code).text().trimmed().isEmpty())
-        insertActivities();
+    // The premises and its activities stand together or not at all; a save
+    // the database refuses leaves the window open as typed.
+    if (!SaveWhole([&] {
+            gAccess().Execute(QStringLiteral("insert into tPadronesComerciales (idContribuyente,") +
+                              kPremisesColumns + QStringLiteral(") values (") + id + u',' +
+                              quotedList(premisesValues()) + u')');
+            insertActivities();
+            return true;
+        }))
+        return;
     refreshOpener();
     unload();
 }
@@ -517,14 +526,19 @@ void frmLocalComercial::actualizarDatos()
     QStringList values = premisesValues();
     QString assignments = kPremisesColumns;
     assignments.replace(u',', QStringLiteral(" = ?,"));
-    gAccess().ExecuteNonQuery(QStringLiteral("UPDATE tPadronesComerciales SET ") + assignments +
-                                  QStringLiteral(" = ? where padron = '") + Sq(Padron) +
-                                  QStringLiteral("' and objeto = '") + Sq(Objeto) + u'\'',
-                              values);
-    gAccess().Execute(QStringLiteral("DELETE FROM Actividades_x_padrones WHERE Padron = '") +
-                      Sq(Padron) + QStringLiteral("' AND Objeto = '") + Sq(Objeto) + u'\'');
-    if (!field(activities().at(0).code).text().trimmed().isEmpty())
-        insertActivities();
+    if (!SaveWhole([&] {
+            gAccess().ExecuteNonQuery(QStringLiteral("UPDATE tPadronesComerciales SET ") +
+                                          assignments + QStringLiteral(" = ? where padron = '") +
+                                          Sq(Padron) + QStringLiteral("' and objeto = '") +
+                                          Sq(Objeto) + u'\'',
+                                      values);
+            gAccess().Execute(
+                QStringLiteral("DELETE FROM Actividades_x_padrones WHERE Padron = '") + Sq(Padron) +
+                QStringLiteral("' AND Objeto = '") + Sq(Objeto) + u'\'');
+            insertActivities();
+            return true;
+        }))
+        return;
     refreshOpener();
     unload();
 }

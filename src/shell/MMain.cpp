@@ -18,15 +18,19 @@ bool Main(const QString& dataFolder)
     const QString databasePath = DatabasePath();
     if (!CheckRegionalSettings())
         return false;
+    // Another program's file, or one that is not a database, is never
+    // written: the person is told and the run ends here.
+    if (!IsOwnDatabase())
+        return false;
 
     Inicial splash;
     splash.show(false);
     ui().yield();
     AdvanceSplash(splash, 0, QStringLiteral("Verificando Base de Datos..."));
     // A new data folder has no database yet: the base tables stand in for
-    // the database that came with the installation. A file that is no
-    // database, or a base that could not be made, is left untouched.
-    const bool usable = EnsureBaseSchema();
+    // the database that came with the installation. A database that can only
+    // be read, or a base that could not be made, is left untouched.
+    const bool usable = WritableDatabase() && EnsureBaseSchema();
     if (usable)
         VerifyDatabase(databasePath, splash);
     AdvanceSplash(splash, 0, QStringLiteral("Aplicando mejoras..."));
@@ -34,6 +38,7 @@ bool Main(const QString& dataFolder)
         ApplyUpgrades(splash);
         UpgradeAddGuidColumns();
         EnsureIndices();
+        MarkDatabase();
     }
 
     ui().setBusy(true);

@@ -1,4 +1,5 @@
 #include <QtTest>
+#include <sqlite3.h>
 
 #include "Db.h"
 #include "ErrorLog.h"
@@ -303,6 +304,37 @@ private slots:
         QCOMPARE(ReadBytes(DatabasePath()), junk);
         QVERIFY(!QFile::exists(DatabasePath() + "-wal"));
         QVERIFY(!QFile::exists(DatabasePath() + "-journal"));
+    }
+
+    // A database of an older version sorted its indices on text by the
+    // engine's own folding, ASCII only; once it takes this program's mark
+    // they are sorted again and find every letter.
+    void olderIndicesAreSortedAgainWithTheMark()
+    {
+        env = std::make_unique<TestEnv>();
+        env->createDatabase();
+        CloseDatabase();
+        sqlite3* raw = nullptr;
+        QCOMPARE(sqlite3_open(DatabasePath().toUtf8().constData(), &raw), SQLITE_OK);
+        QString sql = "PRAGMA application_id = 0; CREATE INDEX ix_nombre ON Contribuyentes "
+                      "(ApellidoNombre);";
+        int id = 0;
+        for (const char* name : {"Ñandú S.A.", "ábaco srl", "Zorro", "Ánima", "oso", "ÑANDU",
+                                 "árbol", "Beta", "éxito", "Elefante", "ñu", "Nube"})
+            for (int copy = 0; copy < 3; ++copy)
+                sql += QString("INSERT INTO Contribuyentes (idContribuyente, ApellidoNombre) "
+                               "VALUES (%1, '%2');")
+                           .arg(++id)
+                           .arg(name);
+        QCOMPARE(sqlite3_exec(raw, sql.toUtf8().constData(), nullptr, nullptr, nullptr), SQLITE_OK);
+        sqlite3_close(raw);
+        QVERIFY(Db::column("PRAGMA integrity_check") != QStringList{"ok"});
+        MarkDatabase();
+        QCOMPARE(Db::column("PRAGMA integrity_check"), QStringList{"ok"});
+        QCOMPARE(Db::column("SELECT COUNT(*) FROM Contribuyentes WHERE ApellidoNombre = "
+                            "'ÑANDÚ S.A.'"),
+                 QStringList{"3"});
+        QCOMPARE(Db::column("PRAGMA application_id"), QStringList{"1297241676"});
     }
 };
 

@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "BrokenDatabase.h"
 #include "FormFixture.h"
 #include "Person.h"
 #include "declarations/F986.h"
@@ -136,6 +137,57 @@ private slots:
             Person(*f).retype(names[3], typed[3]);
             QCOMPARE((*f)["txtImporteDepositar"].text(), expected);
         }
+    }
+
+    // The amount to deposit is worked out but may be typed over: it takes
+    // digits and the decimal symbol only, and leaving it rounds to cents.
+    void importeDepositarTypedOver_data()
+    {
+        Columns<QString, QString>("typed", "left");
+        Row("third decimal rounds", "150,555", "150,56");
+        Row("a dot is no separator", "1.5", "15,00");
+        Row("letters are refused", "12a3", "123,00");
+        Row("thousands", "1234,5", "1.234,50");
+    }
+    void importeDepositarTypedOver()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, left);
+        for (const QString form : {"F986", "F988"}) {
+            auto f = openForm(form, nuevo(form));
+            Person p(*f);
+            p.retype("txtImporteDepositar", typed);
+            p.leave("txtImporteDepositar");
+            QCOMPARE((*f)["txtImporteDepositar"].text(), left);
+        }
+    }
+
+    // A save the database refuses tells why, keeps the form open with what
+    // was typed, and leaves no row of it: not the return without its
+    // registration, nor the other way round.
+    void refusedSaveKeepsTheForm_data() { BrokenDatabase::Rows(); }
+    void refusedSaveKeepsTheForm()
+    {
+        FETCH_BREAKAGE(how);
+        auto f = openForm("F986", nuevo("F986"));
+        Person p(*f);
+        p.type("txtImpPerF985", "500");
+        p.leave("txtImpPerF985");
+        BrokenDatabase::Break(how, "TPadrones_Formularios");
+        p.click("cmdAceptar");
+        QCOMPARE(env->ui().lastText(), BrokenDatabase::SaveFailure(how));
+        QVERIFY(f->isLoaded());
+        QCOMPARE((*f)["txtImpPerF985"].text(), QStringLiteral("500,00"));
+        BrokenDatabase::Mend();
+        QCOMPARE(Db::count("F986"), 0);
+        if (how == Breakage::Damaged)
+            return;
+        QCOMPARE(Db::count("TPadrones_Formularios"), 0);
+        // With the disk writable again the same Aceptar saves.
+        p.click("cmdAceptar");
+        QVERIFY(!f->isLoaded());
+        QCOMPARE(Db::count("F986"), 1);
+        QCOMPARE(Db::count("TPadrones_Formularios"), 1);
     }
 
     void acceptRequiresTheAmountsAndSaves_data() { agentReturns(); }

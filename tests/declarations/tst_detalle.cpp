@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "BrokenDatabase.h"
 #include "Db.h"
 #include "DetalleTestData.h"
 #include "Person.h"
@@ -88,6 +89,32 @@ private slots:
         QCOMPARE(Columna(tabla, "TipoActividad"), QStringList{"Actividades A Clasificar"});
         QCOMPARE(Columna(tabla, "CodigoDetalle"), QStringList{"0001"});
         QCOMPARE(env->ui().texts(), QStringList{kRepetida});
+    }
+
+    // A line the database refuses is not taken as written: the person reads
+    // why and the dialog stays open with the line as typed.
+    void refusedLineKeepsTheDialog_data() { BrokenDatabase::Rows(); }
+    void refusedLineKeepsTheDialog()
+    {
+        FETCH_BREAKAGE(how);
+        auto d = Abrir("F976");
+        Person p(*d);
+        p.type("txtBaseImponible", "1000");
+        p.leave("txtBaseImponible");
+        Rate(*d, "2,40");
+        BrokenDatabase::Break(how, "F976_Detalle");
+        p.click("cmdAceptar");
+        QCOMPARE(env->ui().lastText(), BrokenDatabase::SaveFailure(how));
+        QVERIFY(!d->Aceptado);
+        QVERIFY(d->isLoaded());
+        QCOMPARE((*d)["txtBaseImponible"].text(), QString("1.000,00"));
+        BrokenDatabase::Mend();
+        if (how == Breakage::Damaged)
+            return;
+        QCOMPARE(Columna("F976_Detalle", "CodigoDetalle"), QStringList{});
+        p.click("cmdAceptar");
+        QVERIFY(d->Aceptado);
+        QCOMPARE(Columna("F976_Detalle", "CodigoDetalle"), QStringList{"0001"});
     }
 
     void taxOfTheLine_data()

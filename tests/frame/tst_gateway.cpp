@@ -1,8 +1,11 @@
+#include <QRandomGenerator>
 #include <QtTest>
+#include <sqlite3.h>
 
 #include "Controller.h"
 #include "Db.h"
 #include "ErrorLog.h"
+#include "FoldedText.h"
 #include "Globals.h"
 #include "JetSql.h"
 #include "TestSupport.h"
@@ -99,6 +102,66 @@ private slots:
         QFETCH(QString, sql);
         QFETCH(QString, result);
         QCOMPARE(db.GetString(sql), result);
+    }
+
+    // Text compares as Jet compared it: case is ignored for every letter,
+    // accented ones and Ñ included, in NOCASE columns, LIKE, UPPER and LOWER;
+    // accents still count, and letters sort as in Spanish.
+    void textFoldsEveryLetter_data()
+    {
+        Columns<QString, QString>("sql", "result");
+        Row("equal", "SELECT Nombre FROM w WHERE Nombre = 'ÑANDÚ'", "Ñandú");
+        Row("in a list", "SELECT COUNT(*) FROM w WHERE Nombre IN ('ÁRBOL', 'x')", "1");
+        Row("like", "SELECT Nombre FROM w WHERE Nombre LIKE '%CIÓN%'", "elaboración");
+        Row("like in mixed case", "SELECT Nombre FROM w WHERE Nombre LIKE 'eLaBoRaCiÓn'",
+            "elaboración");
+        Row("one character is a whole letter", "SELECT Nombre FROM w WHERE Nombre LIKE '_ANDÚ'",
+            "Ñandú");
+        Row("escape", "SELECT Nombre FROM w WHERE Nombre LIKE '%0!%%' ESCAPE '!'", "100% natural");
+        Row("accents count", "SELECT COUNT(*) FROM w WHERE Nombre = 'NANDU'", "0");
+        Row("like null", "SELECT COUNT(*) FROM w WHERE Nombre LIKE NULL", "0");
+        Row("upper", "SELECT UPPER('ñandú árbol')", "ÑANDÚ ÁRBOL");
+        Row("ucase", "SELECT UCASE('elaboración')", "ELABORACIÓN");
+        Row("lower", "SELECT LOWER('ÑANDÚ ÁRBOL')", "ñandú árbol");
+        Row("spanish order",
+            "SELECT group_concat(Nombre, '|') FROM (SELECT Nombre FROM w ORDER BY Nombre)",
+            "100% natural|ábaco|Árbol|Azul|elaboración|Nube|Ñandú|ñu|Oso");
+        Row("distinct", "SELECT COUNT(*) FROM (SELECT DISTINCT UPPER(Nombre) FROM w)", "9");
+    }
+    void textFoldsEveryLetter()
+    {
+        QFETCH(QString, sql);
+        QFETCH(QString, result);
+        db.Execute("CREATE TABLE w (Nombre TEXT(50))");
+        db.Execute("CREATE INDEX ix_w ON w (Nombre)");
+        for (const char* name : {"Oso", "ñu", "Ñandú", "Nube", "elaboración", "Azul", "Árbol",
+                                 "ábaco", "100% natural"})
+            db.Execute(QStringLiteral("INSERT INTO w (Nombre) VALUES ('%1')").arg(name));
+        QCOMPARE(db.GetString(sql), result);
+        QCOMPARE(db.GetString("PRAGMA integrity_check"), QString("ok"));
+    }
+
+    // Plain ASCII text sorts exactly as the engine's own NOCASE sorted it, so
+    // that an index made before keeps its order.
+    void asciiSortsAsTheEngineDid()
+    {
+        const QByteArray letters = "aAzZbB09 _[]^`{}~@-.";
+        QRandomGenerator random(1976);
+        auto text = [&] {
+            QByteArray t;
+            for (int n = random.bounded(0, 6); n > 0; --n)
+                t += letters.at(random.bounded(letters.size()));
+            return t;
+        };
+        for (int i = 0; i < 5000; ++i) {
+            const QByteArray a = text();
+            const QByteArray b = text();
+            const int ours =
+                CompareFolded(a.constData(), int(a.size()), b.constData(), int(b.size()));
+            const int engine = sqlite3_stricmp(a.constData(), b.constData());
+            QVERIFY2((ours > 0) == (engine > 0) && (ours < 0) == (engine < 0),
+                     qPrintable(a + " / " + b));
+        }
     }
 
     void readersKeepTheirDefaults()
@@ -249,7 +312,8 @@ private slots:
         Columns<int, QString>("code", "text");
         Row("full disk", 13, "No se pudo guardar: el disco está lleno.");
         Row("read-only", 8, "No se pudo guardar: la base de datos es de solo lectura.");
-        Row("read-only wal", 8 | (1 << 8), "No se pudo guardar: la base de datos es de solo lectura.");
+        Row("read-only wal", 8 | (1 << 8),
+            "No se pudo guardar: la base de datos es de solo lectura.");
         Row("damaged", 11, "No se pudo guardar: la base de datos está dañada.");
         Row("not a database", 26, "No se pudo guardar: la base de datos está dañada.");
     }

@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "BrokenDatabase.h"
 #include "ErrorLog.h"
 #include "Globals.h"
 #include "NavigationData.h"
@@ -818,6 +819,28 @@ private slots:
             Person(w).click("cmdCancelar");
         });
         QVERIFY(g_handed.isEmpty());
+    }
+
+    // A deletion the database refuses takes nothing away: not the
+    // declaration without its lines, nor its registration without it.
+    void refusedDeletionKeepsTheDeclaration_data() { BrokenDatabase::Rows(); }
+    void refusedDeletionKeepsTheDeclaration()
+    {
+        FETCH_BREAKAGE(how);
+        AddPremises("1", "2", "1", "1");
+        const Declaration original{"F976", "05-2024"};
+        AddLine("F976", AddDeclaration(original), "0", "0", "0001");
+        SeleccionFormulario w;
+        w.Parametros = kHead + "Formulario=F976;Nuevo=Falso;ConDatos=Verdadero;"
+                               "Rectificativa=False;FechaRectificativa=0;ctrl=0;";
+        w.load();
+        BrokenDatabase::Break(how, "TPadrones_Formularios");
+        env->ui().answer("Esta seguro de eliminar el formulario?", Msg::Yes);
+        w.Eliminar();
+        QCOMPARE(env->ui().lastText(), BrokenDatabase::SaveFailure(how));
+        BrokenDatabase::Mend();
+        QCOMPARE(Db::count("F976"), 1);
+        QCOMPARE(Db::count("F976_Detalle"), 1);
     }
 
     void theHeaderRecordOfEachForm_data()

@@ -53,6 +53,12 @@ private slots:
         Row("any case", "GANADO BOV", QStringList{Reg::kBovino + " " + Reg::kBovinoName});
         Row("inside the name", "ción de fiambres",
             QStringList{Reg::kFiambres + " " + Reg::kFiambresName});
+        // Case is ignored for accented letters too.
+        Row("ELABORACIÓN", "ELABORACIÓN DE QUESOS", QStringList{"105020 Elaboración de quesos"});
+        Row("FABRICACIÓN", "FABRICACIÓN DE FIAMBRES",
+            QStringList{Reg::kFiambres + " " + Reg::kFiambresName});
+        Row("DE PANADERÍA", "DE PANADERÍA N",
+            QStringList{"107129 Elaboración de productos de panadería n.c.p."});
         Row("nothing matches", "zzzz", QStringList{});
         Row("a quote", "o'higgins", QStringList{});
     }

@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "BrokenDatabase.h"
 #include "Person.h"
 #include "RegistryTestData.h"
 #include "TestSupport.h"
@@ -102,6 +103,36 @@ private slots:
                               "20123456786|0000000000123|" + Reg::kBovino}));
         QVERIFY(env->ui().messages().isEmpty());
         QVERIFY(!ErrorsLogged());
+    }
+
+    // A new taxpayer whose save the database refuses is not lost in silence:
+    // the person reads why and the dialog stays open with what was typed,
+    // its premises kept, until a save stands.
+    void refusedSaveKeepsTheDialog_data() { BrokenDatabase::Rows(); }
+    void refusedSaveKeepsTheDialog()
+    {
+        FETCH_BREAKAGE(how);
+        Contribuyentes w;
+        Person p(w);
+        p.type("txtCuit", Reg::kCuit);
+        p.type("txtApellidoNombre", "perez juan");
+        nextPremises(env->ui(), {.padron = "123", .objeto = "1", .fantasia = "CENTRAL"});
+        p.click("cmdAgregar");
+        BrokenDatabase::Break(how);
+        p.click("cmdAceptar");
+        QCOMPARE(env->ui().lastText(), BrokenDatabase::SaveFailure(how));
+        QVERIFY(w.isLoaded());
+        QVERIFY(!w.Saved);
+        QCOMPARE(w["txtCuit"].text(), Reg::kCuitMasked);
+        QCOMPARE(w["txtApellidoNombre"].text(), QString("PEREZ JUAN"));
+        BrokenDatabase::Mend();
+        QCOMPARE(Db::count("tPadronesComerciales"), 1);
+        if (how == Breakage::Damaged)
+            return;
+        QCOMPARE(Db::count("Contribuyentes"), 0);
+        p.click("cmdAceptar");
+        QVERIFY(w.Saved);
+        QCOMPARE(Db::rows(kTaxpayers), QStringList{"1|PEREZ JUAN|" + Reg::kCuitMasked});
     }
 
     void aSecondTaxpayerGetsTheNextId()

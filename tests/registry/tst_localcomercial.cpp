@@ -1,5 +1,6 @@
 #include <QtTest>
 
+#include "BrokenDatabase.h"
 #include "Person.h"
 #include "RegistryTestData.h"
 #include "TestSupport.h"
@@ -74,6 +75,24 @@ class TstLocalComercial : public EnvTest
     }
 
 private slots:
+    // A premises is stored with its activities or not at all: a save the
+    // database refuses half way leaves neither, says why, and keeps the
+    // dialog open as typed.
+    void refusedSaveStoresNothing_data() { BrokenDatabase::Rows(); }
+    void refusedSaveStoresNothing()
+    {
+        FETCH_BREAKAGE(how);
+        frmLocalComercial& d = newDialog();
+        Reg::typePremises(d, {.padron = "123", .objeto = "1", .fantasia = "CENTRAL"});
+        BrokenDatabase::Break(how, "Actividades_x_padrones");
+        Person(d).click("cmdAceptar");
+        QCOMPARE(env->ui().lastText(), BrokenDatabase::SaveFailure(how));
+        QVERIFY(d.isLoaded());
+        QCOMPARE(d["txtNombreFantasia"].text(), QString("CENTRAL"));
+        BrokenDatabase::Mend();
+        QCOMPARE(Db::count("tPadronesComerciales"), 0);
+    }
+
     void newPremisesIsStoredAsTyped()
     {
         frmLocalComercial& d = newDialog();

@@ -1,14 +1,17 @@
+#include <QDir>
 #include <QtTest>
+#include <sqlite3.h>
 
+#include "BrokenDatabase.h"
 #include "Db.h"
 #include "Globals.h"
-#include "shell/MMain.h"
 #include "Person.h"
-#include "shell/Principal.h"
 #include "RegionalSettings.h"
 #include "TestSupport.h"
 #include "ZoAccess.h"
 #include "database/Schema.h"
+#include "shell/MMain.h"
+#include "shell/Principal.h"
 
 namespace {
 
@@ -18,6 +21,17 @@ QStringList menuTexts()
     for (const ListItem& item : gPrincipal().field("mnuListadoContribuyentes").items())
         out << item.text + (item.enabled ? "" : " [off]");
     return out;
+}
+
+// A database of another program, made by the engine alone.
+void writeForeignDatabase(const QString& path, const QStringList& statements)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    sqlite3* db = nullptr;
+    QCOMPARE(sqlite3_open(path.toUtf8().constData(), &db), SQLITE_OK);
+    for (const QString& sql : statements)
+        QCOMPARE(sqlite3_exec(db, sql.toUtf8().constData(), nullptr, nullptr, nullptr), SQLITE_OK);
+    sqlite3_close(db);
 }
 
 } // namespace
@@ -112,14 +126,127 @@ private slots:
         QVERIFY(!gPrincipal().isLoaded());
     }
 
-    void notADatabaseIsKeptAndTheWindowOpensEmpty()
+    // A Morvel.db that is not this program's is never written, not even
+    // beside it: the person is told, naming the file, and the run ends.
+    void foreignFileIsNeverWritten_data()
     {
-        const QByteArray junk = QByteArray("not a database, but a person's file. ").repeated(100);
-        QVERIFY(WriteBytes(env->dataPath() + "/Morvel.db", junk));
-        QVERIFY(Main(env->dataPath()));
-        QCOMPARE(menuTexts(), QStringList{"(Vacio) [off]"});
+        Columns<QStringList, QByteArray, QString>("statements", "bytes", "why");
+        const QString foreign = "no es una base de datos de Morvel: pertenece a otro programa.";
+        const QString damaged = "está dañado o no es una base de datos.";
+        Row("another program's tables",
+            QStringList{"PRAGMA journal_mode=DELETE", "CREATE TABLE clientes (nombre TEXT)",
+                        "INSERT INTO clientes VALUES ('ÑANDÚ S.A.')"},
+            QByteArray(), foreign);
+        Row("another program's mark on tables like ours",
+            QStringList{"PRAGMA application_id = 1234", "CREATE TABLE Contribuyentes (Cuit TEXT)",
+                        "CREATE TABLE Opciones (Opcion TEXT)"},
+            QByteArray(), foreign);
+        Row("only one of our tables", QStringList{"CREATE TABLE Contribuyentes (Cuit TEXT)"},
+            QByteArray(), foreign);
+        Row("not a database", QStringList{},
+            QByteArray("not a database, but a person's file. ").repeated(100), damaged);
+        Row("a database whose header is spoilt", QStringList{},
+            QByteArray("SQLite format 3").append(QByteArray(4081, '\x01')), damaged);
+    }
+    void foreignFileIsNeverWritten()
+    {
+        QFETCH(QStringList, statements);
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, why);
+        const QString path = env->dataPath() + "/Morvel.db";
+        if (statements.isEmpty())
+            QVERIFY(WriteBytes(path, bytes));
+        else
+            writeForeignDatabase(path, statements);
+        const QByteArray before = ReadBytes(path);
+        QVERIFY(!Main(env->dataPath()));
+        QCOMPARE(env->ui().lastText(), "El archivo " + path + " " + why +
+                                           "\r\nNo se modificará. El programa se cerrará.");
+        QVERIFY(env->ui().shownWindows().isEmpty());
+        // Whatever else asks the gateway to write, nothing reaches the file.
+        gAccess().Execute("CREATE TABLE Intruso (a TEXT)");
+        CreateCurrentDatabase();
         CloseDatabase();
-        QCOMPARE(ReadBytes(env->dataPath() + "/Morvel.db"), junk);
+        QCOMPARE(ReadBytes(path), before);
+        QCOMPARE(QDir(env->dataPath()).entryList({"Morvel.db*"}, QDir::Files),
+                 QStringList{"Morvel.db"});
+    }
+
+    // The program's own databases carry its mark, new and older ones alike,
+    // and run with the write-ahead journal.
+    void ownDatabasesCarryTheMark()
+    {
+        QVERIFY(Main(env->dataPath()));
+        QCOMPARE(Db::column("PRAGMA application_id"), QStringList{"1297241676"});
+        QCOMPARE(Db::column("PRAGMA journal_mode"), QStringList{"wal"});
+        gPrincipal().unload();
+        Db::exec("PRAGMA application_id = 0");
+        CloseDatabase();
+        QVERIFY(Main(env->dataPath()));
+        QCOMPARE(Db::column("PRAGMA application_id"), QStringList{"1297241676"});
+        QVERIFY(env->ui().messages().isEmpty());
+    }
+
+    // A database that can only be read opens for reading, with nothing
+    // written in it or beside it, and the person knows nothing will be saved.
+    void readOnlyDatabaseIsReadAndLeftAlone()
+    {
+        env->createDatabase();
+        Db::insert("Contribuyentes",
+                   {"idContribuyente=1", "ApellidoNombre=PEREZ JUAN", "Cuit=20-12345678-6"});
+        CloseDatabase();
+        const QString path = DatabasePath();
+        const QByteArray before = ReadBytes(path);
+        QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::ReadGroup));
+        QVERIFY(Main(env->dataPath()));
+        QCOMPARE(env->ui().lastText(),
+                 "La base de datos " + path +
+                     " es de solo lectura: podrá consultar los datos, pero no se guardará ningún "
+                     "cambio.");
+        QCOMPARE(menuTexts(), QStringList{"1: PEREZ JUAN - 20-12345678-6"});
+        gPrincipal().unload();
+        CloseDatabase();
+        QCOMPARE(ReadBytes(path), before);
+        QCOMPARE(QDir(env->dataPath()).entryList({"Morvel.db*"}, QDir::Files),
+                 QStringList{"Morvel.db"});
+        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
+    }
+
+    // A first start on a full disk makes no half database and says why the
+    // program opens empty.
+    void firstStartOnAFullDiskSaysSo()
+    {
+        BrokenDatabase::Break(Breakage::DiskFull);
+        QVERIFY(Main(env->dataPath()));
+        QCOMPARE(env->ui().lastText(), "No se pudo crear la base de datos " + DatabasePath() +
+                                           ".\r\nNo se pudo guardar: el disco está lleno.");
+        QCOMPARE(menuTexts(), QStringList{"(Vacio) [off]"});
+        gPrincipal().unload();
+        BrokenDatabase::Mend();
+        QCOMPARE(Db::tables(), QStringList{});
+    }
+
+    // A read-only run of an older version left read-only journal files
+    // beside the database: once the database may be written again, they no
+    // longer stand in the way of a save.
+    void readOnlyJournalFilesAreMended()
+    {
+        env->createDatabase();
+        CloseDatabase();
+        const QString path = DatabasePath();
+        for (const char* suffix : {"-wal", "-shm"})
+            QVERIFY(WriteBytes(path + suffix, QByteArray()));
+        for (const char* suffix : {"-wal", "-shm"})
+            QVERIFY(QFile::setPermissions(path + suffix, QFile::ReadOwner | QFile::ReadGroup));
+        QVERIFY(Main(env->dataPath()));
+        QVERIFY(env->ui().messages().isEmpty());
+        Db::insert("Contribuyentes",
+                   {"idContribuyente=1", "ApellidoNombre=PEREZ JUAN", "Cuit=20-12345678-6"});
+        for (const char* suffix : {"-wal", "-shm"})
+            QVERIFY(QFileInfo(path + suffix).permissions() & QFile::WriteOwner);
+        gPrincipal().unload();
+        CloseDatabase();
+        QCOMPARE(Db::count("Contribuyentes"), 1);
     }
 
     void rejectedRegionalSettingsEndBeforeTheSplash()

@@ -7,6 +7,7 @@
 #include <QStandardPaths>
 #include <QTest>
 
+#include "BrokenDatabase.h"
 #include "ErrorLog.h"
 #include "Globals.h"
 #include "RegionalSettings.h"
@@ -26,6 +27,7 @@ TestEnv::TestEnv() : m_ui(std::make_unique<ScriptedUi>())
 
 TestEnv::~TestEnv()
 {
+    BrokenDatabase::RepairDisk();
     CloseDatabase();
     setUi(nullptr);
     Regional::reload();
