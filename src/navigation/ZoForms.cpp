@@ -241,10 +241,21 @@ void ZoForms::addDeclarations(TreeBuild& build, const QString& premisesKey, cons
         quoted(padron) + QStringLiteral(" AND pf.objeto = ") + quoted(objeto) +
         QStringLiteral(" ORDER BY right(pf.Periodo,4), mid(pf.Periodo,1,2), fo.Orden, pf.id, "
                        "pf.FechaRectificativa DESC"));
+    // The columns by name once, not on every row.
+    struct {
+        int periodo, rectificativa, fecharectificativa, ctrl, leyendagenerado, idformulario;
+    } column{};
+    if (rs)
+        column = {rs->indexOf(QStringLiteral("Periodo")),
+                  rs->indexOf(QStringLiteral("Rectificativa")),
+                  rs->indexOf(QStringLiteral("FechaRectificativa")),
+                  rs->indexOf(QStringLiteral("ctrl")),
+                  rs->indexOf(QStringLiteral("LeyendaGenerado")),
+                  rs->indexOf(QStringLiteral("idFormulario"))};
     QString year, month, yearKey, monthKey;
     int rectifications = 0;
     for (; rs && !rs->EOF_(); rs->MoveNext()) {
-        const QString period = rs->Text(QStringLiteral("Periodo"));
+        const QString period = rs->Text(column.periodo);
         if (period.right(4) != year || yearKey.isEmpty()) {
             year = period.right(4);
             yearKey = premisesKey + QStringLiteral(";Anio=") + year;
@@ -257,10 +268,10 @@ void ZoForms::addDeclarations(TreeBuild& build, const QString& premisesKey, cons
             monthKey = yearKey + QStringLiteral(";Periodo=") + month;
             build.model.add(yearKey, monthKey, QStringLiteral("Periodo: ") + month, kCarpeta);
         }
-        const QString rect = rs->Text(QStringLiteral("Rectificativa"));
-        const QString date = rs->Text(QStringLiteral("FechaRectificativa"));
-        const QString ctrl = rs->Text(QStringLiteral("ctrl"));
-        QString caption = rs->Text(QStringLiteral("LeyendaGenerado"));
+        const QString rect = rs->Text(column.rectificativa);
+        const QString date = rs->Text(column.fecharectificativa);
+        const QString ctrl = rs->Text(column.ctrl);
+        QString caption = rs->Text(column.leyendagenerado);
         if (IsYesText(rect)) {
             ++rectifications;
             caption += QStringLiteral(" (Rectif. N° ") + QString::number(rectifications) + u' ' +
@@ -268,10 +279,10 @@ void ZoForms::addDeclarations(TreeBuild& build, const QString& premisesKey, cons
         } else {
             rectifications = 0;
         }
-        QString key =
-            monthKey + QStringLiteral(";Formulario=") + rs->Text(QStringLiteral("idFormulario")) +
-            QStringLiteral(";Nuevo=Falso;ConDatos=Verdadero;Rectificativa=") + rect +
-            QStringLiteral(";FechaRectificativa=") + date + QStringLiteral(";ctrl=") + ctrl;
+        QString key = monthKey + QStringLiteral(";Formulario=") + rs->Text(column.idformulario) +
+                      QStringLiteral(";Nuevo=Falso;ConDatos=Verdadero;Rectificativa=") + rect +
+                      QStringLiteral(";FechaRectificativa=") + date + QStringLiteral(";ctrl=") +
+                      ctrl;
         // A row from before ctrl existed takes the count of its rectification.
         if (read(key, QStringLiteral("ctrl")).isEmpty())
             key += QString::number(rectifications);
