@@ -30,6 +30,16 @@ inline double ms(const QElapsedTimer& t)
     return t.nsecsElapsed() / 1e6;
 }
 
+// The widget of that name in the windows on screen.
+template <class T> T* shown(const QString& name)
+{
+    for (QWidget* top : QApplication::topLevelWidgets())
+        if (top->isVisible())
+            if (T* found = top->findChild<T*>(name))
+                return found;
+    return nullptr;
+}
+
 // Counts the paint events a widget receives.
 class PaintWatch : public QObject
 {

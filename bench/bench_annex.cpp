@@ -104,24 +104,6 @@ QString parametros()
            kCodigo + u';';
 }
 
-QTableWidget* shownGrid()
-{
-    for (QWidget* top : QApplication::topLevelWidgets())
-        if (top->isVisible())
-            if (auto* grid = top->findChild<QTableWidget*>(QStringLiteral("gridFormulario")))
-                return grid;
-    return nullptr;
-}
-
-QPushButton* shownButton(const QString& name)
-{
-    for (QWidget* top : QApplication::topLevelWidgets())
-        if (top->isVisible())
-            if (auto* button = top->findChild<QPushButton*>(name))
-                return button;
-    return nullptr;
-}
-
 // --- the program ---------------------------------------------------------------
 
 QSize g_gridSize(700, 300);
@@ -139,7 +121,7 @@ void runProgram(Times& times, int lines)
     form.Parametros = parametros();
     QElapsedTimer t;
     QTimer::singleShot(0, [&] {
-        QTableWidget* grid = shownGrid();
+        auto* grid = Bench::shown<QTableWidget>(QStringLiteral("gridFormulario"));
         if (!grid) {
             std::printf("the form's grid is not shown\n");
             form.unload();
@@ -165,14 +147,14 @@ void runProgram(Times& times, int lines)
         QApplication::processEvents();
         painted = watch.paints();
         t.restart();
-        shownButton(QStringLiteral("cmdQuitar"))->click();
+        Bench::shown<QPushButton>(QStringLiteral("cmdQuitar"))->click();
         watch.waitPaintedAfter(painted);
         times.remove.push_back(Bench::ms(t));
         if (form["gridFormulario"].rowCount() != lines - 1)
             std::printf("  the line was not removed\n");
 
         t.restart();
-        shownButton(QStringLiteral("cmdAceptar"))->click();
+        Bench::shown<QPushButton>(QStringLiteral("cmdAceptar"))->click();
         QApplication::processEvents();
         times.accept.push_back(Bench::ms(t));
         if (form.isLoaded()) {

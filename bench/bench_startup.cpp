@@ -157,7 +157,7 @@ int main(int argc, char* argv[])
         warmFull.push_back(warmStart(full));
     }
     const double b = median(bare);
-    char title[96];
+    char title[160];
     std::snprintf(title, sizeof title,
                   "process start to main window painted, median of %d (reference: bare main "
                   "window with a menu and a label)",

@@ -2,8 +2,9 @@
 // widgets on the offscreen platform: years of declarations of all eight forms,
 // each with two rectifications (twenty years: 6,024 nodes). Times the window
 // opened until its tree is painted, and the tree refilled and painted again
-// as after a saved form; beside each, the reference: a bare QTreeWidget window
-// with the same nodes as bare items from one prepared SQLite read. Program
+// as after a saved form; beside each, the reference: the same window, as
+// drawn, whose tree gets the same nodes as bare items from one prepared
+// SQLite read. Program
 // and reference run in turn, several times; medians. Then the resident memory
 // with the tree open (the main window and the taxpayer's window, each process
 // started anew) beside a bare window with as many bare tree items.
@@ -22,6 +23,7 @@
 #include "SqliteDatabase.h"
 #include "ZoAccess.h"
 #include "database/Schema.h"
+#include "frame/view/ViewRegistry.h"
 #include "navigation/ContribuyentesDatos.h"
 #include "navigation/ZoForms.h"
 #include "shell/MMain.h"
@@ -87,15 +89,6 @@ void buildData(const QString& folder, int years)
     CloseDatabase();
 }
 
-QTreeWidget* shownTree()
-{
-    for (QWidget* top : QApplication::topLevelWidgets())
-        if (top->isVisible())
-            if (auto* tree = top->findChild<QTreeWidget*>(QStringLiteral("trvDatos")))
-                return tree;
-    return nullptr;
-}
-
 struct Times {
     std::vector<double> open, refresh;
     int nodes = 0;
@@ -113,7 +106,7 @@ void runProgram(Times& times, const std::function<void()>& script = {})
     datos.CuitContribuyente = QStringLiteral("30-71234567-1");
     QElapsedTimer t;
     QTimer::singleShot(0, [&] {
-        QTreeWidget* tree = shownTree();
+        auto* tree = Bench::shown<QTreeWidget>(QStringLiteral("trvDatos"));
         if (!tree) {
             std::printf("the tree is not shown\n");
             datos.unload();
@@ -236,19 +229,28 @@ private:
     QTreeWidget& m_tree;
 };
 
+// The taxpayer's window as drawn, without its controller and binder; or, for
+// the memory, a bare window with a bare tree.
 int runReference(Times& times, sqlite3* db, const std::function<void()>& script = {})
 {
     QElapsedTimer t;
     t.start();
-    QWidget window;
-    window.resize(640, 480);
-    auto* tree = new QTreeWidget(&window);
-    tree->setHeaderHidden(true);
-    tree->setGeometry(8, 8, 400, 460);
+    std::unique_ptr<QWidget> window;
+    QTreeWidget* tree = nullptr;
+    if (script) {
+        window = std::make_unique<QWidget>();
+        window->resize(640, 480);
+        tree = new QTreeWidget(window.get());
+        tree->setHeaderHidden(true);
+        tree->setGeometry(8, 8, 400, 460);
+    } else {
+        window.reset(CreateView(QStringLiteral("ContribuyentesDatos")));
+        tree = window->findChild<QTreeWidget*>(QStringLiteral("trvDatos"));
+    }
     Bench::PaintWatch watch(tree->viewport());
     ReferenceTree reference(*tree);
     const int nodes = reference.fill(db);
-    window.show();
+    window->show();
     watch.waitPaintedAfter(0);
     times.open.push_back(Bench::ms(t));
     if (script) {
@@ -282,6 +284,8 @@ int programMemoryChild(int argc, char* argv[], const QString& folder)
     RegisterAllViews();
     Main(folder + QStringLiteral("/data"));
     QApplication::processEvents();
+    if (qEnvironmentVariableIsSet("BENCH_DEBUG"))
+        std::fprintf(stderr, "after Main: %.1f MiB\n", Bench::residentMiB());
     Times times;
     runProgram(times, printMemory);
     gPrincipal().unload();
