@@ -1,35 +1,35 @@
 // Start-up time, as a person waits for it: from the start of a process to the
-// main window shown (and closed), for Morvel on an empty database and on one
-// with 2,000 taxpayers, beside a bare Qt program that shows one empty main
-// window. Each is run as its own process, several times, in the same run;
-// medians in milliseconds. The warm in-process time of Main is printed too.
+// main window painted, for Morvel on an empty database and on one with 2,000
+// taxpayers, beside the reference: a bare Qt program that paints one main
+// window with a menu and a label. Each is run as its own process, in turn,
+// several times; medians in milliseconds. The warm in-process time of Main
+// is printed too.
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QLabel>
 #include <QMainWindow>
+#include <QMenuBar>
 #include <QProcess>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <algorithm>
 #include <cstdio>
 
+#include "BenchSupport.h"
 #include "Globals.h"
-#include "shell/MMain.h"
-#include "shell/Principal.h"
 #include "Transaction.h"
 #include "ZoAccess.h"
 #include "frame/view/QtUi.h"
 #include "frame/view/ViewRegistry.h"
+#include "shell/MMain.h"
+#include "shell/Principal.h"
 #include "shell/view/ShellViews.h"
 
 namespace {
 
-constexpr int kRuns = 9;
-
-double median(std::vector<double> v)
-{
-    std::sort(v.begin(), v.end());
-    return v[v.size() / 2];
-}
+constexpr int kRuns = 15;
+constexpr double kGoal = 1.5;
+using Bench::median;
 
 void isolateSettings(const QString& folder)
 {
@@ -37,16 +37,34 @@ void isolateSettings(const QString& folder)
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder + "/settings");
 }
 
-// The child processes: each shows its window, lets it draw, and ends.
+// The child processes: each shows its window, lets it paint, and ends.
 int bareChild(int argc, char* argv[])
 {
     QApplication app(argc, argv);
     QMainWindow w;
+    w.menuBar()->addMenu(QStringLiteral("&Archivo"))->addAction(QStringLiteral("&Salir"));
+    w.setCentralWidget(new QLabel(QStringLiteral("Morvel")));
     w.resize(900, 620);
+    Bench::PaintWatch watch(&w);
     w.show();
-    QApplication::processEvents();
+    watch.waitPaintedAfter(0);
     return 0;
 }
+
+// Notes the first paint of a main window, wherever in the start-up it comes.
+class MainWindowPainted : public QObject
+{
+public:
+    bool painted = false;
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint && qobject_cast<QMainWindow*>(watched))
+            painted = true;
+        return false;
+    }
+};
 
 int morvelChild(int argc, char* argv[], const QString& folder)
 {
@@ -56,8 +74,13 @@ int morvelChild(int argc, char* argv[], const QString& folder)
     QtUi port;
     setUi(&port);
     RegisterAllViews();
+    MainWindowPainted watch;
+    app.installEventFilter(&watch);
     Main(folder + "/data");
-    QApplication::processEvents();
+    QElapsedTimer guard;
+    guard.start();
+    while (!watch.painted && guard.elapsed() < 5000)
+        QApplication::processEvents();
     gPrincipal().unload();
     CloseDatabase();
     return 0;
@@ -136,13 +159,14 @@ int main(int argc, char* argv[])
         warmFull.push_back(warmStart(full));
     }
     const double b = median(bare);
-    std::printf("process start to window shown (median of %d):\n", kRuns);
-    std::printf("  bare Qt program, empty main window: %7.1f ms\n", b);
-    std::printf("  Morvel, empty database:             %7.1f ms  (%.2fx bare)\n",
-                median(emptyRuns), median(emptyRuns) / b);
-    std::printf("  Morvel, 2,000 taxpayers:            %7.1f ms  (%.2fx bare)\n",
-                median(fullRuns), median(fullRuns) / b);
-    std::printf("target: no more than 2x bare\n");
+    char title[160];
+    std::snprintf(title, sizeof title,
+                  "process start to main window painted, median of %d (reference: bare main "
+                  "window with a menu and a label)",
+                  kRuns);
+    Bench::printHeader(title, kGoal);
+    Bench::printRatio("empty database", median(emptyRuns), b, kGoal);
+    Bench::printRatio("2,000 taxpayers", median(fullRuns), b, kGoal);
     std::printf("warm, Main to main window closed, in one process:\n");
     std::printf("  empty database:                     %7.1f ms\n", median(warmEmpty));
     std::printf("  2,000 taxpayers:                    %7.1f ms\n", median(warmFull));

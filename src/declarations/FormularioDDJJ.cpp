@@ -503,8 +503,11 @@ void FormularioDDJJ::PropGrid()
     if (m_def.tablaDetalle.isEmpty())
         return;
     Field& grid = field(kGrid);
-    grid.setHeader(m_def.titulosGrilla);
     grid.rightAligned = m_def.columnasDerecha;
+    // The lines were just shown under these titles (cargaDatos): the grid is
+    // drawn again only when they are not there yet.
+    if (grid.header() != m_def.titulosGrilla)
+        grid.setHeader(m_def.titulosGrilla);
     AutoSizeGridColumns(grid);
 }
 

@@ -10,17 +10,20 @@ void TreeModel::clear()
 int TreeModel::add(const QString& parentKey, const QString& key, const QString& text,
                    const QString& image)
 {
-    if (m_byKey.contains(key))
-        return -1;
     int parent = -1;
     if (!parentKey.isEmpty()) {
         parent = indexOf(parentKey);
         if (parent < 0)
             return -1;
     }
+    // One look-up of the new key: it takes the next index unless it is taken.
     const int index = int(m_nodes.size());
+    const qsizetype before = m_byKey.size();
+    int& slot = m_byKey[key];
+    if (m_byKey.size() == before)
+        return -1;
+    slot = index;
     m_nodes.push_back(TreeNode{key, text, image, parent, false, {}});
-    m_byKey.insert(key, index);
     if (parent >= 0)
         m_nodes[parent].children.push_back(index);
     return index;

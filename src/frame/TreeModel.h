@@ -37,6 +37,13 @@ public:
         return m_selected >= 0 && m_selected < count() ? &m_nodes.at(m_selected) : nullptr;
     }
 
+    // Gives back the room kept for nodes yet to come, once a build is done.
+    void squeeze()
+    {
+        m_nodes.squeeze();
+        m_byKey.squeeze();
+    }
+
     // Expands every ancestor so that the node shows.
     void ensureVisible(int index);
 

@@ -8,14 +8,28 @@ namespace {
 const QString kPeriodo = QStringLiteral(";Periodo=");
 const QString kFormulario = QStringLiteral(";Formulario=");
 
-// The key cut after the value of `marker`, or "" when the key lacks it.
-QString cutAfterValue(const QString& key, const QString& marker)
+// The length of the key cut after the value of `marker`, or -1 when the key
+// lacks it.
+int cutAfterValue(const QString& key, const QString& marker)
 {
     const int at = int(key.indexOf(marker));
     if (at < 0)
-        return {};
+        return -1;
     const int end = int(key.indexOf(u';', at + marker.size()));
-    return end < 0 ? key : key.left(end);
+    return end < 0 ? int(key.size()) : end;
+}
+
+// Puts the key cut at `length` into `set`, unless it is the cut last put
+// there: the nodes of one month (and the versions of one form) come one after
+// another, so most cuts repeat the one before.
+void takeCut(QSet<QString>& set, QString& last, const QString& key, int length)
+{
+    if (length <= 0)
+        return;
+    if (last.size() == length && QStringView(key).left(length) == last)
+        return;
+    last = key.left(length);
+    set.insert(last);
 }
 
 // The value of `marker` when it is the last entry of `text`, else "". A key
@@ -48,6 +62,8 @@ void TreeIndex::reset(const TreeModel& tree)
     m_tree = &tree;
     m_count = 0;
     m_lastKey.clear();
+    m_lastPeriod.clear();
+    m_lastForm.clear();
     m_periods.clear();
     m_forms.clear();
     m_months.clear();
@@ -67,13 +83,11 @@ void TreeIndex::sync(const TreeModel& tree)
 
 void TreeIndex::take(const QString& key, int index)
 {
-    const QString period = cutAfterValue(key, kPeriodo);
-    if (!period.isEmpty())
-        m_periods.insert(period);
-    const QString form = cutAfterValue(key, kFormulario);
-    if (!form.isEmpty())
-        m_forms.insert(form);
-    if (key.contains(QStringLiteral("Periodo")) && !key.contains(QStringLiteral("Formulario")))
+    takeCut(m_periods, m_lastPeriod, key, cutAfterValue(key, kPeriodo));
+    const int form = cutAfterValue(key, kFormulario);
+    takeCut(m_forms, m_lastForm, key, form);
+    if (form < 0 && key.contains(QStringLiteral("Periodo")) &&
+        !key.contains(QStringLiteral("Formulario")))
         m_months.push_back(index);
 }
 

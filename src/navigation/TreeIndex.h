@@ -36,5 +36,7 @@ private:
     QString m_lastKey;
     QSet<QString> m_periods; // each key cut after its Periodo value
     QSet<QString> m_forms;   // each key cut after its Formulario value
+    QString m_lastPeriod;    // the cut last put in m_periods
+    QString m_lastForm;      // ... and in m_forms
     QVector<int> m_months;
 };

@@ -52,6 +52,28 @@ QString after(const QString& key, const QString& marker, int length)
     return at < 0 ? QString() : key.mid(at + marker.size(), length);
 }
 
+const QString kFormularioTag = QStringLiteral(";Formulario=");
+const QString kStoredTag = QStringLiteral(";Nuevo=Falso;ConDatos=Verdadero;Rectificativa=");
+const QString kFechaTag = QStringLiteral(";FechaRectificativa=");
+const QString kCtrlTag = QStringLiteral(";ctrl=");
+
+// Whether the ctrl of a declaration's key, read as any parameter string is
+// read, is "". The reading takes the first "ctrl" of the key (in any case) up
+// to the next ";": when none of the texts the key was joined from holds
+// "ctrl" (the tags between them cannot make one) and the value holds no ";",
+// that is the value itself, and the string need not be read.
+bool ctrlReadsEmpty(const QString& key, bool partsHoldCtrl, const QString& ctrl)
+{
+    if (partsHoldCtrl || ctrl.contains(u';') || key.size() >= 30000)
+        return read(key, QStringLiteral("ctrl")).isEmpty();
+    return ctrl.isEmpty();
+}
+
+bool holdsCtrl(QStringView text)
+{
+    return text.contains(u"ctrl", Qt::CaseInsensitive);
+}
+
 // The padrón of a month's key, which begins with its premises' caption (or,
 // in a dispatched string, with "Padron=").
 QString padronOfKey(const QString& key)
@@ -227,6 +249,7 @@ void ZoForms::FillTreeViewLocales(Field& tree, const QString& idContribuyente)
         for (int month : months)
             fillPeriodo(build, *forms, month);
     }
+    build.model.squeeze();
     tree.treeChanged();
 }
 
@@ -234,18 +257,31 @@ void ZoForms::addDeclarations(TreeBuild& build, const QString& premisesKey, cons
                               const QString& objeto)
 {
     const RecordsetPtr rs = gAccess().FillRecordSet(
-        QStringLiteral("SELECT pf.Id, pf.Padron, pf.Objeto, pf.Periodo, pf.idFormulario, "
-                       "pf.Rectificativa, pf.FechaRectificativa, pc.idContribuyente, pf.ctrl, "
-                       "fo.LeyendaGenerado, fo.Orden FROM TPadrones_Formularios pf, Formularios "
+        // Only the columns the nodes are made of: the rows are all held at once.
+        QStringLiteral("SELECT pf.Periodo, pf.idFormulario, pf.Rectificativa, "
+                       "pf.FechaRectificativa, pf.ctrl, fo.LeyendaGenerado FROM "
+                       "TPadrones_Formularios pf, Formularios "
                        "fo, tPadronesComerciales pc WHERE pc.padron = pf.padron AND pc.objeto = "
                        "pf.objeto AND pf.idFormulario = fo.idFormulario AND pf.padron = ") +
         quoted(padron) + QStringLiteral(" AND pf.objeto = ") + quoted(objeto) +
         QStringLiteral(" ORDER BY right(pf.Periodo,4), mid(pf.Periodo,1,2), fo.Orden, pf.id, "
                        "pf.FechaRectificativa DESC"));
+    // The columns by name once, not on every row.
+    struct {
+        int periodo, rectificativa, fecharectificativa, ctrl, leyendagenerado, idformulario;
+    } column{};
+    if (rs)
+        column = {rs->indexOf(QStringLiteral("Periodo")),
+                  rs->indexOf(QStringLiteral("Rectificativa")),
+                  rs->indexOf(QStringLiteral("FechaRectificativa")),
+                  rs->indexOf(QStringLiteral("ctrl")),
+                  rs->indexOf(QStringLiteral("LeyendaGenerado")),
+                  rs->indexOf(QStringLiteral("idFormulario"))};
     QString year, month, yearKey, monthKey;
+    bool monthHoldsCtrl = false;
     int rectifications = 0;
     for (; rs && !rs->EOF_(); rs->MoveNext()) {
-        const QString period = rs->Text(QStringLiteral("Periodo"));
+        const QString period = rs->Text(column.periodo);
         if (period.right(4) != year || yearKey.isEmpty()) {
             year = period.right(4);
             yearKey = premisesKey + QStringLiteral(";Anio=") + year;
@@ -256,25 +292,36 @@ void ZoForms::addDeclarations(TreeBuild& build, const QString& premisesKey, cons
         if (period.left(2) != month || monthKey.isEmpty()) {
             month = period.left(2);
             monthKey = yearKey + QStringLiteral(";Periodo=") + month;
+            monthHoldsCtrl = holdsCtrl(monthKey);
             build.model.add(yearKey, monthKey, QStringLiteral("Periodo: ") + month, kCarpeta);
         }
-        const QString rect = rs->Text(QStringLiteral("Rectificativa"));
-        const QString date = rs->Text(QStringLiteral("FechaRectificativa"));
-        const QString ctrl = rs->Text(QStringLiteral("ctrl"));
-        QString caption = rs->Text(QStringLiteral("LeyendaGenerado"));
+        const QString rect = rs->Text(column.rectificativa);
+        const QString date = rs->Text(column.fecharectificativa);
+        const QString ctrl = rs->Text(column.ctrl);
+        QString caption = rs->Text(column.leyendagenerado);
         if (IsYesText(rect)) {
             ++rectifications;
             caption += QStringLiteral(" (Rectif. N° ") + QString::number(rectifications) + u' ' +
                        date + u')';
+            caption.squeeze(); // held by the node as long as the tree is open
         } else {
             rectifications = 0;
         }
-        QString key =
-            monthKey + QStringLiteral(";Formulario=") + rs->Text(QStringLiteral("idFormulario")) +
-            QStringLiteral(";Nuevo=Falso;ConDatos=Verdadero;Rectificativa=") + rect +
-            QStringLiteral(";FechaRectificativa=") + date + QStringLiteral(";ctrl=") + ctrl;
+        const QString id = rs->Text(column.idformulario);
+        QString key;
+        key.reserve(monthKey.size() + id.size() + rect.size() + date.size() + ctrl.size() + 96);
+        key.append(monthKey)
+            .append(kFormularioTag)
+            .append(id)
+            .append(kStoredTag)
+            .append(rect)
+            .append(kFechaTag)
+            .append(date)
+            .append(kCtrlTag)
+            .append(ctrl);
         // A row from before ctrl existed takes the count of its rectification.
-        if (read(key, QStringLiteral("ctrl")).isEmpty())
+        if (ctrlReadsEmpty(
+                key, monthHoldsCtrl || holdsCtrl(id) || holdsCtrl(rect) || holdsCtrl(date), ctrl))
             key += QString::number(rectifications);
         build.model.add(monthKey, key, caption, QStringLiteral("Archivo"));
     }

@@ -1,22 +1,25 @@
 #include <QtTest>
 
 #include <QApplication>
+#include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QTableWidget>
+#include <QTreeWidget>
 #include <QVBoxLayout>
 
 #include "Globals.h"
-#include "shell/view/ShellViews.h"
 #include "GuiSupport.h"
-#include "shell/MMain.h"
-#include "shell/Principal.h"
 #include "TestSupport.h"
 #include "frame/view/QtUi.h"
 #include "frame/view/ViewRegistry.h"
+#include "shell/MMain.h"
+#include "shell/Principal.h"
+#include "shell/view/ShellViews.h"
 
 namespace {
 
@@ -65,6 +68,43 @@ QWidget* sampleView()
     return w;
 }
 
+// A grid and a tree, as the forms and the taxpayer's window have them.
+class Lists : public Controller
+{
+public:
+    Lists() : Controller("ListsGui") {}
+
+protected:
+    void design() override
+    {
+        add("gridLineas", FieldKind::Grid);
+        add("trvNodos", FieldKind::Tree);
+    }
+};
+
+QWidget* listsView()
+{
+    auto* w = new QWidget;
+    auto* layout = new QVBoxLayout(w);
+    auto* grid = new QTableWidget(w);
+    grid->setObjectName("gridLineas");
+    layout->addWidget(grid);
+    auto* tree = new QTreeWidget(w);
+    tree->setObjectName("trvNodos");
+    layout->addWidget(tree);
+    w->resize(640, 480);
+    return w;
+}
+
+QStringList cellsOf(const QTableWidget* table)
+{
+    QStringList cells;
+    for (int r = 0; r < table->rowCount(); ++r)
+        for (int c = 0; c < table->columnCount(); ++c)
+            cells << (table->item(r, c) ? table->item(r, c)->text() : "<none>");
+    return cells;
+}
+
 } // namespace
 
 // The real widgets, offscreen: typing into a masked box, the focus held by
@@ -79,6 +119,7 @@ private slots:
     {
         RegisterAllViews();
         RegisterView("SampleGui", sampleView);
+        RegisterView("ListsGui", listsView);
     }
 
     void typingValidationAndModalClose()
@@ -115,6 +156,124 @@ private slots:
         });
         QVERIFY(!w.isLoaded());
         QCOMPARE(w.log.last(), QString("aceptar 20-12345678-6 DESDE LOGICA"));
+        setUi(nullptr);
+    }
+
+    // What the grid shows after each change of its rows: the cells, the
+    // amounts on the right, every column as wide as its text (as a bare grid
+    // fitted to its contents would have it) but the widest text column, which
+    // takes the room left and shows its whole text as a tip.
+    void gridShowsRowsFittedAndStretched_data()
+    {
+        QTest::addColumn<QVector<QStringList>>("rows");
+        QTest::addColumn<int>("removed");
+        QTest::addColumn<int>("stretched");
+        const QVector<QStringList> lines = {
+            {"0001", "FACA - Factura A", "PROVEEDOR DEL NORTE S.R.L.", "1.250,00"},
+            {"0002", "NCRA - Nota de Crédito A", "ANA", "12,50"},
+            {"0003", "RECA", "DISTRIBUIDORA", "99.999,99"}};
+        QTest::newRow("three lines") << lines << -1 << 2;
+        QTest::newRow("the long name removed") << lines << 0 << 1;
+        QTest::newRow("no lines: the titles") << QVector<QStringList>{} << -1 << 2;
+    }
+
+    void gridShowsRowsFittedAndStretched()
+    {
+        QFETCH(QVector<QStringList>, rows);
+        QFETCH(int, removed);
+        QFETCH(int, stretched);
+        TestEnv env;
+        setUi(&port);
+        Lists w;
+        Gui::showModal(w, [&] {
+            auto* table = Gui::find<QTableWidget>("gridLineas");
+            QVERIFY(table);
+            Field& grid = w["gridLineas"];
+            grid.rightAligned = {3};
+            grid.setHeader({"Código", "Comprobante", "Denominación", "Importe"});
+            grid.setRows(rows);
+            if (removed >= 0)
+                grid.removeRow(removed);
+            grid.setCurrentRow(grid.rowCount() - 1);
+            QApplication::processEvents();
+
+            QStringList expected;
+            for (const QStringList& row : grid.rows())
+                expected << row;
+            QCOMPARE(cellsOf(table), expected);
+            if (grid.rowCount() > 0) {
+                QCOMPARE(table->currentRow(), grid.rowCount() - 1);
+                QCOMPARE(table->item(0, 3)->textAlignment(),
+                         int(Qt::AlignRight | Qt::AlignVCenter));
+                QCOMPARE(table->item(0, 1)->textAlignment(), int(Qt::AlignLeft | Qt::AlignVCenter));
+                QCOMPARE(table->item(0, stretched)->toolTip(), grid.cell(0, stretched));
+            }
+
+            QTableWidget bare(table->parentWidget()); // the same font and style, never shown
+            bare.hide();
+            bare.setColumnCount(4);
+            bare.setHorizontalHeaderLabels(grid.header());
+            bare.setRowCount(grid.rowCount());
+            for (int r = 0; r < grid.rowCount(); ++r)
+                for (int c = 0; c < 4; ++c)
+                    bare.setItem(r, c, new QTableWidgetItem(grid.cell(r, c)));
+            bare.resizeColumnsToContents();
+            QHeaderView* header = table->horizontalHeader();
+            for (int c = 0; c < 4; ++c) {
+                if (c == stretched) {
+                    QCOMPARE(header->sectionResizeMode(c), QHeaderView::Stretch);
+                    continue;
+                }
+                QVERIFY(header->sectionResizeMode(c) != QHeaderView::Interactive);
+                QCOMPARE(table->columnWidth(c), bare.columnWidth(c));
+            }
+        });
+        setUi(nullptr);
+    }
+
+    // The tree shows the nodes of its model under their parents, with the
+    // expanded ones open and the selected one current, after each refill.
+    void treeShowsNodesUnderParents()
+    {
+        TestEnv env;
+        setUi(&port);
+        Lists w;
+        Gui::showModal(w, [&] {
+            auto* view = Gui::find<QTreeWidget>("trvNodos");
+            QVERIFY(view);
+            Field& tree = w["trvNodos"];
+            for (int fill = 1; fill <= 2; ++fill) {
+                TreeModel& model = tree.tree();
+                model.clear();
+                model.add({}, "Modificar=0", "Modificar datos personales", "Modificar");
+                const int root = model.add({}, "LocCom", "Padrones Comerciales", "Carpeta");
+                model.add("LocCom", "P1", "Padrón N° 1", "Carpeta");
+                const int year =
+                    model.add("P1", "P1;Anio=2024", "Formularios Año: 2024", "Carpeta");
+                for (int month = 1; month <= fill * 2; ++month)
+                    model.add("P1;Anio=2024", QString("P1;Anio=2024;Periodo=%1").arg(month),
+                              QString("Periodo: %1").arg(month), "Carpeta");
+                model.node(root).expanded = true;
+                model.ensureVisible(year);
+                model.setSelected(year);
+                tree.treeChanged();
+                QApplication::processEvents();
+
+                QCOMPARE(view->topLevelItemCount(), 2);
+                QTreeWidgetItem* locales = view->topLevelItem(1);
+                QCOMPARE(locales->text(0), QString("Padrones Comerciales"));
+                QVERIFY(locales->isExpanded());
+                QTreeWidgetItem* premises = locales->child(0);
+                QVERIFY(premises->isExpanded());
+                QTreeWidgetItem* yearItem = premises->child(0);
+                QVERIFY(!yearItem->isExpanded());
+                QCOMPARE(view->currentItem(), yearItem);
+                QCOMPARE(yearItem->childCount(), fill * 2);
+                QCOMPARE(yearItem->child(fill * 2 - 1)->text(0),
+                         QString("Periodo: %1").arg(fill * 2));
+                QVERIFY(!view->topLevelItem(0)->icon(0).isNull());
+            }
+        });
         setUi(nullptr);
     }
 

@@ -16,6 +16,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QStatusBar>
+#include <QStyledItemDelegate>
 #include <QTabWidget>
 #include <QTableWidget>
 #include <QTimer>
@@ -34,6 +35,64 @@ QString qtMask(const QString& mask)
     out.replace(u'#', u'0');
     return out + QStringLiteral(";_");
 }
+
+// A cell of a grid. The cells of the column that stretches show their whole
+// text as a tip, since it may be cut short.
+class GridItem : public QTableWidgetItem
+{
+public:
+    GridItem(const QString& text, Qt::Alignment alignment) : QTableWidgetItem(text)
+    {
+        setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+        setTextAlignment(alignment);
+    }
+    void showTip() { m_tip = true; }
+    QVariant data(int role) const override
+    {
+        if (role == Qt::ToolTipRole && m_tip)
+            return text();
+        return QTableWidgetItem::data(role);
+    }
+
+private:
+    bool m_tip = false;
+};
+
+// The delegate of a grid, which measures each text once: the widths of the
+// columns are measured again over a thousand lines with every change of the
+// rows, and most of those lines are the ones measured the time before. A
+// measure holds as long as the font and the layout of the cells stay.
+class MeasuringDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        if (option.font != m_font || option.rect != m_rect || option.features != m_features ||
+            option.decorationSize != m_decorationSize || m_sizes.size() > kMostSizes) {
+            m_sizes.clear();
+            m_font = option.font;
+            m_rect = option.rect;
+            m_features = option.features;
+            m_decorationSize = option.decorationSize;
+        }
+        const QPair<QString, int> key(index.data(Qt::DisplayRole).toString(),
+                                      index.data(Qt::TextAlignmentRole).toInt());
+        auto it = m_sizes.constFind(key);
+        if (it == m_sizes.cend())
+            it = m_sizes.insert(key, QStyledItemDelegate::sizeHint(option, index));
+        return *it;
+    }
+
+private:
+    static constexpr qsizetype kMostSizes = 50000;
+    mutable QHash<QPair<QString, int>, QSize> m_sizes;
+    mutable QFont m_font;
+    mutable QRect m_rect;
+    mutable QStyleOptionViewItem::ViewItemFeatures m_features;
+    mutable QSize m_decorationSize;
+};
 
 class UpdateGuard
 {
@@ -183,6 +242,8 @@ void ViewBinder::connectWidget(Field* field, QWidget* widget)
             m_controller.fire(field->name(), Ev::DblClick, args);
         });
     } else if (auto* table = qobject_cast<QTableWidget*>(widget)) {
+        if (!dynamic_cast<MeasuringDelegate*>(table->itemDelegate()))
+            table->setItemDelegate(new MeasuringDelegate(table));
         connect(table, &QTableWidget::cellClicked, this, [this, field](int row, int col) {
             {
                 UpdateGuard guard(m_updating);
@@ -203,10 +264,11 @@ void ViewBinder::connectWidget(Field* field, QWidget* widget)
         });
     } else if (auto* tree = qobject_cast<QTreeWidget*>(widget)) {
         auto indexOf = [](QTreeWidgetItem* item) { return item->data(0, Qt::UserRole).toInt(); };
-        connect(tree, &QTreeWidget::itemClicked, this, [this, field, indexOf](QTreeWidgetItem* item) {
-            field->tree().setSelected(indexOf(item));
-            clickFromWidget(field, indexOf(item));
-        });
+        connect(tree, &QTreeWidget::itemClicked, this,
+                [this, field, indexOf](QTreeWidgetItem* item) {
+                    field->tree().setSelected(indexOf(item));
+                    clickFromWidget(field, indexOf(item));
+                });
         connect(tree, &QTreeWidget::itemDoubleClicked, this,
                 [this, field, indexOf](QTreeWidgetItem* item) {
                     field->tree().setSelected(indexOf(item));
@@ -250,8 +312,7 @@ void ViewBinder::connectWidget(Field* field, QWidget* widget)
 void ViewBinder::clickFromWidget(Field* field, int index)
 {
     const bool takesFocus = field->kind() == FieldKind::Button ||
-                            field->kind() == FieldKind::Check ||
-                            field->kind() == FieldKind::Option;
+                            field->kind() == FieldKind::Check || field->kind() == FieldKind::Option;
     if (takesFocus && m_refused == field) {
         // the field left behind already held the focus and said why
         m_refused = nullptr;
@@ -328,15 +389,23 @@ void ViewBinder::push(Field* field, Field::Aspect aspect)
         if (aspect == Field::ItemsAspect || aspect == Field::SelectionAspect)
             pushItems(field, w);
         Q_UNUSED(list);
-    } else if (qobject_cast<QTableWidget*>(w)) {
-        if (aspect == Field::GridAspect || aspect == Field::SelectionAspect)
+    } else if (auto* table = qobject_cast<QTableWidget*>(w)) {
+        // The cells are pushed with every change of the rows; a new current
+        // row only moves the selection.
+        if (aspect == Field::GridAspect)
             pushGrid(field, w);
+        else if (aspect == Field::SelectionAspect)
+            pushGridSelection(field, table);
     } else if (qobject_cast<QTreeWidget*>(w)) {
         if (aspect == Field::TreeAspect)
             pushTree(field, w);
     } else if (auto* bar = qobject_cast<QProgressBar*>(w)) {
+        // A bar moved on draws with the next pending events (the run yields
+        // as it goes), not at once on every step.
+        bar->setUpdatesEnabled(false);
         bar->setRange(field->minimum(), field->maximum());
         bar->setValue(field->value());
+        bar->setUpdatesEnabled(true);
     } else if (auto* status = qobject_cast<QStatusBar*>(w)) {
         if (aspect == Field::TextAspect)
             status->showMessage(field->text());
@@ -434,53 +503,80 @@ void ViewBinder::pushGrid(Field* field, QWidget* w)
 {
     auto* table = static_cast<QTableWidget*>(w);
     table->setUpdatesEnabled(false);
-    table->setColumnCount(field->columnCount());
+    if (table->columnCount() != field->columnCount())
+        table->setColumnCount(field->columnCount());
     table->setHorizontalHeaderLabels(field->header());
     table->setRowCount(field->rowCount());
+    const int columns = field->columnCount();
+    QVector<Qt::Alignment> alignments(columns);
+    for (int c = 0; c < columns; ++c)
+        alignments[c] =
+            Qt::AlignVCenter | (field->rightAligned.contains(c) ? Qt::AlignRight : Qt::AlignLeft);
     for (int r = 0; r < field->rowCount(); ++r) {
-        for (int c = 0; c < field->columnCount(); ++c) {
+        const QStringList& cells = field->row(r);
+        for (int c = 0; c < columns; ++c) {
+            const QString& text = c < cells.size() ? cells.at(c) : QString();
             QTableWidgetItem* item = table->item(r, c);
             if (!item) {
-                item = new QTableWidgetItem;
-                item->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable);
+                // Filled before it joins the table, which then hears of it once.
+                item = new GridItem(text, alignments.at(c));
                 table->setItem(r, c, item);
+                continue;
             }
-            item->setText(field->cell(r, c));
-            item->setTextAlignment(field->rightAligned.contains(c)
-                                       ? int(Qt::AlignRight | Qt::AlignVCenter)
-                                       : int(Qt::AlignLeft | Qt::AlignVCenter));
+            if (item->text() != text)
+                item->setText(text);
+            if (item->textAlignment() != int(alignments.at(c)))
+                item->setTextAlignment(alignments.at(c));
         }
     }
-    if (field->currentRow() >= 0 && field->currentRow() < field->rowCount())
-        table->selectRow(field->currentRow());
+    pushGridSelection(field, table);
     fitColumns(field, table);
     table->setUpdatesEnabled(true);
+}
+
+void ViewBinder::pushGridSelection(Field* field, QTableWidget* table)
+{
+    if (field->currentRow() >= 0 && field->currentRow() < field->rowCount())
+        table->selectRow(field->currentRow());
 }
 
 void ViewBinder::fitColumns(Field* field, QTableWidget* table)
 {
     // Every column is as wide as what it shows, but the widest column of text
     // (a description, a name) takes what room is left or gives it up, so that
-    // the amounts on the right always stay in sight.
+    // the amounts on the right always stay in sight. Each column's text is
+    // measured once per push: the widths are fixed to what was measured
+    // rather than measured again at every layout of the header.
     QHeaderView* header = table->horizontalHeader();
-    table->resizeColumnsToContents();
+    const int columns = table->columnCount();
+    const QAbstractItemView* view = table; // where the measure of a column is public
+    QVector<int> widths(columns);
+    for (int c = 0; c < columns; ++c)
+        widths[c] = qBound(header->minimumSectionSize(),
+                           qMax(view->sizeHintForColumn(c), header->sectionSizeHint(c)),
+                           header->maximumSectionSize());
     int widest = -1;
     int widestWidth = 0;
-    for (int c = 0; c < table->columnCount(); ++c) {
-        header->setSectionResizeMode(c, QHeaderView::ResizeToContents);
-        const int width = table->columnWidth(c);
-        if (!field->rightAligned.contains(c) && width > widestWidth) {
+    for (int c = 0; c < columns; ++c) {
+        if (!field->rightAligned.contains(c) && widths.at(c) > widestWidth) {
             widest = c;
-            widestWidth = width;
+            widestWidth = widths.at(c);
         }
+    }
+    if (widest >= 0)
+        header->setStretchLastSection(false);
+    for (int c = 0; c < columns; ++c) {
+        if (c == widest)
+            continue;
+        header->setSectionResizeMode(c, QHeaderView::Fixed);
+        header->resizeSection(c, widths.at(c));
     }
     if (widest < 0)
         return;
-    header->setStretchLastSection(false);
     header->setSectionResizeMode(widest, QHeaderView::Stretch);
     for (int r = 0; r < table->rowCount(); ++r)
-        if (QTableWidgetItem* item = table->item(r, widest))
-            item->setToolTip(item->text()); // the whole text when it is cut short
+        if (auto* item = dynamic_cast<GridItem*>(table->item(r, widest)))
+            item->showTip(); // the whole text when it is cut short
 }
 
 void ViewBinder::pushTree(Field* field, QWidget* w)
@@ -489,18 +585,26 @@ void ViewBinder::pushTree(Field* field, QWidget* w)
     tree->setUpdatesEnabled(false);
     tree->clear();
     const TreeModel& model = field->tree();
+    // The items are built apart and handed to the tree in one piece: the view
+    // hears of them once, not once per node.
     QVector<QTreeWidgetItem*> items(model.count(), nullptr);
+    QList<QTreeWidgetItem*> roots;
     for (int i = 0; i < model.count(); ++i) {
         const TreeNode& node = model.node(i);
-        auto* item = node.parent < 0 ? new QTreeWidgetItem(tree)
-                                     : new QTreeWidgetItem(items.at(node.parent));
+        auto* item = new QTreeWidgetItem;
         item->setText(0, node.text);
         item->setData(0, Qt::UserRole, i);
         item->setIcon(0, TreeIcon(node.image));
+        if (node.parent < 0)
+            roots.append(item);
+        else
+            items.at(node.parent)->addChild(item);
         items[i] = item;
     }
+    tree->addTopLevelItems(roots);
     for (int i = 0; i < model.count(); ++i)
-        items.at(i)->setExpanded(model.node(i).expanded);
+        if (model.node(i).expanded)
+            items.at(i)->setExpanded(true);
     if (model.selected() >= 0 && model.selected() < items.size())
         tree->setCurrentItem(items.at(model.selected()));
     tree->setUpdatesEnabled(true);
@@ -613,8 +717,7 @@ bool ViewBinder::eventFilter(QObject* watched, QEvent* event)
             }
         }
         break;
-    case QEvent::KeyPress:
-        return handleKey(field, static_cast<QKeyEvent*>(event));
+    case QEvent::KeyPress: return handleKey(field, static_cast<QKeyEvent*>(event));
     case QEvent::KeyRelease: {
         auto* key = static_cast<QKeyEvent*>(event);
         if (key->isAutoRepeat())
@@ -629,8 +732,7 @@ bool ViewBinder::eventFilter(QObject* watched, QEvent* event)
         if (qobject_cast<QLineEdit*>(widget) || qobject_cast<QAbstractButton*>(widget))
             m_controller.fire(field->name(), Ev::DblClick);
         break;
-    default:
-        break;
+    default: break;
     }
     return false;
 }

@@ -43,6 +43,7 @@ private:
     void buildMenuItems(Field* field);
     QMenu* menuOf(Field* field) const;
     void pushGrid(Field* field, QWidget* widget);
+    static void pushGridSelection(Field* field, QTableWidget* table);
     void fitColumns(Field* field, QTableWidget* table);
     void pushTree(Field* field, QWidget* widget);
     void pushItems(Field* field, QWidget* widget);
@@ -62,7 +63,7 @@ private:
     QHash<Field*, QList<QAction*>> m_menuItems;
     QSet<Field*> m_pendingMenus; // menus that build their items when opened
     QSet<Field*> m_staleMenus;   // ... and whose items changed since
-    int m_updating = 0; // pushing field state into widgets
+    int m_updating = 0;          // pushing field state into widgets
     bool m_focusing = false;
     Field* m_refused = nullptr; // its focus was refused by the field left behind
 };
