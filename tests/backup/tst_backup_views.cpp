@@ -9,13 +9,16 @@
 #include <QPushButton>
 #include <QWidget>
 
+#include <QMessageBox>
+#include <QTimer>
+
 #include "BackupTestKit.h"
-#include "shell/view/ShellViews.h"
 #include "TestSupport.h"
 #include "backup/frmBackup.h"
 #include "backup/frmBackupArchivos.h"
 #include "frame/view/QtUi.h"
 #include "frame/view/ViewRegistry.h"
+#include "shell/view/ShellViews.h"
 
 namespace {
 
@@ -55,6 +58,40 @@ QStringList checks(QListWidget* list)
         out << (list->item(i)->checkState() == Qt::Checked ? "x" : "-");
     return out;
 }
+
+// Answers every message box as the person who wants the restore: Yes to the
+// question, OK to the rest; keeps each text, and a picture of each box in the
+// folder MORVEL_SHOTS when it is set.
+class RestoringPerson
+{
+public:
+    RestoringPerson()
+    {
+        QObject::connect(&m_timer, &QTimer::timeout, [this] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (!box || !box->isVisible())
+                return;
+            m_texts << box->text();
+            const QString shots = qEnvironmentVariable("MORVEL_SHOTS");
+            if (!shots.isEmpty())
+                box->grab().save(shots + QString("/mensaje-%1.png").arg(++m_shot));
+            for (QAbstractButton* button : box->buttons())
+                if (box->buttonRole(button) == QMessageBox::YesRole ||
+                    box->buttonRole(button) == QMessageBox::AcceptRole) {
+                    button->click();
+                    return;
+                }
+            box->done(0);
+        });
+        m_timer.start(20);
+    }
+    const QStringList& texts() const { return m_texts; }
+
+private:
+    QTimer m_timer;
+    QStringList m_texts;
+    int m_shot = 0;
+};
 
 } // namespace
 
@@ -139,6 +176,68 @@ private slots:
         w["lbl"].setText(QString());
         QCOMPARE(view->findChild<QLabel*>("lbl")->text(), QString());
         closeView(w);
+    }
+
+    // A tampered backup chosen in the real restore window: the person is
+    // told what is wrong with it, and the database stays as it was.
+    void tamperedBackupThroughTheRealWindow_data()
+    {
+        Columns<QString, QString>("kind", "why");
+        Row("Morvel.db a link", "link",
+            "Morvel.db no es un archivo común (es un enlace o una "
+            "carpeta).");
+        Row("Morvel.db claiming 3 GB", "huge", "más de lo que puede ocupar una base de datos");
+        Row("Morvel.db no database", "garbage", "Morvel.db no es una base de datos sana");
+        Row("another program's SQLite file", "foreign", "es una base de datos de otro programa");
+    }
+    void tamperedBackupThroughTheRealWindow()
+    {
+        QFETCH(QString, kind);
+        QFETCH(QString, why);
+        QtUi port;
+        TestEnv env;
+        env.createDatabase();
+        Kit::addTaxpayers({"INTACTO"});
+        CloseDatabase();
+        const QByteArray before = ReadBytes(DatabasePath());
+        const QString archive = env.path("usb/Morvel.20240101120000");
+        QDir().mkpath(env.path("usb"));
+        if (kind == "link") {
+            QVERIFY(Kit::zipLink(archive, "Otro.db", before));
+        } else if (kind == "huge") {
+            QVERIFY(Kit::zip(archive, {{"Morvel.db", QByteArray(1000, 0)}}));
+            QVERIFY(Kit::forgeDeclaredSize(archive, 3000000000u));
+        } else if (kind == "garbage") {
+            QVERIFY(Kit::zip(archive, {{"Morvel.db", QByteArray(70000, 'q')}}));
+        } else {
+            ZoAccess foreign;
+            foreign.SetConnectionString(DefaultConnectionString(env.path("ajena.db")));
+            QVERIFY(foreign.Execute("CREATE TABLE Clientes (Nombre TEXT)"));
+            foreign.Dispose();
+            QVERIFY(Kit::zip(archive, {{"Morvel.db", ReadBytes(env.path("ajena.db"))}}));
+        }
+        setUi(&port);
+        RestoringPerson person;
+        frmBackupArchivos w;
+        w.RestauraDirectorio = env.path("usb");
+        w.load();
+        QPointer<QWidget> view(show(w));
+        QVERIFY(view);
+        auto* list = view->findChild<QListWidget*>("lst0");
+        QCOMPARE(list->count(), 1);
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                          list->visualItemRect(list->item(0)).center());
+        QTest::mouseClick(view->findChild<QPushButton*>("cmdAccion"), Qt::LeftButton);
+
+        QCOMPARE(person.texts().size(), 2);
+        qInfo().noquote() << person.texts().last();
+        QVERIFY(person.texts().last().startsWith(
+            "La restauración no se pudo realizar correctamente.\n\n"));
+        QVERIFY2(person.texts().last().contains(why), qPrintable(person.texts().last()));
+        QVERIFY(w.isLoaded());
+        QCOMPARE(ReadBytes(DatabasePath()), before);
+        closeView(w);
+        setUi(&env.ui());
     }
 };
 
