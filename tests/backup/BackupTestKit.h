@@ -128,4 +128,72 @@ inline bool forgeDeclaredSize(const QString& archive, quint32 size)
     return WriteBytes(archive, bytes);
 }
 
+// A SQLite file of another program at `path`: its own tables, and with
+// `mark` its own application id.
+inline bool foreignDatabase(const QString& path, const QStringList& tables, int mark = 0)
+{
+    ZoAccess foreign;
+    foreign.SetConnectionString(DefaultConnectionString(path));
+    bool ok = true;
+    for (const QString& table : tables)
+        ok = foreign.Execute("CREATE TABLE " + table + " (Nombre TEXT)") && ok;
+    if (mark != 0)
+        ok = foreign.Execute(QString("PRAGMA application_id = %1").arg(mark)) && ok;
+    foreign.Dispose();
+    return ok;
+}
+
+// A backup archive at `path` tampered in the way `kind` names, around the
+// bytes of a good database.
+inline void tamperedBackup(const QString& kind, const QString& path, const QByteArray& database)
+{
+    QTemporaryDir work;
+    if (kind == "text") {
+        write(path, "Esto no es un archivo comprimido.\n");
+    } else if (kind == "cut") {
+        QVERIFY(zip(path, {{"Morvel.db", database}}));
+        const QByteArray whole = ReadBytes(path);
+        write(path, whole.left(whole.size() / 2));
+    } else if (kind == "tar") {
+        write(work.filePath("Morvel.db"), database);
+        QFile::remove(path);
+        QCOMPARE(RunSevenZip({"a", "-ttar", path + ".tar", work.filePath("Morvel.db")}), 0);
+        QVERIFY(QFile::rename(path + ".tar", path));
+    } else if (kind == "other member") {
+        QVERIFY(zip(path, {{"Otro.db", database}}));
+    } else if (kind == "two members") {
+        QVERIFY(zip(path, {{"Morvel.db", database}, {"Leame.txt", "hola"}}));
+    } else if (kind == "link to member") {
+        QVERIFY(zipLink(path, "Otro.db", database));
+    } else if (kind == "link outside") {
+        QVERIFY(zipLink(path, "/etc/passwd", {}));
+    } else if (kind == "folder") {
+        QVERIFY(zipFolder(path));
+    } else if (kind == "encrypted") {
+        QVERIFY(zip(path, {{"Morvel.db", database}}, {"-psecreto"}));
+    } else if (kind == "huge member") {
+        QVERIFY(zip(path, {{"Morvel.db", QByteArray(100000, 0)}}));
+        QVERIFY(forgeDeclaredSize(path, 3000000000u));
+    } else if (kind == "forged size") {
+        QVERIFY(zip(path, {{"Morvel.db", database + QByteArray(8 << 20, 0)}}));
+        QVERIFY(forgeDeclaredSize(path, quint32(database.size())));
+    } else if (kind == "garbage member") {
+        QVERIFY(zip(path, {{"Morvel.db", QByteArray(70000, 'q')}}));
+    } else if (kind == "foreign database" || kind == "foreign mark") {
+        const bool marked = kind == "foreign mark";
+        QVERIFY(foreignDatabase(work.filePath("ajena.db"),
+                                marked ? QStringList{"Contribuyentes", "Opciones"}
+                                       : QStringList{"Clientes"},
+                                marked ? 1234 : 0));
+        QVERIFY(zip(path, {{"Morvel.db", ReadBytes(work.filePath("ajena.db"))}}));
+    } else if (kind == "damaged database") {
+        QByteArray bytes = database;
+        // Scribbles over the pages after the first: the header still reads
+        // as a database, the tables do not.
+        for (int i = 4096; i < bytes.size(); i += 7)
+            bytes[i] = char(i * 31);
+        QVERIFY(zip(path, {{"Morvel.db", bytes}}));
+    }
+}
+
 } // namespace Kit

@@ -9,10 +9,8 @@
 #include <QPushButton>
 #include <QWidget>
 
-#include <QMessageBox>
-#include <QTimer>
-
 #include "BackupTestKit.h"
+#include "GuiSupport.h"
 #include "TestSupport.h"
 #include "backup/frmBackup.h"
 #include "backup/frmBackupArchivos.h"
@@ -58,40 +56,6 @@ QStringList checks(QListWidget* list)
         out << (list->item(i)->checkState() == Qt::Checked ? "x" : "-");
     return out;
 }
-
-// Answers every message box as the person who wants the restore: Yes to the
-// question, OK to the rest; keeps each text, and a picture of each box in the
-// folder MORVEL_SHOTS when it is set.
-class RestoringPerson
-{
-public:
-    RestoringPerson()
-    {
-        QObject::connect(&m_timer, &QTimer::timeout, [this] {
-            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-            if (!box || !box->isVisible())
-                return;
-            m_texts << box->text();
-            const QString shots = qEnvironmentVariable("MORVEL_SHOTS");
-            if (!shots.isEmpty())
-                box->grab().save(shots + QString("/mensaje-%1.png").arg(++m_shot));
-            for (QAbstractButton* button : box->buttons())
-                if (box->buttonRole(button) == QMessageBox::YesRole ||
-                    box->buttonRole(button) == QMessageBox::AcceptRole) {
-                    button->click();
-                    return;
-                }
-            box->done(0);
-        });
-        m_timer.start(20);
-    }
-    const QStringList& texts() const { return m_texts; }
-
-private:
-    QTimer m_timer;
-    QStringList m_texts;
-    int m_shot = 0;
-};
 
 } // namespace
 
@@ -183,12 +147,14 @@ private slots:
     void tamperedBackupThroughTheRealWindow_data()
     {
         Columns<QString, QString>("kind", "why");
-        Row("Morvel.db a link", "link",
+        Row("Morvel.db a link", "link to member",
             "Morvel.db no es un archivo común (es un enlace o una "
             "carpeta).");
-        Row("Morvel.db claiming 3 GB", "huge", "más de lo que puede ocupar una base de datos");
-        Row("Morvel.db no database", "garbage", "Morvel.db no es una base de datos sana");
-        Row("another program's SQLite file", "foreign", "es una base de datos de otro programa");
+        Row("Morvel.db claiming 3 GB", "huge member",
+            "más de lo que puede ocupar una base de datos");
+        Row("Morvel.db no database", "garbage member", "Morvel.db no es una base de datos sana");
+        Row("another program's SQLite file", "foreign database",
+            "es una base de datos de otro programa");
     }
     void tamperedBackupThroughTheRealWindow()
     {
@@ -202,22 +168,9 @@ private slots:
         const QByteArray before = ReadBytes(DatabasePath());
         const QString archive = env.path("usb/Morvel.20240101120000");
         QDir().mkpath(env.path("usb"));
-        if (kind == "link") {
-            QVERIFY(Kit::zipLink(archive, "Otro.db", before));
-        } else if (kind == "huge") {
-            QVERIFY(Kit::zip(archive, {{"Morvel.db", QByteArray(1000, 0)}}));
-            QVERIFY(Kit::forgeDeclaredSize(archive, 3000000000u));
-        } else if (kind == "garbage") {
-            QVERIFY(Kit::zip(archive, {{"Morvel.db", QByteArray(70000, 'q')}}));
-        } else {
-            ZoAccess foreign;
-            foreign.SetConnectionString(DefaultConnectionString(env.path("ajena.db")));
-            QVERIFY(foreign.Execute("CREATE TABLE Clientes (Nombre TEXT)"));
-            foreign.Dispose();
-            QVERIFY(Kit::zip(archive, {{"Morvel.db", ReadBytes(env.path("ajena.db"))}}));
-        }
+        Kit::tamperedBackup(kind, archive, before);
         setUi(&port);
-        RestoringPerson person;
+        Gui::MessageWatch person(Gui::MessageWatch::Answer::GoAhead);
         frmBackupArchivos w;
         w.RestauraDirectorio = env.path("usb");
         w.load();
