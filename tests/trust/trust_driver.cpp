@@ -116,22 +116,22 @@ int main(int argc, char* argv[])
         const auto begin = [&](const char* step) {
             TrustJournal::append(journal, QStringLiteral("begin ") + QLatin1String(step), false);
         };
-        if (dice < 55) {
+        if (dice < 65) {
             begin("save");
             const int lines = random.bounded(1, 40);
             if (save(code, lines))
                 TrustJournal::append(journal, QStringLiteral("F977 %1 %2").arg(code).arg(lines),
                                      true);
-        } else if (dice < 75) {
+        } else if (dice < 82) {
             begin("import");
             const int lines = random.bounded(500, 5000);
             if (import(code, lines))
                 TrustJournal::append(journal, QStringLiteral("F978 %1 %2").arg(code).arg(lines),
                                      true);
-        } else if (dice < 85) {
+        } else if (dice < 90) {
             begin("backup");
             backup();
-        } else if (dice < 92) {
+        } else if (dice < 95) {
             begin("compaction");
             CompactDatabase();
         } else {
