@@ -7,11 +7,13 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QSettings>
+#include <QStorageInfo>
 #include <QTemporaryDir>
 #include <algorithm>
 #include <cmath>
 #include <memory>
 
+#include "BackupArchive.h"
 #include "DatabaseFile.h"
 #include "ErrorLog.h"
 #include "Globals.h"
@@ -26,6 +28,9 @@ namespace {
 const QString kSource = QStringLiteral("Backup");
 const QString kMember = QStringLiteral("Morvel.db");
 const QString kMissingMarker = QStringLiteral("@");
+// The work folders under {data folder}/tmp: "copia-XXXXXX", "restaura-XXXXXX".
+const QString kBackupWork = QStringLiteral("copia");
+const QString kRestoreWork = QStringLiteral("restaura");
 
 // The first start's values, in the order they are looked at.
 struct InitialValue {
@@ -77,6 +82,28 @@ bool makePrivateFolder(const QString& folder)
     // What the hidden, system and read-only attributes were to the old
     // folder: nobody but the person reads the copies of their declarations.
     return QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+// Zips `member` alone, at the archiver's fastest level (a copy is made at
+// every start or close; a restore reads any level), into `archive`, and
+// gives it the name `target` only once whole.
+bool zipAlone(const QString& member, const QString& archive, const QString& target)
+{
+    if (RunSevenZip({QStringLiteral("a"), QStringLiteral("-tzip"), QStringLiteral("-mx=1"), archive,
+                     member}) != 0)
+        return false;
+    const QString partial = target + QStringLiteral(".part");
+    QFile::remove(partial);
+    if (!QFile::rename(archive, partial) && !QFile::copy(archive, partial)) {
+        QFile::remove(partial);
+        return false;
+    }
+    QFile::remove(target);
+    if (!QFile::rename(partial, target)) {
+        QFile::remove(partial);
+        return false;
+    }
+    return true;
 }
 
 // The day of a stamp "yyyymmddHHmmss" (characters 7-8, 5-6 and 1-4).
@@ -144,6 +171,7 @@ void InitBackupSettings()
     }
     if (firstStart)
         SaveBackupSetting(BackupKey::BackupDirectory, DefaultBackupFolder());
+    RemoveInterruptedWork();
 }
 
 void RunScheduledBackup(int moment)
@@ -184,28 +212,33 @@ bool BackupDatabase()
         return fail(QStringLiteral("No se pudo crear la carpeta de copias ") + folder);
 
     const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMddHHmmss"));
-    const auto work = workFolder(QStringLiteral("copia"));
+    const auto work = workFolder(kBackupWork);
     if (!work)
         return fail(QStringLiteral("No se pudo crear la carpeta de trabajo de la copia"));
     const QString snapshot = work->filePath(kMember);
     if (!DatabaseFile::Snapshot(source, snapshot))
         return false;
+    DatabaseFile::ReachStage(QStringLiteral("copied"));
     const QString target = folder + u'/' + BackupFileName(stamp);
-    if (!ZoGenerateDisk().Compress(snapshot, target))
+    if (!zipAlone(snapshot, work->filePath(QStringLiteral("copia.zip")), target))
         return fail(QStringLiteral("No se pudo comprimir la copia en ") + target);
-
     SaveBackupSetting(BackupKey::FechaUlt, stamp);
     SaveBackupSetting(BackupKey::BackupDirectory, folder);
     return true;
+}
+
+QString CompactionWorkFile(const QString& original)
+{
+    const QFileInfo info(original);
+    return info.absolutePath() + u'/' + info.completeBaseName() + QStringLiteral("TMP.") +
+           info.suffix();
 }
 
 bool CompactDatabase()
 {
     const QString original =
         ReadParameter(gAccess().ConnectionString(), QStringLiteral("Data Source"));
-    const QFileInfo info(original);
-    const QString work = info.absolutePath() + u'/' + info.completeBaseName() +
-                         QStringLiteral("TMP.") + info.suffix();
+    const QString work = CompactionWorkFile(original);
     CloseDatabase();
     // A work file left by a compaction that stopped is only ever a copy.
     QFile::remove(work);
@@ -225,26 +258,64 @@ bool CompactDatabase()
     return true;
 }
 
-bool RestoreDatabase(const QString& file)
+bool RestoreDatabase(const QString& file, QString* reason)
 {
-    CloseDatabase();
-    const auto work = workFolder(QStringLiteral("restaura"));
-    if (!work)
-        return fail(QStringLiteral("No se pudo crear la carpeta de trabajo de la restauración"));
-    QString member = kMember;
-    QString folder = work->path();
-    if (!ZoGenerateDisk().Expand(file, member, folder))
-        return fail(QStringLiteral("El archivo no es una copia de seguridad: ") + file);
-    const QString restored = folder + u'/' + member;
-    DatabaseFile::ReachStage(QStringLiteral("written"));
-    if (!DatabaseFile::IsSystemDatabase(restored))
+    const auto refuse = [&](const QString& why) {
+        LogError(QStringLiteral("-1"), why + QStringLiteral(" (") + file + u')', kSource);
+        if (reason)
+            *reason = why;
         return false;
+    };
+    CloseDatabase();
+    const auto work = workFolder(kRestoreWork);
+    if (!work)
+        return refuse(QStringLiteral("No se pudo crear la carpeta de trabajo de la restauración."));
+    const BackupArchive::Listing listing =
+        BackupArchive::Inspect(file, QStorageInfo(gAppPath).bytesAvailable());
+    if (!listing.refusal.isEmpty())
+        return refuse(listing.refusal);
+    const QString restored = work->filePath(kMember);
+    const QString damaged = BackupArchive::Extract(file, restored, listing.size);
+    if (!damaged.isEmpty())
+        return refuse(damaged);
+    DatabaseFile::ReachStage(QStringLiteral("written"));
+    const QString unsound = DatabaseFile::Soundness(restored);
+    if (!unsound.isEmpty())
+        return refuse(QStringLiteral("El archivo no es una copia de seguridad de Morvel: ") +
+                      unsound);
     DatabaseFile::ReachStage(QStringLiteral("checked"));
     if (!DatabaseFile::Replace(restored, DatabasePath()))
-        return false;
+        return refuse(QStringLiteral("La base de datos actual está abierta por otro programa o "
+                                     "no se pudo reemplazar."));
     DatabaseFile::ReachStage(QStringLiteral("replaced"));
     RefreshMainWindowTaxpayers();
     return true;
+}
+
+void RemoveInterruptedWork()
+{
+    // A copy or a restore that was stopped (the program killed, the machine
+    // switched off) leaves its work folder, a whole copy of the database.
+    const QString parent = gAppPath + QStringLiteral("/tmp");
+    const QStringList leftovers = QDir(parent).entryList(
+        {kBackupWork + QStringLiteral("-*"), kRestoreWork + QStringLiteral("-*")},
+        QDir::Dirs | QDir::Files | QDir::Hidden | QDir::NoDotAndDotDot);
+    for (const QString& name : leftovers) {
+        const QString path = parent + u'/' + name;
+        if (QFileInfo(path).isDir() && !QFileInfo(path).isSymLink())
+            QDir(path).removeRecursively();
+        else
+            QFile::remove(path);
+    }
+    // An archive stopped half-way in the backup folder never took a copy's
+    // name; the compaction's work file is only ever a copy.
+    QString folder = GetBackupSetting(BackupKey::BackupDirectory, QString());
+    if (folder.isEmpty())
+        folder = DefaultBackupFolder();
+    for (const QString& name :
+         QDir(folder).entryList({QStringLiteral("Morvel.*.part")}, QDir::Files | QDir::Hidden))
+        QFile::remove(folder + u'/' + name);
+    QFile::remove(CompactionWorkFile(DatabasePath()));
 }
 
 qint64 GetDirectorySize(const QString& folder)

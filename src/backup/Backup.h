@@ -35,8 +35,17 @@ QString DefaultBackupFolder();
 // --- Routines ----------------------------------------------------------------
 
 // Stores the initial values of the settings that are missing; the folder of
-// the backups only with the first start.
+// the backups only with the first start. Removes what copies and restores
+// that were stopped left behind.
 void InitBackupSettings();
+
+// Removes the work folders of copies and restores that never ended
+// ({data folder}/tmp/copia-*, restaura-*), an archive left half-written in
+// the backup folder and the compaction's work file.
+void RemoveInterruptedWork();
+
+// The work file of the compaction of `original`: "MorvelTMP.db" beside it.
+QString CompactionWorkFile(const QString& original);
 
 // The copy on the schedule: moment 0 at start, 9 at close.
 void RunScheduledBackup(int moment);
@@ -52,8 +61,10 @@ bool BackupDatabase();
 bool CompactDatabase();
 
 // Puts the database of a backup archive in place of the current one, once it
-// has been checked to be a database of this system; otherwise changes nothing.
-bool RestoreDatabase(const QString& file);
+// has been checked to be a database of this system; otherwise changes nothing
+// and tells why in `reason`. The archive must hold one regular file,
+// Morvel.db, that the data folder has room for; nothing else is extracted.
+bool RestoreDatabase(const QString& file, QString* reason = nullptr);
 
 // The sizes of every file below `folder`, in bytes.
 qint64 GetDirectorySize(const QString& folder);

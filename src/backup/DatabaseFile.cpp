@@ -18,8 +18,6 @@ const QString kSource = QStringLiteral("DatabaseFile");
 // The tables by which a file is known as a database of this system.
 const QStringList kSystemTables = {
     QStringLiteral("Contribuyentes"),
-    QStringLiteral("tPadronesComerciales"),
-    QStringLiteral("Formularios"),
     QStringLiteral("Opciones"),
 };
 
@@ -149,13 +147,25 @@ bool DatabaseFile::WriteCompacted(const QString& source, const QString& target)
 
 bool DatabaseFile::IsSystemDatabase(const QString& path)
 {
-    if (!QFileInfo(path).isFile())
-        return false;
+    const QString why = Soundness(path);
+    if (!why.isEmpty())
+        return fail(why, path);
+    return true;
+}
+
+QString DatabaseFile::Soundness(const QString& path)
+{
+    const QString name = QFileInfo(path).fileName();
+    if (!QFileInfo(path).isFile() || QFileInfo(path).isSymLink())
+        return name + QStringLiteral(" no es un archivo común.");
     Connection c(path, kExisting);
     QString verdict;
     if (!c || !c.first(QStringLiteral("PRAGMA integrity_check"), verdict) ||
         verdict != QLatin1String("ok"))
-        return fail(QStringLiteral("El archivo no es una base de datos sana"), path);
+        return name + QStringLiteral(" no es una base de datos sana: no pasó la verificación "
+                                     "de integridad.");
+    QString applicationId;
+    c.first(QStringLiteral("PRAGMA application_id"), applicationId);
     QStringList quoted;
     for (const QString& table : kSystemTables)
         quoted << u'\'' + table + u'\'';
@@ -164,9 +174,15 @@ bool DatabaseFile::IsSystemDatabase(const QString& path)
                            "name COLLATE NOCASE IN (%1)")
                 .arg(quoted.join(u',')),
             present);
-    if (present.toInt() != kSystemTables.size())
-        return fail(QStringLiteral("El archivo no es una base de datos de Morvel"), path);
-    return true;
+    if (!IsOwnApplicationId(applicationId.toLongLong()) || present.toInt() != kSystemTables.size())
+        return name + QStringLiteral(" es una base de datos de otro programa, no de Morvel.");
+    return QString();
+}
+
+bool DatabaseFile::IsOwnApplicationId(qint64 id)
+{
+    // Databases made before the mark was set carry 0; the tables then tell.
+    return id == 0 || id == kMorvelApplicationId;
 }
 
 bool DatabaseFile::foldJournal(const QString& path)

@@ -22,6 +22,14 @@ public:
     // True when `path` is a SQLite database that passes its integrity check
     // and holds the tables of the system.
     static bool IsSystemDatabase(const QString& path);
+    // Why `path` is not a sound database of this system, in the person's
+    // words; "" when it is one.
+    static QString Soundness(const QString& path);
+
+    // The mark of the program's databases in their header ("MRVL"); older
+    // ones carry none (0).
+    static constexpr qint64 kMorvelApplicationId = 0x4D52564C;
+    static bool IsOwnApplicationId(qint64 id);
 
     // Puts `replacement` in place of `target` with one rename, after flushing
     // it to disk and folding back the journal of `target`. False, with both

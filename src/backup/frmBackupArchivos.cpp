@@ -160,10 +160,17 @@ void frmBackupArchivos::restoreChosen()
         return;
     advance(0, QStringLiteral("Restaurando base de datos desde archivo..."));
     ui().setBusy(true);
-    const bool restored = RestoreDatabase(m_paths.at(chosen));
+    QString reason;
+    const bool restored = RestoreDatabase(m_paths.at(chosen), &reason);
     ui().setBusy(false);
     if (!restored) {
-        MsgBox(QStringLiteral("La restauración no se pudo realizar correctamente."), Msg::Critical);
+        // The system's message, then why, so that the person knows the
+        // backup itself is at fault and that nothing of theirs changed.
+        QString text = QStringLiteral("La restauración no se pudo realizar correctamente.");
+        if (!reason.isEmpty())
+            text += QStringLiteral("\n\n") + reason +
+                    QStringLiteral("\nLa base de datos actual no se modificó.");
+        MsgBox(text, Msg::Critical);
         resetProgress();
         return;
     }

@@ -72,11 +72,13 @@ inline QString stampDaysAgo(int days)
     return QDate::currentDate().addDays(-days).toString("yyyyMMdd") + "120000";
 }
 
-// A zip at `archive` holding the given members, made with the archiver.
-inline bool zip(const QString& archive, const QList<QPair<QString, QByteArray>>& members)
+// A zip at `archive` holding the given members, made with the archiver
+// (with `options`, such as a password).
+inline bool zip(const QString& archive, const QList<QPair<QString, QByteArray>>& members,
+                const QStringList& options = {})
 {
     QTemporaryDir work;
-    QStringList arguments{"a", "-tzip", archive};
+    QStringList arguments = QStringList{"a", "-tzip"} + options + QStringList{archive};
     for (const auto& member : members) {
         if (!WriteBytes(work.filePath(member.first), member.second))
             return false;
@@ -84,6 +86,114 @@ inline bool zip(const QString& archive, const QList<QPair<QString, QByteArray>>&
     }
     QFile::remove(archive);
     return RunSevenZip(arguments) == 0;
+}
+
+// A zip whose member Morvel.db is a symbolic link to `target`, stored as a
+// link, with the bytes of `target` beside it when there are any.
+inline bool zipLink(const QString& archive, const QString& target, const QByteArray& targetBytes)
+{
+    QTemporaryDir work;
+    QStringList arguments{"a", "-tzip", archive, work.filePath("Morvel.db")};
+    if (!targetBytes.isEmpty()) {
+        if (!WriteBytes(work.filePath(target), targetBytes))
+            return false;
+        arguments << work.filePath(target);
+    }
+    if (!QFile::link(target, work.filePath("Morvel.db")))
+        return false;
+    QFile::remove(archive);
+    return RunSevenZip(arguments) == 0;
+}
+
+// A zip whose entry Morvel.db is a folder.
+inline bool zipFolder(const QString& archive)
+{
+    QTemporaryDir work;
+    QDir(work.path()).mkpath("Morvel.db/dentro");
+    QFile::remove(archive);
+    return RunSevenZip({"a", "-tzip", archive, work.filePath("Morvel.db")}) == 0;
+}
+
+// Rewrites the uncompressed size that a zip of one member declares, in its
+// local header and in its central directory, leaving the data as it is.
+inline bool forgeDeclaredSize(const QString& archive, quint32 size)
+{
+    QByteArray bytes = ReadBytes(archive);
+    const qsizetype central = bytes.indexOf(QByteArray("PK\x01\x02", 4));
+    if (!bytes.startsWith(QByteArray("PK\x03\x04", 4)) || central < 0)
+        return false;
+    for (const qsizetype at : {qsizetype(22), central + 24})
+        for (int i = 0; i < 4; ++i)
+            bytes[at + i] = char((size >> (8 * i)) & 0xff);
+    return WriteBytes(archive, bytes);
+}
+
+// A SQLite file of another program at `path`: its own tables, and with
+// `mark` its own application id.
+inline bool foreignDatabase(const QString& path, const QStringList& tables, int mark = 0)
+{
+    ZoAccess foreign;
+    foreign.SetConnectionString(DefaultConnectionString(path));
+    bool ok = true;
+    for (const QString& table : tables)
+        ok = foreign.Execute("CREATE TABLE " + table + " (Nombre TEXT)") && ok;
+    if (mark != 0)
+        ok = foreign.Execute(QString("PRAGMA application_id = %1").arg(mark)) && ok;
+    foreign.Dispose();
+    return ok;
+}
+
+// A backup archive at `path` tampered in the way `kind` names, around the
+// bytes of a good database.
+inline void tamperedBackup(const QString& kind, const QString& path, const QByteArray& database)
+{
+    QTemporaryDir work;
+    if (kind == "text") {
+        write(path, "Esto no es un archivo comprimido.\n");
+    } else if (kind == "cut") {
+        QVERIFY(zip(path, {{"Morvel.db", database}}));
+        const QByteArray whole = ReadBytes(path);
+        write(path, whole.left(whole.size() / 2));
+    } else if (kind == "tar") {
+        write(work.filePath("Morvel.db"), database);
+        QFile::remove(path);
+        QCOMPARE(RunSevenZip({"a", "-ttar", path + ".tar", work.filePath("Morvel.db")}), 0);
+        QVERIFY(QFile::rename(path + ".tar", path));
+    } else if (kind == "other member") {
+        QVERIFY(zip(path, {{"Otro.db", database}}));
+    } else if (kind == "two members") {
+        QVERIFY(zip(path, {{"Morvel.db", database}, {"Leame.txt", "hola"}}));
+    } else if (kind == "link to member") {
+        QVERIFY(zipLink(path, "Otro.db", database));
+    } else if (kind == "link outside") {
+        QVERIFY(zipLink(path, "/etc/passwd", {}));
+    } else if (kind == "folder") {
+        QVERIFY(zipFolder(path));
+    } else if (kind == "encrypted") {
+        QVERIFY(zip(path, {{"Morvel.db", database}}, {"-psecreto"}));
+    } else if (kind == "huge member") {
+        QVERIFY(zip(path, {{"Morvel.db", QByteArray(100000, 0)}}));
+        QVERIFY(forgeDeclaredSize(path, 3000000000u));
+    } else if (kind == "forged size") {
+        QVERIFY(zip(path, {{"Morvel.db", database + QByteArray(8 << 20, 0)}}));
+        QVERIFY(forgeDeclaredSize(path, quint32(database.size())));
+    } else if (kind == "garbage member") {
+        QVERIFY(zip(path, {{"Morvel.db", QByteArray(70000, 'q')}}));
+    } else if (kind == "foreign database" || kind == "foreign mark") {
+        const bool marked = kind == "foreign mark";
+        QVERIFY(foreignDatabase(work.filePath("ajena.db"),
+                                marked ? QStringList{"Contribuyentes", "Opciones"}
+                                       : QStringList{"Clientes"},
+                                marked ? 1234 : 0));
+        QVERIFY(zip(path, {{"Morvel.db", ReadBytes(work.filePath("ajena.db"))}}));
+    } else if (kind == "damaged database") {
+        QByteArray bytes = database;
+        // Scribbles over the pages after the first: the header still reads
+        // as a database, the tables do not.
+        for (int i = 4096; i < bytes.size(); i += 7)
+            bytes[i] = char(i * 31);
+        QVERIFY(zip(path, {{"Morvel.db", bytes}}));
+    }
 }
 
 } // namespace Kit

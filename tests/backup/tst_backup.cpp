@@ -7,6 +7,7 @@
 #include "BackupTestKit.h"
 #include "Person.h"
 #include "TestSupport.h"
+#include "backup/BackupArchive.h"
 #include "backup/DatabaseFile.h"
 #include "backup/frmBackup.h"
 #include "backup/frmBackupArchivos.h"
@@ -579,26 +580,51 @@ private slots:
 
     void refusedFileChangesNothing_data()
     {
-        QTest::addColumn<QString>("kind");
-        Row("good backup, but the person says no", "answer no");
-        Row("no archive", "text");
-        Row("cut archive", "cut");
-        Row("archive without Morvel.db", "other member");
-        Row("Morvel.db that is no database", "garbage member");
-        Row("database of another program", "foreign database");
-        Row("damaged database", "damaged database");
+        Columns<QString, QString>("kind", "why");
+        const QString notBackup = "El archivo no es una copia de seguridad de Morvel: ";
+        const QString alone = notBackup + "debe contener solamente la base de datos Morvel.db.";
+        const QString link = notBackup + "Morvel.db no es un archivo común (es un enlace o una "
+                                         "carpeta).";
+        const QString damaged =
+            "El archivo de la copia está dañado: Morvel.db no se pudo descomprimir completo.";
+        const QString foreign =
+            notBackup + "Morvel.db es una base de datos de otro programa, no de Morvel.";
+        Row("good backup, but the person says no", "answer no", "");
+        Row("no archive", "text", notBackup + "no es un archivo comprimido sano.");
+        Row("cut archive", "cut", notBackup + "no es un archivo comprimido sano.");
+        Row("tar archive holding Morvel.db", "tar",
+            notBackup + "no es un archivo comprimido sano.");
+        Row("archive without Morvel.db", "other member", alone);
+        Row("Morvel.db beside another member", "two members", alone);
+        Row("Morvel.db a link to another member", "link to member", link);
+        Row("Morvel.db a link to a file outside", "link outside", link);
+        Row("Morvel.db a folder", "folder", link);
+        Row("encrypted archive", "encrypted", notBackup + "está protegido con contraseña.");
+        Row("Morvel.db claiming 3 GB", "huge member",
+            notBackup + "Morvel.db ocuparía 2861,0 Mb., más de lo que puede ocupar una base de "
+                        "datos de Morvel.");
+        Row("Morvel.db longer than it claims", "forged size", damaged);
+        Row("Morvel.db that is no database", "garbage member",
+            notBackup + "Morvel.db no es una base de datos sana: no pasó la verificación de "
+                        "integridad.");
+        Row("database of another program", "foreign database", foreign);
+        Row("our tables under another program's mark", "foreign mark", foreign);
+        Row("damaged database", "damaged database",
+            notBackup + "Morvel.db no es una base de datos sana: no pasó la verificación de "
+                        "integridad.");
     }
     void refusedFileChangesNothing()
     {
         QFETCH(QString, kind);
+        QFETCH(QString, why);
         env->createDatabase();
         Kit::addTaxpayers({"INTACTO"});
         const QString good = makeBackup();
         QVERIFY(!good.isEmpty());
         const QString bad = Kit::folder() + "/Morvel.20000101120000";
         QVERIFY(QFile::rename(good, bad));
-        prepareRefusedFile(kind, bad);
         CloseDatabase();
+        Kit::tamperedBackup(kind, bad, ReadBytes(DatabasePath()));
         const QByteArray before = ReadBytes(DatabasePath());
         QVERIFY(!before.isEmpty());
 
@@ -608,41 +634,73 @@ private slots:
 
         QVERIFY(run.stillOpen);
         QVERIFY(!env->ui().programEnded());
-        QCOMPARE(env->ui().texts().contains(kFailed), asked);
+        const QString shown = env->ui().texts().last();
+        if (asked)
+            QCOMPARE(shown, kFailed + "\n\n" + why + "\nLa base de datos actual no se modificó.");
         QVERIFY(!env->ui().texts().contains(kDone));
+        QVERIFY(QFileInfo(DatabasePath()).isFile() && !QFileInfo(DatabasePath()).isSymLink());
         QCOMPARE(ReadBytes(DatabasePath()), before);
         QCOMPARE(Kit::taxpayers(), QStringList{"INTACTO"});
+        QVERIFY(QDir(gAppPath + "/tmp").isEmpty()); // nothing extracted stays
     }
 
-private:
-    void prepareRefusedFile(const QString& kind, const QString& path)
+    // The archive is judged before anything is written: its size against the
+    // free space of the data folder, and only then the one member comes out.
+    void roomInTheDataFolder_data()
     {
-        QTemporaryDir work;
-        if (kind == "text") {
-            Kit::write(path, "Esto no es un archivo comprimido.\n");
-        } else if (kind == "cut") {
-            const QByteArray whole = ReadBytes(path);
-            Kit::write(path, whole.left(whole.size() / 2));
-        } else if (kind == "other member") {
-            QVERIFY(Kit::zip(path, {{"Otro.db", ReadBytes(DatabasePath())}}));
-        } else if (kind == "garbage member") {
-            QVERIFY(Kit::zip(path, {{"Morvel.db", QByteArray(70000, 'q')}}));
-        } else if (kind == "foreign database") {
-            ZoAccess foreign;
-            foreign.SetConnectionString(DefaultConnectionString(work.filePath("ajena.db")));
-            QVERIFY(foreign.Execute("CREATE TABLE Clientes (Nombre TEXT)"));
-            foreign.Dispose();
-            CloseDatabase();
-            QVERIFY(Kit::zip(path, {{"Morvel.db", ReadBytes(work.filePath("ajena.db"))}}));
-        } else if (kind == "damaged database") {
-            CloseDatabase();
-            QByteArray bytes = ReadBytes(DatabasePath());
-            // Scribbles over the pages after the first: the header still
-            // reads as a database, the tables do not.
-            for (int i = 4096; i < bytes.size(); i += 7)
-                bytes[i] = char(i * 31);
-            QVERIFY(Kit::zip(path, {{"Morvel.db", bytes}}));
-        }
+        Columns<qint64, QString>("free", "refusal");
+        Row("plenty of room", qint64(1) << 40, "");
+        Row("room for the database and its journal", qint64(40) << 20, "");
+        Row("room for little", qint64(17) << 20,
+            "La copia de seguridad ocupa 1,5 Mb. al descomprimirse y en la carpeta de datos "
+            "quedan 17,0 Mb. libres.");
+        Row("full disk", qint64(0),
+            "La copia de seguridad ocupa 1,5 Mb. al descomprimirse y en la carpeta de datos "
+            "quedan 0,0 Mb. libres.");
+    }
+    void roomInTheDataFolder()
+    {
+        QFETCH(qint64, free);
+        QFETCH(QString, refusal);
+        env->createDatabase();
+        const QString archive = env->path("copia.zip");
+        QVERIFY(Kit::zip(archive, {{"Morvel.db", QByteArray(1572864, 'd')}}));
+        const BackupArchive::Listing listing = BackupArchive::Inspect(archive, free);
+        QCOMPARE(listing.refusal, refusal);
+        QCOMPARE(listing.size, refusal.isEmpty() ? qint64(1572864) : qint64(0));
+    }
+
+    // A backup written at the archiver's default level, as older versions
+    // of the program made them, still restores.
+    void olderBackupAtTheDefaultLevel()
+    {
+        env->createDatabase();
+        Kit::addTaxpayers({"DE LA COPIA VIEJA"});
+        CloseDatabase();
+        const QString archive = env->path("Morvel.20200101120000");
+        QVERIFY(Kit::zip(archive, {{"Morvel.db", ReadBytes(DatabasePath())}}));
+        Kit::addTaxpayers({"POSTERIOR"});
+        QVERIFY(RestoreDatabase(archive));
+        QCOMPARE(Kit::taxpayers(), QStringList{"DE LA COPIA VIEJA"});
+    }
+
+    // The program's databases carry its mark in the header; those made
+    // before the mark carry none, and their tables tell.
+    void markOfTheDatabase_data()
+    {
+        Columns<qint64, bool>("mark", "ours");
+        Row("no mark, as older databases", qint64(0), true);
+        Row("the program's mark", DatabaseFile::kMorvelApplicationId, true);
+        Row("another program's mark", qint64(1234), false);
+    }
+    void markOfTheDatabase()
+    {
+        QFETCH(qint64, mark);
+        QFETCH(bool, ours);
+        env->createDatabase();
+        Db::exec(QString("PRAGMA application_id = %1").arg(mark));
+        CloseDatabase();
+        QCOMPARE(DatabaseFile::Soundness(DatabasePath()).isEmpty(), ours);
     }
 };
 

@@ -49,6 +49,8 @@ int runChild(int argc, char* argv[])
     });
     if (routine == "compact")
         CompactDatabase();
+    else if (routine == "backup")
+        BackupDatabase();
     else
         RestoreDatabase(args.value(6));
     return 3; // the step was never reached
@@ -76,6 +78,13 @@ bool killAtStage(TestEnv& env, const QString& stage, const QString& routine, con
     }
     child.kill();
     return child.waitForFinished();
+}
+
+// What the data folder's tmp/ holds of the work of copies and restores.
+QStringList workLeft()
+{
+    return QDir(gAppPath + "/tmp")
+        .entryList({"copia-*", "restaura-*"}, QDir::Dirs | QDir::Files | QDir::NoDotAndDotDot);
 }
 
 } // namespace
@@ -150,6 +159,44 @@ private slots:
         QCOMPARE(gAccess().GetString("PRAGMA integrity_check"), QString("ok"));
         QVERIFY(RestoreDatabase(archive)); // the next restore is not hindered
         QCOMPARE(Kit::taxpayers(), QStringList{"EN LA COPIA"});
+    }
+
+    // A copy or a restore stopped half-way leaves a whole copy of the
+    // database in its work folder; the next start removes it, and nothing else.
+    void interruptedWorkIsRemovedAtTheNextStart_data()
+    {
+        Columns<QString, QString, QString>("routine", "stage", "left");
+        Row("copy stopped after its snapshot", "backup", "copied", "copia-");
+        Row("restore stopped after expanding", "restore", "written", "restaura-");
+        Row("restore stopped after checking", "restore", "checked", "restaura-");
+    }
+    void interruptedWorkIsRemovedAtTheNextStart()
+    {
+        QFETCH(QString, routine);
+        QFETCH(QString, stage);
+        QFETCH(QString, left);
+        env->createDatabase();
+        Kit::addTaxpayers({"GUARDADO"});
+        InitBackupSettings();
+        QVERIFY(BackupDatabase());
+        const QString archive =
+            Kit::folder() + "/Morvel." + GetBackupSetting(BackupKey::FechaUlt, QString());
+        CloseDatabase();
+        const QString mine = gAppPath + "/tmp/TEMPFILE.DJ"; // a submission file's, not ours
+        Kit::write(mine, "1@...");
+        Kit::write(Kit::folder() + "/Morvel.20240101120000.part", "PK");
+
+        QVERIFY(killAtStage(*env, stage, routine, archive));
+        QCOMPARE(workLeft().size(), 1);
+        QVERIFY(workLeft().first().startsWith(left));
+
+        InitBackupSettings(); // what every start runs
+
+        QCOMPARE(workLeft(), QStringList());
+        QVERIFY(QFileInfo::exists(mine));
+        QVERIFY(QFileInfo::exists(archive));
+        QCOMPARE(Kit::filesIn(Kit::folder()), QStringList{QFileInfo(archive).fileName()});
+        QCOMPARE(Kit::taxpayers(), QStringList{"GUARDADO"});
     }
 };
 

@@ -10,12 +10,13 @@
 #include <QWidget>
 
 #include "BackupTestKit.h"
-#include "shell/view/ShellViews.h"
+#include "GuiSupport.h"
 #include "TestSupport.h"
 #include "backup/frmBackup.h"
 #include "backup/frmBackupArchivos.h"
 #include "frame/view/QtUi.h"
 #include "frame/view/ViewRegistry.h"
+#include "shell/view/ShellViews.h"
 
 namespace {
 
@@ -139,6 +140,57 @@ private slots:
         w["lbl"].setText(QString());
         QCOMPARE(view->findChild<QLabel*>("lbl")->text(), QString());
         closeView(w);
+    }
+
+    // A tampered backup chosen in the real restore window: the person is
+    // told what is wrong with it, and the database stays as it was.
+    void tamperedBackupThroughTheRealWindow_data()
+    {
+        Columns<QString, QString>("kind", "why");
+        Row("Morvel.db a link", "link to member",
+            "Morvel.db no es un archivo común (es un enlace o una "
+            "carpeta).");
+        Row("Morvel.db claiming 3 GB", "huge member",
+            "más de lo que puede ocupar una base de datos");
+        Row("Morvel.db no database", "garbage member", "Morvel.db no es una base de datos sana");
+        Row("another program's SQLite file", "foreign database",
+            "es una base de datos de otro programa");
+    }
+    void tamperedBackupThroughTheRealWindow()
+    {
+        QFETCH(QString, kind);
+        QFETCH(QString, why);
+        QtUi port;
+        TestEnv env;
+        env.createDatabase();
+        Kit::addTaxpayers({"INTACTO"});
+        CloseDatabase();
+        const QByteArray before = ReadBytes(DatabasePath());
+        const QString archive = env.path("usb/Morvel.20240101120000");
+        QDir().mkpath(env.path("usb"));
+        Kit::tamperedBackup(kind, archive, before);
+        setUi(&port);
+        Gui::MessageWatch person(Gui::MessageWatch::Answer::GoAhead);
+        frmBackupArchivos w;
+        w.RestauraDirectorio = env.path("usb");
+        w.load();
+        QPointer<QWidget> view(show(w));
+        QVERIFY(view);
+        auto* list = view->findChild<QListWidget*>("lst0");
+        QCOMPARE(list->count(), 1);
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                          list->visualItemRect(list->item(0)).center());
+        QTest::mouseClick(view->findChild<QPushButton*>("cmdAccion"), Qt::LeftButton);
+
+        QCOMPARE(person.texts().size(), 2);
+        qInfo().noquote() << person.texts().last();
+        QVERIFY(person.texts().last().startsWith(
+            "La restauración no se pudo realizar correctamente.\n\n"));
+        QVERIFY2(person.texts().last().contains(why), qPrintable(person.texts().last()));
+        QVERIFY(w.isLoaded());
+        QCOMPARE(ReadBytes(DatabasePath()), before);
+        closeView(w);
+        setUi(&env.ui());
     }
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QLineEdit>
 #include <QMessageBox>
@@ -57,17 +58,28 @@ inline void showModal(Controller& window, const std::function<void()>& script)
 }
 
 // Any message box that shows up is answered and remembered, so that a
-// message nobody expected fails the test instead of hanging it.
+// message nobody expected fails the test instead of hanging it. It is closed
+// unanswered, or, for a person who goes ahead, with its Yes or OK button.
 class MessageWatch
 {
 public:
-    MessageWatch()
+    enum class Answer { Close, GoAhead };
+    explicit MessageWatch(Answer answer = Answer::Close)
     {
-        QObject::connect(&m_timer, &QTimer::timeout, [this] {
-            if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-                m_texts << box->text();
-                box->done(0);
+        QObject::connect(&m_timer, &QTimer::timeout, [this, answer] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (!box)
+                return;
+            m_texts << box->text();
+            for (QAbstractButton* button : box->buttons()) {
+                const auto role = box->buttonRole(button);
+                if (answer == Answer::GoAhead &&
+                    (role == QMessageBox::YesRole || role == QMessageBox::AcceptRole)) {
+                    button->click();
+                    return;
+                }
             }
+            box->done(0);
         });
         m_timer.start(20);
     }
