@@ -28,13 +28,7 @@ void CalendarioPresentaciones::design()
     designAnio();
     add(kGrid, FieldKind::Grid);
     designCerrar();
-    on(kGrid, Ev::DblClick, [this](EventArgs& e) { abrir(e.index, field(kGrid).currentColumn()); });
-    on(kGrid, Ev::KeyDown, [this](EventArgs& e) {
-        if (e.key != KeyCode::Return)
-            return;
-        e.key = 0;
-        abrir(field(kGrid).currentRow(), field(kGrid).currentColumn());
-    });
+    abrirFilas(kGrid, [this](int row) { abrir(row, field(kGrid).currentColumn()); });
 }
 
 void CalendarioPresentaciones::onLoad()

@@ -27,7 +27,7 @@ QStringList celdas(const Observacion& o)
 
 } // namespace
 
-ControlMensual::ControlMensual() : Controller(QStringLiteral("ControlMensual")) {}
+ControlMensual::ControlMensual() : VentanaEscritorio(QStringLiteral("ControlMensual")) {}
 
 void ControlMensual::design()
 {
@@ -49,13 +49,7 @@ void ControlMensual::design()
     add(QStringLiteral("cmdCerrar"), FieldKind::Button, QStringLiteral("Cerrar"));
 
     on(QStringLiteral("cmdRevisar"), Ev::Click, [this](EventArgs&) { revisar(); });
-    on(kGrid, Ev::DblClick, [this](EventArgs& e) { abrir(e.index); });
-    on(kGrid, Ev::KeyDown, [this](EventArgs& e) {
-        if (e.key != KeyCode::Return)
-            return;
-        e.key = 0;
-        abrir(field(kGrid).currentRow());
-    });
+    abrirFilas(kGrid, [this](int row) { abrir(row); });
     on(QStringLiteral("cmdImprimir"), Ev::Click, [this](EventArgs&) { imprimir(); });
     on(QStringLiteral("cmdGuardarPdf"), Ev::Click, [this](EventArgs&) { guardarPdf(); });
     on(QStringLiteral("cmdCerrar"), Ev::Click, [this](EventArgs&) { unload(); });

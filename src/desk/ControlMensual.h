@@ -2,13 +2,13 @@
 
 #include <QVector>
 
-#include "Controller.h"
 #include "RevisionMensual.h"
+#include "VentanaEscritorio.h"
 
 // "Control del mes": the check of one period before filing, for the taxpayer
 // chosen in the finder or for all; one report on screen, printable and
 // savable as PDF, each line opening the declaration it names.
-class ControlMensual : public Controller
+class ControlMensual : public VentanaEscritorio
 {
     Q_OBJECT
 public:

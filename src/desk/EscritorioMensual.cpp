@@ -19,13 +19,7 @@ void EscritorioMensual::design()
     designAnio();
     add(kGrid, FieldKind::Grid);
     designCerrar();
-    on(kGrid, Ev::DblClick, [this](EventArgs& e) { abrir(e.index); });
-    on(kGrid, Ev::KeyDown, [this](EventArgs& e) {
-        if (e.key != KeyCode::Return)
-            return;
-        e.key = 0;
-        abrir(field(kGrid).currentRow());
-    });
+    abrirFilas(kGrid, [this](int row) { abrir(row); });
 }
 
 QString EscritorioMensual::Resumen(const EstadoPresentaciones& estado, const QString& periodo)

@@ -43,6 +43,16 @@ struct Clave {
                QStringLiteral(" AND ctrl = ") + Comillas(ctrl);
     }
     QString codigo() const { return padron + mes + anio + objeto + (rect ? u'R' : u'O'); }
+    // The premises' row and the declaration's row; null or empty when missing.
+    RecordsetPtr filaPremisa() const
+    {
+        return gAccess().FillRecordSet(QStringLiteral("SELECT * FROM tPadronesComerciales") +
+                                       premisa());
+    }
+    RecordsetPtr filaDeclaracion() const
+    {
+        return gAccess().FillRecordSet(QStringLiteral("SELECT * FROM ") + form + version());
+    }
     QString padron, objeto, form, mes, anio, fecha, ctrl;
     bool rect = false;
 };
@@ -98,16 +108,14 @@ QStringList RevisionMensual::ProblemasDeArchivo(const QString& clave)
 {
     const Clave k(clave);
     QStringList out;
-    ZoAccess& db = gAccess();
-    const RecordsetPtr premisa =
-        db.FillRecordSet(QStringLiteral("SELECT * FROM tPadronesComerciales") + k.premisa());
+    const RecordsetPtr premisa = k.filaPremisa();
     if (!premisa || premisa->EOF_()) {
         out << QStringLiteral("El padrón no está registrado.");
         return out;
     }
     if (premisa->Text(QStringLiteral("grupo")).trimmed().isEmpty())
         out << QStringLiteral("El padrón no tiene grupo: el archivo no puede escribirse entero.");
-    const RecordsetPtr codigos = db.FillRecordSet(
+    const RecordsetPtr codigos = gAccess().FillRecordSet(
         QStringLiteral("SELECT codigo_formulario FROM tCodigos_Formularios WHERE idFormulario = ") +
         Comillas(k.form));
     if (!codigos || codigos->EOF_()) {
@@ -120,8 +128,7 @@ QStringList RevisionMensual::ProblemasDeArchivo(const QString& clave)
             out << QStringLiteral(
                 "Anexo de un padrón de régimen 2: el archivo no puede escribirse.");
     }
-    const RecordsetPtr row =
-        db.FillRecordSet(QStringLiteral("SELECT * FROM ") + k.form + k.version());
+    const RecordsetPtr row = k.filaDeclaracion();
     if (FormTables::find(k.form) && (!row || row->EOF_()))
         out << QStringLiteral("La declaración no tiene sus datos guardados.");
     return out;
@@ -131,14 +138,11 @@ QStringList RevisionMensual::DatosQueNoLleva(const QString& clave)
 {
     const Clave k(clave);
     QStringList out;
-    ZoAccess& db = gAccess();
-    const RecordsetPtr premisa =
-        db.FillRecordSet(QStringLiteral("SELECT * FROM tPadronesComerciales") + k.premisa());
+    const RecordsetPtr premisa = k.filaPremisa();
     if (premisa && !premisa->EOF_())
         revisarFila(*premisa, {}, QStringLiteral("En el padrón, "), out);
     const FormTables* tables = FormTables::find(k.form);
-    const RecordsetPtr row =
-        db.FillRecordSet(QStringLiteral("SELECT * FROM ") + k.form + k.version());
+    const RecordsetPtr row = k.filaDeclaracion();
     if (!tables || !row || row->EOF_())
         return out;
     // The balance's period travels as text; the annexes' total is an amount
@@ -152,9 +156,9 @@ QStringList RevisionMensual::DatosQueNoLleva(const QString& clave)
     if (tables->detailTable.isEmpty())
         return out;
     const RecordsetPtr lines =
-        db.FillRecordSet(QStringLiteral("SELECT * FROM ") + tables->detailTable +
-                         QStringLiteral(" WHERE Codigo = ") + Comillas(k.codigo()) +
-                         QStringLiteral(" AND ctrl = ") + Comillas(k.ctrl));
+        gAccess().FillRecordSet(QStringLiteral("SELECT * FROM ") + tables->detailTable +
+                                QStringLiteral(" WHERE Codigo = ") + Comillas(k.codigo()) +
+                                QStringLiteral(" AND ctrl = ") + Comillas(k.ctrl));
     for (int n = 1; lines && !lines->EOF_(); lines->MoveNext(), ++n)
         revisarFila(*lines, importesDeDetalle(k.form),
                     QStringLiteral("En la línea ") + QString::number(n) + QStringLiteral(", "),

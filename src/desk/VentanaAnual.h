@@ -1,14 +1,14 @@
 #pragma once
 
-#include "Controller.h"
+#include "VentanaEscritorio.h"
 
 // A window that shows one year at a time, with buttons to the year before and
 // after: the calendar of a taxpayer and the desk of all of them.
-class VentanaAnual : public Controller
+class VentanaAnual : public VentanaEscritorio
 {
     Q_OBJECT
 public:
-    using Controller::Controller;
+    using VentanaEscritorio::VentanaEscritorio;
 
     // The year shown; 0 lets the window choose (the current year).
     int Anio = 0;
