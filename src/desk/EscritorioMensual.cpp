@@ -29,15 +29,14 @@ QString EscritorioMensual::Resumen(const EstadoPresentaciones& estado, const QSt
     int faltan = 0;
     for (const FilaPresentacion& fila : estado.filas())
         faltan += fila.celda(periodo).estado == EstadoMes::Pendiente ? 1 : 0;
-    return faltan == 0 ? QStringLiteral("Completo")
-                       : QStringLiteral("Faltan ") + QString::number(faltan);
+    return faltan == 0 ? QStringLiteral("✓") : QStringLiteral("−") + QString::number(faltan);
 }
 
 void EscritorioMensual::onLoad()
 {
     field(QStringLiteral("lblReferencias"))
-        .setText(QStringLiteral("Completo: todos los formularios ofrecidos del mes presentados · "
-                                "Faltan N: formularios ofrecidos sin presentar · Vacío: mes sin "
+        .setText(QStringLiteral("✓ todos los formularios ofrecidos del mes presentados · "
+                                "−n: n formularios ofrecidos sin presentar · vacío: mes sin "
                                 "abrir"));
     m_contribuyentes.Cargar();
     m_orden = m_contribuyentes.Filtrar({}, BuscadorContribuyentes::PorNombre);

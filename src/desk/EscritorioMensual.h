@@ -15,8 +15,8 @@ class EscritorioMensual : public VentanaAnual
 public:
     EscritorioMensual();
 
-    // How a taxpayer's month stands: "" when no premises opened it,
-    // "Completo" when every offered form is filed, "Faltan n" otherwise.
+    // How a taxpayer's month stands: "" when no premises opened it, "✓" when
+    // every offered form is filed, "−n" with the count of those that are not.
     static QString Resumen(const EstadoPresentaciones& estado, const QString& periodo);
 
 protected:

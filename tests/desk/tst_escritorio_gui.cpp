@@ -14,6 +14,7 @@
 #include "declarations/FormulariosDDJJ.h"
 #include "desk/CalendarioPresentaciones.h"
 #include "desk/ControlMensual.h"
+#include "desk/EscritorioMensual.h"
 #include "frame/view/QtUi.h"
 #include "shell/Principal.h"
 #include "shell/view/ShellViews.h"
@@ -157,6 +158,28 @@ private slots:
         doubleClickCell(table, f986, 7);
         QCOMPARE(env->ui().shownWindows().last(), QString("F986"));
         closeView(calendario);
+    }
+
+    void deskShowsEveryTaxpayersYear()
+    {
+        EscritorioMensual escritorio;
+        escritorio.Anio = 2024;
+        QPointer<QWidget> view(show(escritorio, {1000, 620}));
+        QVERIFY(view);
+        auto* table = view->findChild<QTableWidget*>("gridEscritorio");
+        QCOMPARE(table->rowCount(), 200);
+        // taxpayer 4 (LÓPEZ MARÍA) left F985 unfiled all year and filed to August
+        int row = -1;
+        for (int r = 0; r < table->rowCount(); ++r)
+            row = table->item(r, 1)->text() == "20-00000004-6" ? r : row;
+        QVERIFY(row >= 0);
+        QCOMPARE(table->item(row, 2)->text(), QString("−1"));
+        QCOMPARE(table->item(row, 8)->text(), QString("−2"));
+        QCOMPARE(table->item(row, 13)->text(), QString());
+        shoot(view, "escritorio");
+        doubleClickCell(table, row, 3);
+        QCOMPARE(env->ui().shownWindows(), QStringList{"CalendarioPresentaciones"});
+        closeView(escritorio);
     }
 
     void checkReportListsTheDeskAndOpensALine()
