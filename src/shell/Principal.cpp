@@ -7,12 +7,21 @@
 #include "ZoAccess.h"
 #include "backup/Backup.h"
 #include "backup/frmBackup.h"
+#include "desk/CalendarioPresentaciones.h"
+#include "desk/ControlMensual.h"
+#include "desk/EscritorioMensual.h"
+#include "desk/GenerarLote.h"
 #include "frmAbout.h"
 #include "navigation/ContribuyentesDatos.h"
 #include "registry/Contribuyentes.h"
 
 namespace {
 const QString kList = QStringLiteral("mnuListadoContribuyentes");
+const QString kBuscar = QStringLiteral("txtBuscar");
+const QString kOrden = QStringLiteral("cboOrden");
+const QString kGrid = QStringLiteral("gridContribuyentes");
+constexpr int kKeyF = 70;
+constexpr int kCtrl = 2;
 } // namespace
 
 Principal& gPrincipal()
@@ -47,6 +56,7 @@ void Principal::design()
     designMenu();
     add(QStringLiteral("imgImagen"), FieldKind::Label);
     add(QStringLiteral("txtVersion"), FieldKind::Label);
+    designBuscador();
 
     on(kList, Ev::Click, [this](EventArgs& e) { openListedTaxpayer(e.index); });
     on(QStringLiteral("mnuNuevo"), Ev::Click, [this](EventArgs&) { openNewTaxpayer(); });
@@ -54,6 +64,52 @@ void Principal::design()
     on(QStringLiteral("mnuManualUso"), Ev::Click, [this](EventArgs&) { openManual(); });
     on(QStringLiteral("mnuAcercaDe"), Ev::Click, [this](EventArgs&) { showAbout(); });
     on(QStringLiteral("mnuCopiaSeguridad"), Ev::Click, [](EventArgs&) { ShowBackupDialog(); });
+}
+
+void Principal::designBuscador()
+{
+    add(QStringLiteral("lblBuscar"), FieldKind::Label,
+        QStringLiteral("Buscar contribuyente por nombre o CUIT (Ctrl+F):"));
+    add(kBuscar, FieldKind::Text);
+    Field& orden = add(kOrden, FieldKind::Combo);
+    for (const char* item : {"Recientes primero", "Por nombre", "Por CUIT"})
+        orden.addItem(QString::fromUtf8(item));
+    orden.setListIndex(BuscadorContribuyentes::Recientes);
+    add(kGrid, FieldKind::Grid)
+        .setHeader({QStringLiteral("Apellido y Nombre / Razón Social"), QStringLiteral("CUIT")});
+    add(QStringLiteral("lblCantidad"), FieldKind::Label);
+    add(QStringLiteral("cmdCalendario"), FieldKind::Button,
+        QStringLiteral("Calendario de presentaciones"));
+    add(QStringLiteral("cmdEscritorio"), FieldKind::Button, QStringLiteral("Escritorio del año"));
+    add(QStringLiteral("cmdControlMes"), FieldKind::Button, QStringLiteral("Control del mes"));
+    add(QStringLiteral("cmdGenerarPeriodo"), FieldKind::Button, QStringLiteral("Generar período"));
+
+    on(kBuscar, Ev::Change, [this](EventArgs&) { filtrar(); });
+    on(kBuscar, Ev::KeyDown, [this](EventArgs& e) {
+        if (e.key == KeyCode::Return) {
+            e.key = 0;
+            openFound(qMax(0, field(kGrid).currentRow()));
+        } else if (e.key == KeyCode::Down && field(kGrid).rowCount() > 0) {
+            e.key = 0;
+            setFocus(kGrid);
+        }
+    });
+    on(kOrden, Ev::Click, [this](EventArgs&) { filtrar(); });
+    on(kGrid, Ev::DblClick, [this](EventArgs& e) { openFound(e.index); });
+    on(kGrid, Ev::KeyDown, [this](EventArgs& e) {
+        if (e.key != KeyCode::Return)
+            return;
+        e.key = 0;
+        openFound(field(kGrid).currentRow());
+    });
+    on(QStringLiteral("cmdCalendario"), Ev::Click,
+       [this](EventArgs&) { openDesk(QStringLiteral("CalendarioPresentaciones")); });
+    on(QStringLiteral("cmdEscritorio"), Ev::Click,
+       [this](EventArgs&) { openDesk(QStringLiteral("EscritorioMensual")); });
+    on(QStringLiteral("cmdControlMes"), Ev::Click,
+       [this](EventArgs&) { openDesk(QStringLiteral("ControlMensual")); });
+    on(QStringLiteral("cmdGenerarPeriodo"), Ev::Click,
+       [this](EventArgs&) { openDesk(QStringLiteral("GenerarLote")); });
 }
 
 void Principal::designMenu()
@@ -85,6 +141,72 @@ void Principal::onLoad()
 }
 
 void Principal::FillMenu()
+{
+    fillMenuList();
+    FillBuscador();
+}
+
+void Principal::FillBuscador()
+{
+    m_buscador.Cargar();
+    filtrar();
+}
+
+void Principal::filtrar()
+{
+    const auto orden = BuscadorContribuyentes::Orden(qMax(0, field(kOrden).listIndex()));
+    m_encontrados = m_buscador.Filtrar(field(kBuscar).text(), orden);
+    QVector<QStringList> rows;
+    rows.reserve(m_encontrados.size());
+    for (int i : m_encontrados)
+        rows.push_back({m_buscador.at(i).nombre, m_buscador.at(i).cuit});
+    Field& grid = field(kGrid);
+    grid.setRows(std::move(rows));
+    grid.setCurrentRow(m_encontrados.isEmpty() ? -1 : 0);
+    field(QStringLiteral("lblCantidad"))
+        .setText(QString::number(m_encontrados.size()) + QStringLiteral(" de ") +
+                 QString::number(m_buscador.count()) + QStringLiteral(" contribuyentes"));
+}
+
+// The taxpayer of a row of the finder, opened as its menu item opens it.
+void Principal::openFound(int row)
+{
+    if (row < 0 || row >= m_encontrados.size())
+        return;
+    const ContribuyenteListado found = m_buscador.at(m_encontrados.at(row));
+    openTaxpayerData(found.id, found.nombre, found.cuit);
+    FillMenu();
+}
+
+void Principal::openDesk(const QString& window)
+{
+    const int row = field(kGrid).currentRow();
+    const int id =
+        row >= 0 && row < m_encontrados.size() ? m_buscador.at(m_encontrados.at(row)).id : 0;
+    if (window == QLatin1String("CalendarioPresentaciones")) {
+        if (id == 0) {
+            MsgBox(QStringLiteral("Seleccione un contribuyente en la lista."), Msg::Information,
+                   QStringLiteral("Atención !"));
+            return;
+        }
+        CalendarioPresentaciones calendario;
+        calendario.IdContribuyente = id;
+        calendario.show(true);
+    } else if (window == QLatin1String("EscritorioMensual")) {
+        EscritorioMensual escritorio;
+        escritorio.show(true);
+    } else if (window == QLatin1String("ControlMensual")) {
+        ControlMensual control;
+        control.IdContribuyente = id;
+        control.show(true);
+    } else {
+        GenerarLote lote;
+        lote.show(true);
+    }
+    FillMenu();
+}
+
+void Principal::fillMenuList()
 {
     RecordsetPtr rs = gAccess().FillRecordSetReader(
         QStringLiteral("SELECT IDCONTRIBUYENTE, APELLIDONOMBRE, CUIT FROM CONTRIBUYENTES ORDER BY "
@@ -134,6 +256,7 @@ void Principal::openListedTaxpayer(int index)
 
 void Principal::openTaxpayerData(int id, const QString& name, const QString& cuit)
 {
+    BuscadorContribuyentes::RecordarReciente(cuit);
     ContribuyentesDatos datos;
     datos.IdContribuyente = id;
     datos.NombreContribuyente = name;
@@ -169,8 +292,13 @@ void Principal::showAbout()
 
 void Principal::onFormKeyDown(EventArgs& args)
 {
-    if (args.key == KeyCode::F1)
+    if (args.key == KeyCode::F1) {
         openManual();
+    } else if (args.key == kKeyF && (args.shift & kCtrl)) {
+        args.key = 0; // Ctrl+F reaches the search box from anywhere in the window
+        setFocus(kBuscar);
+        field(kBuscar).selectAll();
+    }
 }
 
 void Principal::onUnload()

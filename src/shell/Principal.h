@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Controller.h"
+#include "desk/BuscadorContribuyentes.h"
 
 // The single top window "Sistema Morvel de Declaraciones": the menu, the list
 // of taxpayers, backups and help.
@@ -15,6 +16,9 @@ public:
     // Rebuilds the list of taxpayers under "Contribuyentes / Padrones
     // Comerciales".
     void FillMenu();
+    // Reads the taxpayers of the finder again and filters them by what the
+    // search box holds.
+    void FillBuscador();
 
 protected:
     void design() override;
@@ -29,6 +33,14 @@ private:
     void openTaxpayerData(int id, const QString& name, const QString& cuit);
     void openManual();
     void showAbout();
+    void designBuscador();
+    void fillMenuList();
+    void filtrar();
+    void openFound(int row);
+    void openDesk(const QString& window);
+
+    BuscadorContribuyentes m_buscador;
+    QVector<int> m_encontrados;
 };
 
 // The one main window of the application.

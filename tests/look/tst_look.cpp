@@ -24,6 +24,10 @@
 #include "backup/frmBackupArchivos.h"
 #include "declarations/FormularioDDJJ.h"
 #include "declarations/FormulariosDDJJ.h"
+#include "desk/CalendarioPresentaciones.h"
+#include "desk/ControlMensual.h"
+#include "desk/EscritorioMensual.h"
+#include "desk/GenerarLote.h"
 #include "frame/view/QtUi.h"
 #include "frame/view/ViewRegistry.h"
 #include "shell/frmAbout.h"
@@ -118,6 +122,15 @@ Window window(const QString& name)
          }},
         {"frmBackup", [] { return make<frmBackup>(); }},
         {"frmBackupArchivos", [] { return make<frmBackupArchivos>(); }},
+        {"CalendarioPresentaciones",
+         [] {
+             return make<CalendarioPresentaciones>(
+                 [](CalendarioPresentaciones& w) { w.IdContribuyente = 1; });
+         }},
+        {"EscritorioMensual", [] { return make<EscritorioMensual>(); }},
+        {"ControlMensual",
+         [] { return make<ControlMensual>([](ControlMensual& w) { w.IdContribuyente = 1; }); }},
+        {"GenerarLote", [] { return make<GenerarLote>(); }},
     };
     const auto it = windows.constFind(name);
     return it == windows.constEnd() ? nullptr : (*it)();

@@ -1,6 +1,9 @@
 #include <QDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMainWindow>
+#include <QShortcut>
+#include <QTableWidget>
 #include <QWidget>
 
 #include "ShellViews.h"
@@ -23,8 +26,24 @@ class PrincipalView : public FormView<Ui::Principal, QMainWindow>
 public:
     PrincipalView()
     {
-        showPicture(this, "imgImagen", 480, 128);
+        showPicture(this, "imgImagen", 360, 96);
         resize(900, 620);
+        // Ctrl+F reaches the search box of the finder from anywhere in the window.
+        auto* find = new QShortcut(QKeySequence::Find, this);
+        connect(find, &QShortcut::activated, this, [this] {
+            if (auto* box = findChild<QLineEdit*>(QStringLiteral("txtBuscar"))) {
+                box->setFocus(Qt::ShortcutFocusReason);
+                box->selectAll();
+            }
+        });
+        // The arrows move the current taxpayer of the list as a click does,
+        // so that Enter opens the one that is highlighted.
+        if (auto* list = findChild<QTableWidget*>(QStringLiteral("gridContribuyentes"))) {
+            connect(list, &QTableWidget::currentCellChanged, list, [list](int row, int col) {
+                if (row >= 0)
+                    emit list->cellClicked(row, col);
+            });
+        }
     }
 };
 
@@ -62,6 +81,7 @@ void RegisterNavigationViews();
 void RegisterDeclarationsViews();
 void RegisterOutputViews();
 void RegisterBackupViews();
+void RegisterDeskViews();
 
 void RegisterAllViews()
 {
@@ -75,4 +95,5 @@ void RegisterAllViews()
     RegisterDeclarationsViews();
     RegisterOutputViews();
     RegisterBackupViews();
+    RegisterDeskViews();
 }
