@@ -3,6 +3,8 @@
 #include <QString>
 #include <functional>
 
+#include "SqliteDatabase.h"
+
 // The database as a file: consistent copies, the compacted copy, the check
 // that a file is a sound database of this system, and the replacement of the
 // file in one step. None of these touch the shared gateway; callers close it
@@ -28,7 +30,7 @@ public:
 
     // The mark of the program's databases in their header ("MRVL"); older
     // ones carry none (0).
-    static constexpr qint64 kMorvelApplicationId = 0x4D52564C;
+    static constexpr qint64 kMorvelApplicationId = SqliteDatabase::kApplicationId;
     static bool IsOwnApplicationId(qint64 id);
 
     // Puts `replacement` in place of `target` with one rename, after flushing
