@@ -214,6 +214,19 @@ class TstImport : public EnvTest
         QFile::copy(data(fixture), to);
         return to;
     }
+    // A good line, the row's `line` and another good line: the import stops
+    // at the row's line with its message, and keeps the line before it.
+    void stopsAtTheBadLine()
+    {
+        QFETCH(QString, form);
+        QFETCH(QByteArray, line);
+        QFETCH(QString, message);
+        const QByteArray good = lineaBuena(form);
+        const QByteArray head = cabeceraDe(form);
+        QVERIFY(!importar(form, file(head + good + line + good + "3@3@3\n")));
+        QCOMPARE(onlyMessage(), "Error en línea 3\n" + message);
+        QCOMPARE(rows(form + "_Detalle", "CodigoDetalle"), QStringList{"0001"});
+    }
     QStringList shownAfterTheQuestion()
     {
         QStringList t = env->ui().texts();
@@ -466,17 +479,7 @@ private slots:
         Row("F978 code alone", "F978", "2@" + codigo().toUtf8() + "\n", dashes);
         Row("F978 code and date", "F978", "2@" + codigo().toUtf8() + "@01-03-2024\n", cuit);
     }
-    void annexLineChecks()
-    {
-        QFETCH(QString, form);
-        QFETCH(QByteArray, line);
-        QFETCH(QString, message);
-        const QByteArray good = lineaBuena(form);
-        const QByteArray head = cabeceraDe(form);
-        QVERIFY(!importar(form, file(head + good + line + good + "3@3@3\n")));
-        QCOMPARE(onlyMessage(), "Error en línea 3\n" + message);
-        QCOMPARE(Db::count(form + "_Detalle"), 1);
-    }
+    void annexLineChecks() { stopsAtTheBadLine(); }
 
     // A control character (NUL among them) is no text of a declaration: the
     // line is refused by name and what came before it stays.
@@ -501,17 +504,7 @@ private slots:
         Row("F977 delete", "F977", "2@" + c + "@01-03-2024@123@PROV@20-12345678-6@4567\x7f@1\n",
             code.arg(7).arg(127));
     }
-    void controlCharactersAreRefused()
-    {
-        QFETCH(QString, form);
-        QFETCH(QByteArray, line);
-        QFETCH(QString, message);
-        const QByteArray good = lineaBuena(form);
-        const QByteArray head = cabeceraDe(form);
-        QVERIFY(!importar(form, file(head + good + line + good + "3@3@3\n")));
-        QCOMPARE(onlyMessage(), "Error en línea 3\n" + message);
-        QCOMPARE(rows(form + "_Detalle", "CodigoDetalle"), QStringList{"0001"});
-    }
+    void controlCharactersAreRefused() { stopsAtTheBadLine(); }
 
     // An amount whose cents a number cannot count is refused before it is
     // rounded or added; the trailer's total is held to the same range.
