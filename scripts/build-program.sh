@@ -8,4 +8,4 @@ launcher=()
 command -v ccache >/dev/null && launcher=(-DCMAKE_CXX_COMPILER_LAUNCHER=ccache)
 cmake -S . -B build-release -G Ninja -DCMAKE_BUILD_TYPE=Release -DBUILD_TESTING=OFF \
     -DMORVEL_BUILD_BENCH=OFF "${launcher[@]}" >/dev/null
-cmake --build build-release -j"$(nproc)" --target morvel morvel_manual
+cmake --build build-release -j"$(nproc)" --target morvel morvel-hoja morvel-lote morvel_manual

@@ -10,6 +10,7 @@ packages=(
   libqt6svg6 p7zip-full
   xvfb xauth poppler-utils libxlsxwriter-dev
   fonts-dejavu-core libqrencode-dev zbar-tools
+  clang libclang-rt-14-dev
 )
 
 missing=()

@@ -61,7 +61,10 @@ std::optional<double> LocaleNumber(const QString& input)
     return value;
 }
 
-bool IsNumericText(const QString& text) { return LocaleNumber(text).has_value(); }
+bool IsNumericText(const QString& text)
+{
+    return LocaleNumber(text).has_value();
+}
 
 double Val(const QString& text)
 {
@@ -96,6 +99,22 @@ std::optional<qint64> RoundToEven(double value)
     if (!std::isfinite(value) || std::fabs(value) > 9.2e18)
         return std::nullopt;
     return qint64(std::nearbyint(value)); // default rounding mode: to even
+}
+
+namespace {
+constexpr double kMaxCents = 9007199254740992.0; // 2^53
+} // namespace
+
+bool IsAmountInRange(double value)
+{
+    return std::isfinite(value) && std::fabs(value) * 100.0 < kMaxCents;
+}
+
+std::optional<qint64> AmountCents(double value)
+{
+    if (!IsAmountInRange(value))
+        return std::nullopt;
+    return qint64(RoundDecimal(value * 100.0, 0));
 }
 
 double RoundDecimal(double value, int decimals)

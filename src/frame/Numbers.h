@@ -19,6 +19,15 @@ double Val(const QString& text);
 // Rounds to the nearest integer, halves to the even one (the old CInt, CLng).
 std::optional<qint64> RoundToEven(double value);
 
+// Amounts are counted in cents, and a double counts whole cents exactly only
+// up to 2^53 of them (about ninety trillion pesos). An amount beyond that is
+// no amount of a declaration: it is refused before it is rounded, since its
+// cents would no longer be whole, nor fit the integer that counts them.
+bool IsAmountInRange(double value);
+// The amount in whole cents, rounded half away from zero; nullopt when it is
+// not finite or beyond the range above.
+std::optional<qint64> AmountCents(double value);
+
 // Rounds a decimal figure to `decimals` places, halves away from zero, on its
 // decimal value: 1.005 gives 1.01 and 2.675 gives 2.68, as a calculator does.
 double RoundDecimal(double value, int decimals);

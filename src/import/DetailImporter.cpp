@@ -1,5 +1,6 @@
 #include "DetailImporter.h"
 
+#include <QFileInfo>
 #include <QScopeGuard>
 
 #include <QRegularExpression>
@@ -8,7 +9,8 @@
 #include "Field.h"
 #include "Globals.h"
 #include "Numbers.h"
-#include "SpreadsheetReader.h"
+#include "PreparedInsert.h"
+#include "SpreadsheetFile.h"
 #include "SqlText.h"
 #include "TextLineReader.h"
 #include "Tovak.h"
@@ -24,11 +26,6 @@ const QStringList kAlicuotas = {
     QStringLiteral("0,60"), QStringLiteral("0,43"), QStringLiteral("1,20"), QStringLiteral("2,00"),
     QStringLiteral("2,40"), QStringLiteral("3,60"), QStringLiteral("6,00"),
 };
-
-// Lines are written a few hundred to a statement: one statement a line would
-// spend more on the statement than on the line.
-constexpr int kFilasPorLote = 200;
-constexpr qsizetype kLargoDeLote = 1 << 20;
 
 const QString kContinuar = QStringLiteral("¿Continuar con la lectura del archivo?");
 
@@ -63,9 +60,35 @@ QString fechaDeLinea(const QString& value)
     return day.isValid() ? day.toString(QStringLiteral("dd-MM-yyyy")) : t.left(10);
 }
 
-qint64 centavos(const QString& amount)
+// The amount in cents: 0 for a text that is no number (such a line is stored
+// as written, and adds nothing), nullopt for an amount beyond the range.
+std::optional<qint64> centavos(const QString& amount)
 {
-    return qRound64(TextToDouble(amount) * 100.0);
+    const auto value = LocaleNumber(amount);
+    return value ? AmountCents(*value) : 0;
+}
+
+QString fueraDeRango(const QString& amount)
+{
+    return QStringLiteral("El importe ") + amount.trimmed() +
+           QStringLiteral(" está fuera del rango admitido.");
+}
+
+// The first control character among the fields, NUL included, as the
+// person's message naming its field (text) or column (sheet); "" when none.
+QString caracterDeControl(const QStringList& campos, bool columnas)
+{
+    for (qsizetype i = 0; i < campos.size(); ++i)
+        for (const QChar c : campos.at(i)) {
+            const char16_t u = c.unicode();
+            if (u >= 0x20 && (u < 0x7F || u >= 0xA0))
+                continue;
+            const QString donde = columnas ? QStringLiteral("La columna ") + QChar(char16_t(u'A' + i))
+                                           : QStringLiteral("El campo ") + QString::number(i + 1);
+            return donde + QStringLiteral(" contiene un carácter de control (código ") +
+                   QString::number(u) + QStringLiteral("). Verifique el archivo.");
+        }
+    return QString();
 }
 
 bool soloDigitos(const QString& text)
@@ -139,6 +162,13 @@ bool DetailImporter::ImportarTexto(const QString& path)
         }
         const QStringList campos = line.split(u'@');
         const QString tipo = campos.first().trimmed();
+        const bool registro = tipo == u"1" || tipo == u"2" ||
+                              (tipo == u"3" && m_rule.familia == ImportFamily::Agentes);
+        const QString control = registro ? caracterDeControl(campos, false) : QString();
+        if (!control.isEmpty()) {
+            detener(control);
+            return false;
+        }
         Paso paso = Paso::Sigue;
         if (tipo == u"1") {
             paso = m_rule.familia == ImportFamily::Agentes ? cabeceraAgente(campos)
@@ -177,37 +207,42 @@ bool DetailImporter::ImportarHoja(const QString& path, bool encabezado)
 {
     m_origen = Origen::Hoja;
     m_tabla = m_rule.tablaHoja;
-    const auto reader = SpreadsheetReader::ForFile(path);
-    if (!reader || !reader->read(path)) {
-        MsgBox(QStringLiteral("No se pudo abrir el archivo de Excel:\n") + path +
-                   (reader ? QStringLiteral("\n") + reader->errorText() : QString()),
-               Msg::Information, QStringLiteral("Importar archivo de Excel"));
+    const QString titulo = QStringLiteral("Importar archivo de Excel");
+    SpreadsheetFile hoja;
+    if (!hoja.read(path)) {
+        MsgBox(hoja.damaged() ? QStringLiteral("El archivo ") + QFileInfo(path).fileName() +
+                                    QStringLiteral(" está dañado o no es una planilla válida.")
+                              : QStringLiteral("No se pudo abrir el archivo de Excel:\n") + path +
+                                    QStringLiteral("\n") + hoja.errorText(),
+               Msg::Information, titulo);
         return false;
     }
-    if (!ZoImport::VerificarColumnas(reader->rows(), reader->columnCount(), encabezado,
-                                     m_rule.columnas))
+    if (!ZoImport::VerificarColumnas(hoja.row(0), hoja.columnCount(), encabezado, m_rule.columnas))
         return false;
-    const auto& rows = reader->rows();
     const int first = encabezado ? 1 : 0;
     if (m_progress) {
         m_progress->setMinimum(0);
-        m_progress->setMaximum(int(qMax<qsizetype>(0, rows.size() - first)));
+        m_progress->setMaximum(qMax(0, hoja.rowCount() - first));
         m_progress->setValue(0);
         m_progress->setVisible(true);
     }
     comenzar();
     const auto terminar = qScopeGuard([this] { confirmar(); });
-    for (qsizetype r = first; r < rows.size(); ++r) {
+    for (int r = first; r < hoja.rowCount(); ++r) {
         ++m_linea;
         avanzar();
         if (ZoImport::Detenido()) {
             confirmar();
             return false;
         }
-        const QStringList& celdas = rows.at(r);
-        if (std::all_of(celdas.begin(), celdas.end(),
-                        [](const QString& c) { return c.trimmed().isEmpty(); }))
+        if (!hoja.hasValue(r))
             continue;
+        const QStringList celdas = hoja.row(r);
+        const QString control = caracterDeControl(celdas, true);
+        if (!control.isEmpty()) {
+            detener(control);
+            return false;
+        }
         QStringList linea = m_rule.familia == ImportFamily::Actividades
                                 ? celdas.mid(0, 5)
                                 : comprobanteDeColumnas(celdas, 0);
@@ -242,7 +277,6 @@ void DetailImporter::comenzar()
 
 void DetailImporter::confirmar()
 {
-    escribirLote();
     m_transaccion.reset();
 }
 
@@ -341,7 +375,7 @@ DetailImporter::Paso DetailImporter::pie(const QStringList& campos)
                                       "cantidad especificada al final del archivo. Por favor "
                                       "verifique."));
     const QString total = NormalizeAmount(campos.value(2).trimmed());
-    if (!IsNumericText(total) || centavos(total) != m_sumaCentavos)
+    if (!IsNumericText(total) || !m_sumaCentavos || centavos(total) != *m_sumaCentavos)
         return detener(QStringLiteral("La suma de los importes en el detalle no coincide con el "
                                       "total especificado al final del archivo."));
     return Paso::Sigue;
@@ -352,10 +386,14 @@ DetailImporter::Paso DetailImporter::pie(const QStringList& campos)
 QStringList DetailImporter::comprobanteDeColumnas(const QStringList& celdas, int desde) const
 {
     QStringList linea = celdas.mid(desde);
-    if (!m_rule.conTipo)
-        linea.insert(Tipo, QString());
+    // A line may stop short of its fields: the missing ones are empty, and
+    // the line's checks say what is wrong with it.
     while (linea.size() < Importe + 1)
         linea.append(QString());
+    if (!m_rule.conTipo) {
+        linea.insert(Tipo, QString());
+        linea.removeLast();
+    }
     return linea;
 }
 
@@ -384,7 +422,6 @@ DetailImporter::Paso DetailImporter::actividad(QStringList linea)
 {
     while (linea.size() < Impuesto + 1)
         linea.append(QString());
-    escribirLote();
     const QString existentes = gAccess().GetString(
         QStringLiteral("SELECT count(*) FROM ") + m_tabla + QStringLiteral(" WHERE Codigo = '") +
         Sq(m_codigo) + QStringLiteral("' AND FECHARECTIFICATIVA = '") + Sq(m_fecha) +
@@ -394,6 +431,11 @@ DetailImporter::Paso DetailImporter::actividad(QStringList linea)
                        QStringLiteral(" no puede contener mas de 4 registros en el detalle"));
     const QString base = NormalizeAmount(linea.at(Base).trimmed());
     const QString impuesto = NormalizeAmount(linea.at(Impuesto).trimmed());
+    const auto centavosImpuesto = centavos(impuesto);
+    if (!centavos(base))
+        return detener(fueraDeRango(linea.at(Base)));
+    if (!centavosImpuesto)
+        return detener(fueraDeRango(linea.at(Impuesto)));
     QString alicuota = linea.at(Alicuota).trimmed();
     // A number cell of a sheet reads with "." as its decimal; it stands for the
     // rate the person sees in the regional form.
@@ -405,34 +447,44 @@ DetailImporter::Paso DetailImporter::actividad(QStringList linea)
                    ? Paso::Sigue
                    : Paso::Detiene;
     const double calculado = RoundDecimal(TextToDouble(base) * TextToDouble(alicuota) / 100.0, 2);
-    if (qRound64(calculado * 100.0) != centavos(impuesto) &&
+    if (AmountCents(calculado) != centavosImpuesto &&
         !preguntar(QStringLiteral("El valor del impuesto no es el mismo que el valor calculado "
                                   "(Base Imponible * Alícuota)"),
                    QStringLiteral("¿Ignorar el error?")))
         return Paso::Sigue;
-    insertar(kColumnasActividad, {m_codigo, m_fecha, siguienteDetalle(), linea.at(TipoActividad),
-                                  linea.at(CodigoActividad), base, alicuota, impuesto, m_ctrl});
-    return Paso::Sigue;
+    return insertar(kColumnasActividad,
+                    {m_codigo, m_fecha, siguienteDetalle(), linea.at(TipoActividad),
+                     linea.at(CodigoActividad), base, alicuota, impuesto, m_ctrl});
 }
 
 DetailImporter::Paso DetailImporter::comprobante(QStringList linea)
 {
     const QString fecha = linea.at(Fecha).trimmed();
-    const bool conPeriodo = m_origen == Origen::Hoja || m_rule.familia == ImportFamily::Agentes;
-    const QString formato =
-        m_origen == Origen::Hoja
-            ? QStringLiteral("Formato de fecha incorrecto. El mismo debe ser DD-MM-YYYY.")
-            : m_rule.fechaTexto;
-    if (!ZoImport::EsFecha(fecha))
-        return detener(formato);
-    if (conPeriodo && !ZoImport::FechaPeriodo(fecha, m_mes, m_anio))
-        return detener(QStringLiteral("Fecha incorrecta, posterior al periodo."));
+    const QString posterior = QStringLiteral("Fecha incorrecta, posterior al periodo.");
+    if (m_origen == Origen::Hoja) {
+        if (!ZoImport::EsFecha(fecha))
+            return detener(
+                QStringLiteral("Formato de fecha incorrecto. El mismo debe ser DD-MM-YYYY."));
+        if (!ZoImport::FechaPeriodo(fecha, m_mes, m_anio))
+            return detener(posterior);
+    } else if (m_rule.familia == ImportFamily::Agentes) {
+        // Only a short text is refused for its form; ten characters that are
+        // no day of the period or before it are refused by the period check.
+        if (fecha.size() < 10)
+            return detener(m_rule.fechaTexto);
+        if (!ZoImport::FechaPeriodo(fecha, m_mes, m_anio))
+            return detener(posterior);
+    } else if (!ZoImport::EsFecha(fecha)) {
+        return detener(m_rule.fechaTexto);
+    }
     if (!ZoImport::EsCuitValido(linea.at(Cuit)))
         return detener(QStringLiteral("El CUIT informado no es válido. Verifique."));
     const QString importe = NormalizeAmount(linea.at(Importe).trimmed());
     const QString tipo = linea.at(Tipo).trimmed();
-    const qint64 monto = centavos(importe);
-    m_sumaCentavos += tipo.startsWith(QLatin1String("NC")) ? -monto : monto;
+    const auto monto = centavos(importe);
+    if (!monto)
+        return detener(fueraDeRango(linea.at(Importe)));
+    sumar(tipo.startsWith(QLatin1String("NC")) ? -*monto : *monto);
 
     QStringList columnas = {QStringLiteral("Codigo"), QStringLiteral("FechaRectificativa"),
                             QStringLiteral("CodigoDetalle"), QStringLiteral("Fecha")};
@@ -447,8 +499,7 @@ DetailImporter::Paso DetailImporter::comprobante(QStringList linea)
     valores << ceros(linea.at(Numero), 15) << linea.at(Denominacion)
             << FormatCuit(QString(linea.at(Cuit)).remove(u'-').trimmed())
             << ceros(linea.at(Padron), 13) << importe << m_ctrl;
-    insertar(columnas, valores);
-    return Paso::Sigue;
+    return insertar(columnas, valores);
 }
 
 // --- Storing -------------------------------------------------------------------
@@ -480,28 +531,21 @@ QString DetailImporter::tipoGuardado(const QString& tipo)
     return codigo + QStringLiteral(" - ") + it.value();
 }
 
-void DetailImporter::insertar(const QStringList& columnas, const QStringList& valores)
+void DetailImporter::sumar(qint64 centavos)
 {
-    const QString cabecera = QStringLiteral("INSERT INTO ") + m_tabla + QStringLiteral(" (") +
-                             columnas.join(u',') + QStringLiteral(") VALUES ");
-    if (cabecera != m_loteCabecera)
-        escribirLote();
-    m_loteCabecera = cabecera;
-    m_lote += m_loteFilas == 0 ? QStringLiteral("('") : QStringLiteral(",('");
-    for (int i = 0; i < valores.size(); ++i) {
-        if (i > 0)
-            m_lote += QStringLiteral("','");
-        m_lote += Sq(valores.at(i));
-    }
-    m_lote += QStringLiteral("')");
-    if (++m_loteFilas >= kFilasPorLote || m_lote.size() > kLargoDeLote)
-        escribirLote();
+    // Each amount is within the range, but enough of them could still
+    // overflow the sum; such a sum matches no trailer.
+    qint64 suma = 0;
+    if (m_sumaCentavos && __builtin_add_overflow(*m_sumaCentavos, centavos, &suma))
+        m_sumaCentavos.reset();
+    else if (m_sumaCentavos)
+        m_sumaCentavos = suma;
 }
 
-void DetailImporter::escribirLote()
+DetailImporter::Paso DetailImporter::insertar(const QStringList& columnas,
+                                              const QStringList& valores)
 {
-    if (m_loteFilas > 0)
-        gAccess().Execute(m_loteCabecera + m_lote);
-    m_lote.clear();
-    m_loteFilas = 0;
+    if (m_insercion.insert(m_tabla, columnas, valores))
+        return Paso::Sigue;
+    return detener(m_insercion.failure());
 }

@@ -5,8 +5,10 @@
 #include <QString>
 #include <QStringList>
 #include <memory>
+#include <optional>
 
 #include "ImportRule.h"
+#include "PreparedInsert.h"
 
 class Field;
 class Transaction;
@@ -17,7 +19,8 @@ class Transaction;
 // with the information icon ends the import at that line; the lines inserted
 // before it stay. The inserts are grouped in a transaction for speed only:
 // it is committed before any message is shown, and whenever the reading ends,
-// whatever the answer to a question was.
+// whatever the answer to a question was. Every line goes in through one
+// prepared statement with its values bound.
 class DetailImporter
 {
 public:
@@ -60,10 +63,10 @@ private:
 
     QString siguienteDetalle();
     QString tipoGuardado(const QString& tipo);
-    // Lines wait in a batch that is written before any message, before the
-    // lines are counted, and at the end.
-    void insertar(const QStringList& columnas, const QStringList& valores);
-    void escribirLote();
+    // Stores a line; a line the database refuses stops the import, saying why.
+    Paso insertar(const QStringList& columnas, const QStringList& valores);
+    // Adds a line's amount to the sum the trailer must match.
+    void sumar(qint64 centavos);
 
     const ImportRule& m_rule;
     Origen m_origen = Origen::Texto;
@@ -79,13 +82,11 @@ private:
     qint64 m_linea = 0; // number of the line or row in hand
     bool m_conCabecera = false;
     bool m_conPie = false;
-    QString m_codigoArchivo; // the header's row code (annexes)
-    qint64 m_sumaCentavos = 0;
-    qint64 m_proximo = -1; // next CodigoDetalle, read once
+    QString m_codigoArchivo;                  // the header's row code (annexes)
+    std::optional<qint64> m_sumaCentavos = 0; // none once it overflowed
+    qint64 m_proximo = -1;                    // next CodigoDetalle, read once
     std::unique_ptr<Transaction> m_transaccion;
-    QString m_loteCabecera;
-    QString m_lote;
-    int m_loteFilas = 0;
+    PreparedInsert m_insercion;
     QHash<QString, QString> m_comprobantes;
     QElapsedTimer m_desdeYield;
 };

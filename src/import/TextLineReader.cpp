@@ -4,7 +4,9 @@
 
 namespace {
 
-constexpr qint64 kChunk = 1 << 20;
+// Read a piece at a time: large enough that the reads cost nothing next to
+// the lines, small enough that a short file costs no large buffer.
+constexpr qint64 kChunk = 1 << 16;
 
 // The characters of bytes 0x80 to 0x9F in Windows-1252; the rest is Latin-1.
 // Bytes that the code page leaves undefined keep their Latin-1 control code.

@@ -136,7 +136,8 @@ QString ZoImport::DeleteZeros(const QString& text)
 
 bool ZoImport::EsFecha(const QString& fecha)
 {
-    return fecha.size() == 10 && fecha.at(2) == fecha.at(5) && TextToDate(fecha).isValid();
+    return fecha.size() == 10 && fecha.at(2) == u'-' && fecha.at(5) == u'-' &&
+           TextToDate(fecha).isValid();
 }
 
 bool ZoImport::FechaPeriodo(const QString& fecha, int mes, int anio)
@@ -162,7 +163,7 @@ bool ZoImport::EsCuitValido(const QString& cuit)
     return IsValidCuit(digits);
 }
 
-bool ZoImport::VerificarColumnas(const QVector<QStringList>& rows, int columnCount, bool encabezado,
+bool ZoImport::VerificarColumnas(const QStringList& titulos, int columnCount, bool encabezado,
                                  const QStringList& columnas)
 {
     if (columnCount != columnas.size()) {
@@ -175,9 +176,8 @@ bool ZoImport::VerificarColumnas(const QVector<QStringList>& rows, int columnCou
         MsgBox(texto, Msg::Information, kAtencion);
         return false;
     }
-    if (!encabezado || rows.isEmpty())
+    if (!encabezado)
         return true;
-    const QStringList& titulos = rows.first();
     for (int i = 0; i < columnas.size(); ++i) {
         const QString titulo = titulos.value(i).trimmed();
         if (titulo == columnas.at(i) || titulo == sinAcentos(columnas.at(i)))

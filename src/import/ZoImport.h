@@ -42,15 +42,16 @@ public:
     static QString DeleteZeros(const QString& text);
     // Whether "dd-mm-yyyy" is a valid day of the period or before it.
     static bool FechaPeriodo(const QString& fecha, int mes, int anio);
-    // Whether the text is a day written dd-mm-yyyy.
+    // Whether the text is a day written DD-MM-YYYY.
     static bool EsFecha(const QString& fecha);
     // Eleven digits once the "-" are gone, with a valid check digit.
     static bool EsCuitValido(const QString& cuit);
 
-    // The checks of a sheet's columns: their count and, with a header row,
-    // their headings (with accents or without). Shows why and gives false.
-    static bool VerificarColumnas(const QVector<QStringList>& rows, int columnCount,
-                                  bool encabezado, const QStringList& columnas);
+    // The checks of a sheet's columns: their count and, with a header row
+    // (`titulos`, the first row), their headings (with accents or without).
+    // Shows why and gives false.
+    static bool VerificarColumnas(const QStringList& titulos, int columnCount, bool encabezado,
+                                  const QStringList& columnas);
 
     // The folder of the last file chosen, shared by every import.
     static QString& CarpetaAnterior();

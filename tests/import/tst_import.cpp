@@ -5,8 +5,10 @@
 
 #include "Controller.h"
 #include "Field.h"
+#include "Globals.h"
 #include "ImportFixture.h"
-#include "import/SpreadsheetReader.h"
+#include "SpreadsheetReader.h"
+#include "import/SpreadsheetFile.h"
 
 using namespace ix;
 
@@ -37,6 +39,13 @@ QByteArray percepcion(const QString& fecha, const QString& cuit = "20-12345678-6
         .toUtf8();
 }
 
+// F977 has no voucher type.
+QByteArray percepcion977(const QString& fecha)
+{
+    return ("2@" + codigo() + "@" + fecha + "@123@PROVEEDOR SA@20-12345678-6@4567@1234.5\n")
+        .toUtf8();
+}
+
 QByteArray cabeceraAgente(const QString& form, const QString& kind = "O", const QString& mes = "03",
                           const QString& anio = "2024", const QString& cuit = "20-12345678-6")
 {
@@ -55,6 +64,19 @@ QByteArray agente(const QString& form, const QString& importe, const QString& fe
 bool isAgent(const QString& form)
 {
     return form == "F985" || form == "F987";
+}
+
+// The header of the form's text file, and a line of it that passes.
+QByteArray cabeceraDe(const QString& form)
+{
+    return isAgent(form) ? cabeceraAgente(form) : cabecera(form);
+}
+QByteArray lineaBuena(const QString& form)
+{
+    return isAgent(form)    ? agente(form, "1")
+           : form == "F976" ? actividad("100.00", "0,60", "0.60")
+           : form == "F977" ? percepcion977("01-03-2024")
+                            : percepcion("01-03-2024");
 }
 
 const QString kWholeReceipt = QStringLiteral(
@@ -102,6 +124,32 @@ void writeXlsx(const QString& path, const QVector<QVariantList>& rows, bool inli
     second = workbook_add_worksheet(wb, "Otra");
     worksheet_write_string(second, 0, 0, "no", nullptr);
     workbook_close(wb);
+}
+
+// A workbook of one sheet written by hand: `cells` inside the sheet's first
+// row, and a shared string table of one string when `shared` is given.
+void writeSheetXml(const QString& path, const QString& cells, const QByteArray& shared = {})
+{
+    QFile::remove(path);
+    int error = 0;
+    zip_t* archive = zip_open(QFile::encodeName(path).constData(), ZIP_CREATE, &error);
+    QVERIFY(archive);
+    static QVector<QByteArray> keep;
+    keep.clear();
+    auto add = [&](const char* name, const QByteArray& bytes) {
+        keep.append(bytes);
+        zip_source_t* source = zip_source_buffer(archive, keep.last().constData(),
+                                                 zip_uint64_t(keep.last().size()), 0);
+        zip_file_add(archive, name, source, ZIP_FL_OVERWRITE);
+    };
+    keep.reserve(3);
+    add("xl/workbook.xml", "<workbook><sheets><sheet name=\"H\" sheetId=\"1\" r:id=\"rId1\" "
+                           "xmlns:r=\"r\"/></sheets></workbook>");
+    add("xl/worksheets/sheet1.xml",
+        "<worksheet><sheetData><row r=\"1\">" + cells.toUtf8() + "</row></sheetData></worksheet>");
+    if (!shared.isNull())
+        add("xl/sharedStrings.xml", "<sst><si><t>" + shared + "</t></si></sst>");
+    QCOMPARE(zip_close(archive), 0);
 }
 
 QVariantList header978()
@@ -165,6 +213,19 @@ class TstImport : public EnvTest
         QFile::remove(to);
         QFile::copy(data(fixture), to);
         return to;
+    }
+    // A good line, the row's `line` and another good line: the import stops
+    // at the row's line with its message, and keeps the line before it.
+    void stopsAtTheBadLine()
+    {
+        QFETCH(QString, form);
+        QFETCH(QByteArray, line);
+        QFETCH(QString, message);
+        const QByteArray good = lineaBuena(form);
+        const QByteArray head = cabeceraDe(form);
+        QVERIFY(!importar(form, file(head + good + line + good + "3@3@3\n")));
+        QCOMPARE(onlyMessage(), "Error en línea 3\n" + message);
+        QCOMPARE(rows(form + "_Detalle", "CodigoDetalle"), QStringList{"0001"});
     }
     QStringList shownAfterTheQuestion()
     {
@@ -402,17 +463,107 @@ private slots:
         Row("F987 short date", "F987", agente("F987", "1", "1-3-2024"), fecha);
         Row("F987 after the period", "F987", agente("F987", "1", "01-04-2024"), later);
         Row("F985 after the period", "F985", agente("F985", "1", "15-03-2025"), later);
+        // the annexes of perceptions take days written DD-MM-YYYY only
+        Row("F978 slashes", "F978", percepcion("15/03/2024"), dashes);
+        Row("F977 slashes", "F977", percepcion977("15/03/2024"), dashes);
+        Row("F977 no date", "F977", percepcion977("31-02-2024"), dashes);
+        // an agent's ten characters that are no day go to the period check
+        Row("F985 no such day", "F985", agente("F985", "1", "31-02-2024"), later);
+        Row("F987 no such day", "F987", agente("F987", "1", "31-02-2024"), later);
+        Row("F987 slashes", "F987", agente("F987", "1", "15/03/2024"), later);
+        // a detail record without its fields
+        Row("F985 type alone", "F985", QByteArray("2\n"), dashes);
+        Row("F987 type alone", "F987", QByteArray("2\n"), fecha);
+        Row("F985 empty fields", "F985", QByteArray("2@@\n"), dashes);
+        Row("F977 code alone", "F977", "2@" + codigo().toUtf8() + "\n", dashes);
+        Row("F978 code alone", "F978", "2@" + codigo().toUtf8() + "\n", dashes);
+        Row("F978 code and date", "F978", "2@" + codigo().toUtf8() + "@01-03-2024\n", cuit);
     }
-    void annexLineChecks()
+    void annexLineChecks() { stopsAtTheBadLine(); }
+
+    // A control character (NUL among them) is no text of a declaration: the
+    // line is refused by name and what came before it stays.
+    void controlCharactersAreRefused_data()
+    {
+        Columns<QString, QByteArray, QString>("form", "line", "message");
+        const QString code = "El campo %1 contiene un carácter de control (código %2). Verifique "
+                             "el archivo.";
+        const QByteArray c = codigo().toUtf8();
+        Row("F987 NUL in the name", "F987",
+            QByteArray("2@15-03-2024@FACA@55@CLIEN") + '\0' + "TE@20-12345678-6@12@1\n",
+            code.arg(5).arg(0));
+        Row("F985 escape in the number", "F985",
+            QByteArray("2@15-03-2024@5\x1b"
+                       "5@CLIENTE@20-12345678-6@12@1\n"),
+            code.arg(3).arg(27));
+        Row("F978 start of heading", "F978",
+            "2@" + c + "@01-03-2024@FACA@1@PROV\x01@20-12345678-6@1@1\n", code.arg(6).arg(1));
+        Row("F976 tab in the activity", "F976",
+            QByteArray("2@620100@Servicios\tde consultores@100.00@0,60@0.60\n"),
+            code.arg(3).arg(9));
+        Row("F977 delete", "F977", "2@" + c + "@01-03-2024@123@PROV@20-12345678-6@4567\x7f@1\n",
+            code.arg(7).arg(127));
+    }
+    void controlCharactersAreRefused() { stopsAtTheBadLine(); }
+
+    // An amount whose cents a number cannot count is refused before it is
+    // rounded or added; the trailer's total is held to the same range.
+    void amountsBeyondTheCentsRange_data()
+    {
+        Columns<QString, QByteArray, QString, int>("form", "lines", "message", "stored");
+        const QString range = "Error en línea 2\nEl importe %1 está fuera del rango admitido.";
+        const QString sum = "Error en línea 3\nLa suma de los importes en el detalle no coincide "
+                            "con el total especificado al final del archivo.";
+        Row("F987 line and trailer", "F987", agente("F987", "1e20") + "3@1@1e20\n",
+            range.arg("1e20"), 0);
+        Row("F985 negative", "F985", agente("F985", "-1e20") + "3@1@-1e20\n", range.arg("-1e20"),
+            0);
+        Row("F985 written whole", "F985",
+            agente("F985", "100000000000000000000") + "3@1@100000000000000000000\n",
+            range.arg("100000000000000000000"), 0);
+        Row("F987 trailer only", "F987", agente("F987", "1") + "3@1@1e20\n", sum, 1);
+        Row("F977 line", "F977",
+            "2@" + codigo().toUtf8() + "@01-03-2024@1@P@20-12345678-6@1@9e18\n", range.arg("9e18"),
+            0);
+        Row("F976 base", "F976", actividad("1e20", "0,60", "6e17"), range.arg("1e20"), 0);
+        Row("F976 tax", "F976", actividad("100", "0,60", "1e20"), range.arg("1e20"), 0);
+        Row("just inside", "F987", agente("F987", "90071992547409.91") + "3@1@90071992547409.91\n",
+            "", 1);
+    }
+    void amountsBeyondTheCentsRange()
     {
         QFETCH(QString, form);
-        QFETCH(QByteArray, line);
+        QFETCH(QByteArray, lines);
         QFETCH(QString, message);
-        const QByteArray good = isAgent(form) ? agente(form, "1") : percepcion("01-03-2024");
-        const QByteArray head = isAgent(form) ? cabeceraAgente(form) : cabecera(form);
-        QVERIFY(!importar(form, file(head + good + line + good + "3@3@3\n")));
-        QCOMPARE(onlyMessage(), "Error en línea 3\n" + message);
-        QCOMPARE(Db::count(form + "_Detalle"), 1);
+        QFETCH(int, stored);
+        QCOMPARE(importar(form, file(cabeceraDe(form) + lines)), message.isEmpty());
+        QCOMPARE(onlyMessage(), message.isEmpty() ? "<none>" : message);
+        QCOMPARE(Db::count(form + "_Detalle"), stored);
+    }
+
+    // A question answered "No" ends the import, and only it: what the person
+    // saves afterwards reaches the disk.
+    void aSaveAfterAQuestionAnsweredNoStands_data()
+    {
+        Columns<QString, QByteArray, QString>("form", "text", "question");
+        Row("rate", "F976", cabecera("F976") + actividad("100", "0,6", "0.60"),
+            "El valor de alícuota no es válido");
+        Row("another declaration", "F978",
+            cabecera("F978") +
+                percepcion("01-03-2024", "20-12345678-6", kPadron + "022024" + kObjeto + "O"),
+            "Código no coincide con cabecera.");
+    }
+    void aSaveAfterAQuestionAnsweredNoStands()
+    {
+        QFETCH(QString, form);
+        QFETCH(QByteArray, text);
+        QFETCH(QString, question);
+        env->ui().answer(question, Msg::No);
+        QVERIFY(!importar(form, file(text)));
+        Db::insert("F978_Detalle",
+                   {"Codigo=" + codigo(), "FechaRectificativa=0", "CodigoDetalle=0007", "ctrl=0"});
+        CloseDatabase();
+        QCOMPARE(rows("F978_Detalle", "CodigoDetalle"), QStringList{"0007"});
     }
 
     void aLineOfAnotherDeclarationAsks_data()
@@ -666,11 +817,11 @@ private slots:
             inlineStrings);
         QCOMPARE(readZipEntry(path, "xl/worksheets/sheet1.xml").contains("inlineStr"),
                  inlineStrings);
-        auto reader = SpreadsheetReader::ForFile(path);
-        QVERIFY2(reader->read(path), qPrintable(reader->errorText()));
-        QCOMPARE(reader->rows().at(1).join('|'),
+        SpreadsheetFile sheet;
+        QVERIFY2(sheet.read(path), qPrintable(sheet.errorText()));
+        QCOMPARE(sheet.row(1).join('|'),
                  QString("15-03-2024|FACA|123|PROVEEDOR S.A.|20-12345678-6|4567|1234.5"));
-        QCOMPARE(reader->rows().at(2).join('|'),
+        QCOMPARE(sheet.row(2).join('|'),
                  QString("01-03-2024|NCRA|0000125|ÑANDÚ SRL|20123456786|12|0.6"));
         QVERIFY(importarHoja("F978", path, true));
         QCOMPARE(rows("F978_Detalle", "CodigoDetalle,Fecha,TipoComprobante,NroComprobante,"
@@ -869,6 +1020,93 @@ private slots:
         QVERIFY2(env->ui().lastText().startsWith("No se pudo abrir el archivo de Excel"),
                  qPrintable(env->ui().lastText()));
         QCOMPARE(Db::count("F978_Detalle"), 2);
+    }
+
+    // --- Outside workbooks, read by the helper in a bounded process ------------
+
+    // Two cells far apart take the memory of two cells: the sheet is read, and
+    // its columns are checked as any other.
+    void cellsFarApartAreReadAsTheyAre_data()
+    {
+        Columns<QString, QString>("far", "message");
+        const QString columns = "La cantidad de columnas no es correcta. Verifique la existencia "
+                                "de las 7 columnas: ";
+        Row("XFD1048576", "XFD1048576", columns);
+        Row("IV1048576", "IV1048576", columns);
+        Row("G1048576", "G1048576",
+            "Error en fila 1\nFormato de fecha incorrecto. El mismo debe ser DD-MM-YYYY.");
+    }
+    void cellsFarApartAreReadAsTheyAre()
+    {
+        QFETCH(QString, far);
+        QFETCH(QString, message);
+        const QString path = env->path("lejos.xlsx");
+        writeSheetXml(path, "<c r=\"A1\" t=\"inlineStr\"><is><t>x</t></is></c></row><row r=\"" +
+                                far.mid(far.indexOf(QRegularExpression("\\d"))) + "\"><c r=\"" +
+                                far + "\"><v>1</v></c>");
+        QVERIFY(QFileInfo(path).size() < 1024);
+        QVERIFY(!importarHoja("F978", path, false));
+        QVERIFY2(shownAfterTheQuestion().join("||").startsWith(message),
+                 qPrintable(env->ui().texts().join("||")));
+        QCOMPARE(Db::count("F978_Detalle"), 0);
+    }
+
+    // A workbook that makes the helper crash or pass its bounds of memory or
+    // output is reported as damaged, and the program goes on: what was stored
+    // stays, and the next import works.
+    void aWorkbookBeyondTheHelpersBoundsIsDamaged_data()
+    {
+        Columns<QString, int, int>("name", "stringBytes", "cells");
+        Row("output beyond its bound", "salida.xlsx", 1 << 20, 100);
+        Row("memory beyond its bound", "memoria.xlsx", 200 << 20, 1);
+    }
+    void aWorkbookBeyondTheHelpersBoundsIsDamaged()
+    {
+        QFETCH(QString, name);
+        QFETCH(int, stringBytes);
+        QFETCH(int, cells);
+        QVERIFY(importarHoja("F978", data("f978_encabezado.xlsx"), true));
+        env->ui().clearMessages();
+        const QString path = env->path(name);
+        QString sheet;
+        for (int i = 0; i < cells; ++i)
+            sheet += QString("<c r=\"A%1\" t=\"s\"><v>0</v></c>").arg(i + 1);
+        writeSheetXml(path, sheet, QByteArray(stringBytes, 'A'));
+        QVERIFY(QFileInfo(path).size() < 1024 * 1024);
+        QVERIFY(!importarHoja("F978", path, true));
+        QCOMPARE(shownAfterTheQuestion(),
+                 QStringList{"El archivo " + name + " está dañado o no es una planilla válida."});
+        QCOMPARE(Db::count("F978_Detalle"), 2);
+        QVERIFY(importarHoja("F978", data("f978_encabezado.xlsx"), true));
+        QCOMPARE(Db::count("F978_Detalle"), 4);
+    }
+
+    // Damaged copies of a real .xls: whatever FreeXL does with them in the
+    // helper, each gets one message, and nothing stored is lost.
+    void damagedXlsFilesEachGetAMessage()
+    {
+        const QByteArray good = ReadBytes(data("f978_encabezado.xls"));
+        QVERIFY(importarHoja("F978", data("f978_encabezado.xlsx"), true));
+        // files on which FreeXL reads outside buffers of its own (found by
+        // the fuzz target of the .xls reader)
+        for (const char* file : {"freexl_iconv.xls", "freexl_heap.xls"}) {
+            env->ui().clearMessages();
+            QVERIFY(!importarHoja("F978", data(file), true));
+            QCOMPARE(shownAfterTheQuestion().size(), 1);
+            QCOMPARE(Db::count("F978_Detalle"), 2);
+        }
+        const QString path = env->path("danado.xls");
+        for (int copy = 0; copy < 24; ++copy) {
+            QByteArray bytes = good;
+            for (int k = 0; k < 8; ++k)
+                bytes[(copy * 613 + k * 977 + 512) % bytes.size()] = char(0xFF - copy * k);
+            WriteBytes(path, bytes);
+            env->ui().clearMessages();
+            importarHoja("F978", path, true);
+            QVERIFY2(!env->ui().messages().isEmpty() || Db::count("F978_Detalle") > 2,
+                     qPrintable(QString::number(copy)));
+            QVERIFY(Db::count("F978_Detalle") >= 2);
+        }
     }
 
     void aSpreadsheetInCapitalsIsRecognised()

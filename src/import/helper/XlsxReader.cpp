@@ -255,14 +255,14 @@ bool XlsxReader::readSheet(const QByteArray& data)
             continue;
         if (xml.name() == u"row") {
             const int r = xml.attributes().value(QStringLiteral("r")).toInt();
-            row = r > 0 ? r - 1 : row + 1;
+            row = r > 0 ? r - 1 : qMin(row + 1, kMaxRows);
             col = -1;
             continue;
         }
         if (xml.name() != u"c")
             continue;
         const auto attrs = xml.attributes();
-        int r = row, c = col + 1;
+        int r = row, c = qMin(col + 1, kMaxColumns);
         if (!parseReference(attrs.value(QStringLiteral("r")).toString(), r, c))
             r = qMax(row, 0);
         row = r;

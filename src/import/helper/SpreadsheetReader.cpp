@@ -8,15 +8,6 @@
 #include "XlsReader.h"
 #include "XlsxReader.h"
 
-namespace {
-
-// Cells beyond these bounds are not detail lines of any form; a damaged file
-// that claims more must not make the reader allocate without end.
-constexpr int kMaxColumns = 256;
-constexpr int kMaxRows = 1048576;
-
-} // namespace
-
 std::unique_ptr<SpreadsheetReader> SpreadsheetReader::ForFile(const QString& path)
 {
     const QString name = QFileInfo(path).fileName().toLower();
@@ -29,37 +20,18 @@ std::unique_ptr<SpreadsheetReader> SpreadsheetReader::ForFile(const QString& pat
 
 bool SpreadsheetReader::read(const QString& path)
 {
-    m_rows.clear();
-    m_columns = 0;
+    m_cells.clear();
     m_error.clear();
     if (!QFileInfo(path).isFile()) {
         fail(QStringLiteral("El archivo no existe."));
         return false;
     }
     if (!readFirstSheet(path)) {
-        m_rows.clear();
-        m_columns = 0;
+        m_cells.clear();
         if (m_error.isEmpty())
             fail(QStringLiteral("El archivo no es una hoja de cálculo válida."));
         return false;
     }
-    // Rows after the last value are formatting, not data.
-    while (!m_rows.isEmpty()) {
-        const QStringList& last = m_rows.constLast();
-        const bool empty = std::all_of(last.begin(), last.end(),
-                                       [](const QString& c) { return c.trimmed().isEmpty(); });
-        if (!empty)
-            break;
-        m_rows.removeLast();
-    }
-    for (QStringList& row : m_rows) {
-        while (!row.isEmpty() && row.constLast().trimmed().isEmpty())
-            row.removeLast();
-        m_columns = qMax(m_columns, int(row.size()));
-    }
-    for (QStringList& row : m_rows)
-        while (row.size() < m_columns)
-            row.append(QString());
     return true;
 }
 
@@ -67,12 +39,7 @@ void SpreadsheetReader::setCell(int row, int col, const QString& text)
 {
     if (row < 0 || col < 0 || row >= kMaxRows || col >= kMaxColumns || text.isEmpty())
         return;
-    if (m_rows.size() <= row)
-        m_rows.resize(row + 1);
-    QStringList& cells = m_rows[row];
-    while (cells.size() <= col)
-        cells.append(QString());
-    cells[col] = text;
+    m_cells[{row, col}] = text;
 }
 
 QString SpreadsheetReader::NumberText(double value)

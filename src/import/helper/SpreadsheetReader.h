@@ -1,17 +1,21 @@
 #pragma once
 
 #include <QString>
-#include <QStringList>
-#include <QVector>
+#include <map>
 #include <memory>
+#include <utility>
 
-// The first sheet of a workbook as rows of text cells, as a person sees them:
-// numbers with "." as the decimal and no exponent, dates as dd-mm-yyyy. Rows
-// keep their place in the sheet; rows after the last one holding a value are
-// dropped, so a sheet formatted far below its data reads as its data.
+// The first sheet of a workbook as text cells, as a person sees them: numbers
+// with "." as the decimal and no exponent, dates as dd-mm-yyyy. Only the
+// cells that hold a value are kept, by their place in the sheet: two cells
+// far apart take the memory of two cells, not of the rows and columns
+// between them.
 class SpreadsheetReader
 {
 public:
+    // (row, column), both from 0.
+    using Cells = std::map<std::pair<int, int>, QString>;
+
     virtual ~SpreadsheetReader() = default;
 
     // The reader for the file's kind, by the last letter of its name: "s" for
@@ -22,9 +26,7 @@ public:
     // workbook that can be read.
     bool read(const QString& path);
 
-    const QVector<QStringList>& rows() const { return m_rows; }
-    // Columns up to the last one holding a value in any row.
-    int columnCount() const { return m_columns; }
+    const Cells& cells() const { return m_cells; }
     const QString& errorText() const { return m_error; }
 
     // A number cell as a person sees it: the shortest text that gives the
@@ -33,14 +35,18 @@ public:
     // A spreadsheet day number as dd-mm-yyyy, counted from the workbook's epoch.
     static QString SerialDateText(double serial, bool epoch1904);
 
+    // The bounds of a sheet: the largest that the zipped workbook allows.
+    static constexpr int kMaxRows = 1048576;
+    static constexpr int kMaxColumns = 16384;
+
 protected:
     virtual bool readFirstSheet(const QString& path) = 0;
-    // Puts a cell's text at (row, col), both from 0.
+    // Puts a cell's text at (row, col), both from 0; an empty text or a place
+    // outside the sheet's bounds puts nothing.
     void setCell(int row, int col, const QString& text);
     void fail(const QString& error) { m_error = error; }
 
 private:
-    QVector<QStringList> m_rows;
-    int m_columns = 0;
+    Cells m_cells;
     QString m_error;
 };
