@@ -190,6 +190,19 @@ QStringList clipped(QWidget* view)
     return out;
 }
 
+// The window loaded, its view shown and active as the person has it; null
+// when it never became active.
+std::unique_ptr<QWidget> showActive(Controller& w)
+{
+    w.load();
+    std::unique_ptr<QWidget> view(OpenView(w));
+    view->show();
+    view->activateWindow();
+    if (!QTest::qWaitForWindowActive(view.get()))
+        return nullptr;
+    return view;
+}
+
 } // namespace
 
 // Every window's view, offscreen: its amounts right-aligned, its Tab order
@@ -266,11 +279,8 @@ private slots:
         setUi(&port);
         Window w = window(name);
         QVERIFY(w);
-        w->load();
-        std::unique_ptr<QWidget> view(OpenView(*w));
-        view->show();
-        view->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(view.get()));
+        std::unique_ptr<QWidget> view = showActive(*w);
+        QVERIFY(view);
         HelpViewer::instance().hide();
         QTest::keyClick(view.get(), Qt::Key_F1);
         QVERIFY(HelpViewer::instance().isVisible());
@@ -325,11 +335,8 @@ private slots:
         fx::premises();
         Window w = window(name);
         QVERIFY(w);
-        w->load();
-        std::unique_ptr<QWidget> view(OpenView(*w));
-        view->show();
-        view->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(view.get()));
+        std::unique_ptr<QWidget> view = showActive(*w);
+        QVERIFY(view);
 
         QList<QLineEdit*> boxes;
         for (QLineEdit* box : view->findChildren<QLineEdit*>())
