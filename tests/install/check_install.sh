@@ -29,6 +29,8 @@ if ! cmake --install "$build" --prefix "$prefix" --strip >"$work/install.log" 2>
 fi
 
 check "bin/morvel ejecutable" test -x "$prefix/bin/morvel"
+check "bin/morvel-hoja ejecutable" test -x "$prefix/bin/morvel-hoja"
+check "bin/morvel-lote ejecutable" test -x "$prefix/bin/morvel-lote"
 check "bin/morvel sin símbolos de depuración" bash -c "! readelf -S \"$prefix/bin/morvel\" | grep -q debug_info"
 for f in share/morvel/help/index.html share/morvel/help/estilo.css \
     share/morvel/icons/morvel.svg share/applications/morvel.desktop \
