@@ -7,6 +7,7 @@
 #include "Field.h"
 #include "Globals.h"
 #include "ImportRule.h"
+#include "RememberedFolders.h"
 #include "Tovak.h"
 #include "UiPort.h"
 #include "Util.h"
@@ -55,12 +56,9 @@ QString sinAcentos(const QString& name)
 
 } // namespace
 
-QString& ZoImport::CarpetaAnterior()
+QString ZoImport::CarpetaAnterior()
 {
-    static QString folder;
-    if (folder.isEmpty())
-        folder = gAppPath;
-    return folder;
+    return RememberedFolder(QStringLiteral("Importar"));
 }
 
 QString ZoImport::Filtro()
@@ -76,9 +74,7 @@ bool ZoImport::elegirArchivo(QString& path)
         path = ui().chooseOpenFile(QStringLiteral("Buscar Archivo"), Filtro(), CarpetaAnterior());
         if (path.isEmpty())
             return false;
-        const int cut = int(qMax(path.lastIndexOf(u'/'), path.lastIndexOf(u'\\')));
-        if (cut > 0)
-            CarpetaAnterior() = path.left(cut);
+        RememberFolder(QStringLiteral("Importar"), path);
     }
     return true;
 }

@@ -54,7 +54,7 @@ public:
                                   const QStringList& columnas);
 
     // The folder of the last file chosen, shared by every import.
-    static QString& CarpetaAnterior();
+    static QString CarpetaAnterior();
     // The stop flag, cleared by Importar on entry and read at every line.
     static void Detener() { s_detener = true; }
     static bool Detenido() { return s_detener; }

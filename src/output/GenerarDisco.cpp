@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QStorageInfo>
 
+#include "RememberedFolders.h"
 #include "ReportDriver.h"
 #include "Tovak.h"
 #include "UiPort.h"
@@ -55,12 +56,24 @@ void GenerarDisco::design()
 
 void GenerarDisco::onLoad()
 {
-    field(QStringLiteral("txtDestino")).setText(QDir::homePath());
+    field(QStringLiteral("txtDestino")).setText(RememberedFolder(QStringLiteral("Generar")));
     field(QStringLiteral("cmdAceptar")).setEnabled(true);
     field(QStringLiteral("cmdVistaPrevia")).setEnabled(!TotalPeriodo);
-    field(QStringLiteral("lblRotuloTitulo"))
-        .setText(QStringLiteral("Generación del Formulario ") +
-                 ReadParameter(Parametros, QStringLiteral("Formulario")));
+    field(QStringLiteral("lblRotuloTitulo")).setText(Titulo());
+}
+
+QString GenerarDisco::Titulo() const
+{
+    // A whole month is several forms: naming the first one of them would
+    // mislead, so the month is named instead.
+    if (!TotalPeriodo)
+        return QStringLiteral("Generación del Formulario ") +
+               ReadParameter(Parametros, QStringLiteral("Formulario"));
+    QString month = ReadParameter(Parametros, QStringLiteral("Periodo"));
+    const QString year = ReadParameter(Parametros, QStringLiteral("Anio"));
+    if (!month.contains(u'-') && !year.isEmpty())
+        month = QStringLiteral("%1-%2").arg(month.toInt(), 2, 10, QChar(u'0')).arg(year);
+    return QStringLiteral("Generación del Período ") + month;
 }
 
 void GenerarDisco::Aceptar()
@@ -158,6 +171,7 @@ bool GenerarDisco::GenerarArchivo(const QString& parameters)
     disk.Path = destino;
     if (!disk.CreateFile(name, false))
         return false;
+    RememberFolder(QStringLiteral("Generar"), destino);
     if (!QFileInfo::exists(name)) {
         // The writer answers true for a text it could not complete; the
         // person learns what kept the file from being written.

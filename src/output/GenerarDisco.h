@@ -19,6 +19,9 @@ public:
     // The submission file's name for a declaration in `destino`:
     // {destino}/{form number}{mm}{yy}.DJ ("09760110.DJ", "20010110.DJ").
     static QString NombreArchivo(const QString& destino, const QString& parameters);
+    // "Generación del Formulario F976", or for a whole month "Generación del
+    // Período 03-2024".
+    QString Titulo() const;
     // The first mounted removable medium (under /media or /run/media), else
     // the home folder: where a floppy used to be the default.
     static QString DestinoPorDefecto();

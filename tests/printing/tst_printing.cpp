@@ -494,8 +494,32 @@ private slots:
         QVERIFY(w["cmdVistaPrevia"].enabled());
         GenerarDisco period;
         period.TotalPeriodo = true;
+        period.Parametros = parameters("F976") + "#" + parameters("F977");
         period.load();
         QVERIFY(!period["cmdVistaPrevia"].enabled());
+        // a whole month is named as such, not after its first form
+        QCOMPARE(period["lblRotuloTitulo"].text(), QString("Generación del Período 01-2010"));
+    }
+
+    // The destination of the last generation is offered the next time, also
+    // in a later run; a folder that is gone gives the home folder again.
+    void destinationIsRemembered()
+    {
+        skipWithoutArchiver();
+        GenerarDisco w;
+        open(w, parameters("F977"), false, "0");
+        Person(w).click("cmdAceptar");
+        QCOMPARE(delivered(), QStringList{"09770110.DJ"});
+        GenerarDisco again;
+        again.Parametros = parameters("F976");
+        again.load();
+        QCOMPARE(again["txtDestino"].text(), m_destino);
+        again.unload();
+        QVERIFY(QDir(m_destino).removeRecursively());
+        GenerarDisco gone;
+        gone.Parametros = parameters("F976");
+        gone.load();
+        QCOMPARE(gone["txtDestino"].text(), QDir::homePath());
     }
 
     void oneDeclaration()
