@@ -31,7 +31,12 @@ if [ ! -f "$out/build.ninja" ]; then
     -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ \
     -DCMAKE_CXX_COMPILER_LAUNCHER="$(command -v ccache || true)" >/dev/null
 fi
-ninja -C "$out" >/dev/null
+mkdir -p "$out"
+if ! ninja -C "$out" >"$out/build.log" 2>&1; then
+  tail -40 "$out/build.log"
+  echo "The fuzz targets did not build (whole log: $out/build.log)."
+  exit 1
+fi
 
 targets=("$@")
 if [ ${#targets[@]} -eq 0 ]; then
