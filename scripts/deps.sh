@@ -11,6 +11,7 @@ packages=(
   xvfb xauth poppler-utils libxlsxwriter-dev
   fonts-dejavu-core libqrencode-dev zbar-tools
   clang libclang-rt-14-dev
+  libpq-dev postgresql postgresql-client
 )
 
 missing=()
