@@ -1,6 +1,7 @@
 #include <QtTest>
 
 #include "TestSupport.h"
+#include "DatabaseLocation.h"
 #include "Tovak.h"
 #include "ZoParameterString.h"
 
@@ -69,6 +70,45 @@ private slots:
         QCOMPARE(ReadParameter(s, "a"), QString("1"));
         QCOMPARE(ReadParameter(s, "b"), QString());
         QCOMPARE(SetParameter(s, "b", "3"), s);
+    }
+
+    // A server's connection text reads back as the location it came from,
+    // whatever the values hold (spaces, quotes, backslashes, a socket folder).
+    void serverLocationRoundTrip_data()
+    {
+        QTest::addColumn<QString>("host");
+        QTest::addColumn<int>("port");
+        QTest::addColumn<QString>("database");
+        QTest::addColumn<QString>("user");
+        QTest::newRow("plain") << "servidor" << 5432 << "morvel" << "estudio";
+        QTest::newRow("socket folder") << "/tmp/pg sock" << 55432 << "Morvel" << "";
+        QTest::newRow("quotes") << "srv" << 1 << "O'Higgins" << R"(a\b'c)";
+    }
+    void serverLocationRoundTrip()
+    {
+        QFETCH(QString, host);
+        QFETCH(int, port);
+        QFETCH(QString, database);
+        QFETCH(QString, user);
+        DatabaseLocation location;
+        location.kind = DatabaseLocation::Kind::Server;
+        location.host = host;
+        location.port = port;
+        location.database = database;
+        location.user = user;
+        QCOMPARE(DatabaseLocation::fromConnectionInfo(location.connectionInfo()), location);
+    }
+
+    void locationKeptInSettings()
+    {
+        TestEnv env; // settings kept in its own folder
+        QVERIFY(!DatabaseLocation::current().isServer());
+        const DatabaseLocation server =
+            DatabaseLocation::fromConnectionInfo(QStringLiteral("host=srv port=6000 dbname=firma user=ana"));
+        DatabaseLocation::setCurrent(server);
+        QCOMPARE(DatabaseLocation::current(), server);
+        DatabaseLocation::setCurrent(DatabaseLocation());
+        QVERIFY(!DatabaseLocation::current().isServer());
     }
 };
 
