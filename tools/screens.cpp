@@ -32,6 +32,7 @@
 #include "backup/frmBackupArchivos.h"
 #include "frame/view/ViewRegistry.h"
 #include "shell/frmAbout.h"
+#include "shell/frmBaseDatos.h"
 #include "navigation/ContribuyentesDatos.h"
 #include "navigation/CopiarDDJJ.h"
 #include "navigation/DeclarationForm.h"
@@ -391,6 +392,8 @@ void drawAll(ShotPort& port, const QString& dataFolder, bool readme)
     mainWindow(port, readme);
     frmAbout about;
     port.shoot(about, QStringLiteral("frmAbout"));
+    frmBaseDatos baseDatos;
+    port.shoot(baseDatos, QStringLiteral("frmBaseDatos"));
     registry(port);
     periods(port);
     tree(port);
