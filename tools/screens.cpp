@@ -394,6 +394,15 @@ void drawAll(ShotPort& port, const QString& dataFolder, bool readme)
     port.shoot(about, QStringLiteral("frmAbout"));
     frmBaseDatos baseDatos;
     port.shoot(baseDatos, QStringLiteral("frmBaseDatos"));
+    frmBaseDatos servidor;
+    port.shoot(servidor, QStringLiteral("frmBaseDatos_Servidor"), [](Controller& w) {
+        Person p(w);
+        p.click(QStringLiteral("optServidor"));
+        p.retype(QStringLiteral("txtServidor"), QStringLiteral("servidor.estudio.local"));
+        p.type(QStringLiteral("txtBase"), QStringLiteral("morvel"));
+        p.type(QStringLiteral("txtUsuario"), QStringLiteral("juan"));
+        p.type(QStringLiteral("txtContrasena"), QStringLiteral("secreta"));
+    });
     registry(port);
     periods(port);
     tree(port);
