@@ -157,6 +157,8 @@ bool holdsSystemTables(const QString& contents)
     return contents.contains(taxpayers);
 }
 
+QString g_lastFailure;
+
 QString backupFolder()
 {
     const QString folder = GetBackupSetting(BackupKey::BackupDirectory, QString());
@@ -256,13 +258,20 @@ bool BackupDatabase()
     if (!QFileInfo(folder).isDir() &&
         !(QDir().mkpath(folder) &&
           QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner)))
-        return refuse(nullptr, QStringLiteral("No se pudo crear la carpeta de copias ") + folder);
+        return refuse(&g_lastFailure,
+                      QStringLiteral("No se pudo crear la carpeta de copias ") + folder);
     const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMddHHmmss"));
-    if (!Dump(DatabaseLocation::current(), folder + u'/' + FileName(stamp)))
+    if (!Dump(DatabaseLocation::current(), folder + u'/' + FileName(stamp), &g_lastFailure))
         return false;
+    g_lastFailure.clear();
     SaveBackupSetting(BackupKey::FechaUlt, stamp);
     SaveBackupSetting(BackupKey::BackupDirectory, folder);
     return true;
+}
+
+QString LastFailure()
+{
+    return g_lastFailure;
 }
 
 bool RestoreDatabase(const QString& file, QString* reason)

@@ -41,6 +41,9 @@ bool Restore(const DatabaseLocation& location, const QString& archive, QString* 
 // the stamp of now; stores the stamp and the folder as a file backup does.
 // Failures are written to the error log and leave the settings untouched.
 bool BackupDatabase();
+// Why the last backup of a server's database failed, in the person's words;
+// empty after one that was made.
+QString LastFailure();
 // The restore of the database in use from `file`, the main window refreshed
 // afterwards.
 bool RestoreDatabase(const QString& file, QString* reason);

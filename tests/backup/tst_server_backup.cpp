@@ -212,6 +212,7 @@ private slots:
         QCOMPARE(GetBackupSetting(BackupKey::FechaUlt, QString()), QString("20240101120000"));
         const QString said = "No se pudo hacer la copia de la base de datos del servidor: " +
                              QString(reason).replace("{db}", location.database);
+        QCOMPARE(ServerBackup::LastFailure(), said);
         QVERIFY2(QString::fromUtf8(ReadBytes(ErrorLogPath())).contains(said),
                  qPrintable(ReadBytes(ErrorLogPath())));
         QString why;
