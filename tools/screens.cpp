@@ -32,6 +32,7 @@
 #include "backup/frmBackupArchivos.h"
 #include "frame/view/ViewRegistry.h"
 #include "shell/frmAbout.h"
+#include "shell/frmBaseDatos.h"
 #include "navigation/ContribuyentesDatos.h"
 #include "navigation/CopiarDDJJ.h"
 #include "navigation/DeclarationForm.h"
@@ -391,6 +392,17 @@ void drawAll(ShotPort& port, const QString& dataFolder, bool readme)
     mainWindow(port, readme);
     frmAbout about;
     port.shoot(about, QStringLiteral("frmAbout"));
+    frmBaseDatos baseDatos;
+    port.shoot(baseDatos, QStringLiteral("frmBaseDatos"));
+    frmBaseDatos servidor;
+    port.shoot(servidor, QStringLiteral("frmBaseDatos_Servidor"), [](Controller& w) {
+        Person p(w);
+        p.click(QStringLiteral("optServidor"));
+        p.retype(QStringLiteral("txtServidor"), QStringLiteral("servidor.estudio.local"));
+        p.type(QStringLiteral("txtBase"), QStringLiteral("morvel"));
+        p.type(QStringLiteral("txtUsuario"), QStringLiteral("juan"));
+        p.type(QStringLiteral("txtContrasena"), QStringLiteral("secreta"));
+    });
     registry(port);
     periods(port);
     tree(port);

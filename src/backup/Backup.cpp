@@ -19,6 +19,7 @@
 #include "Globals.h"
 #include "MainWindowLink.h"
 #include "RegionalSettings.h"
+#include "ServerBackup.h"
 #include "Tovak.h"
 #include "ZoAccess.h"
 #include "output/ZoGenerateDisk.h"
@@ -203,6 +204,8 @@ void RunScheduledBackup(int moment)
 
 bool BackupDatabase()
 {
+    if (ServerBackup::InUse())
+        return ServerBackup::BackupDatabase();
     CloseDatabase();
     const QString source = DatabasePath();
     QString folder = GetBackupSetting(BackupKey::BackupDirectory, QString());
@@ -236,6 +239,8 @@ QString CompactionWorkFile(const QString& original)
 
 bool CompactDatabase()
 {
+    if (ServerBackup::InUse())
+        return true; // the server reclaims its own free space
     const QString original =
         ReadParameter(gAccess().ConnectionString(), QStringLiteral("Data Source"));
     const QString work = CompactionWorkFile(original);
@@ -260,6 +265,8 @@ bool CompactDatabase()
 
 bool RestoreDatabase(const QString& file, QString* reason)
 {
+    if (ServerBackup::InUse())
+        return ServerBackup::RestoreDatabase(file, reason);
     const auto refuse = [&](const QString& why) {
         LogError(QStringLiteral("-1"), why + QStringLiteral(" (") + file + u')', kSource);
         if (reason)

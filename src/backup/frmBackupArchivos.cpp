@@ -9,6 +9,7 @@
 #include "ErrorLog.h"
 #include "MainWindowLink.h"
 #include "ProgressWindow.h"
+#include "ServerBackup.h"
 #include "UiPort.h"
 
 namespace {
@@ -119,7 +120,7 @@ void frmBackupArchivos::listFiles()
     const QStringList names = QDir(folder).entryList(
         {QStringLiteral("Morvel.*")}, QDir::Files | QDir::Hidden | QDir::System, QDir::Name);
     for (const QString& name : names) {
-        if (!IsBackupFileName(name))
+        if (!ServerBackup::IsListedName(name))
             continue;
         list.addItem(itemText(name), m_paths.size());
         m_paths << QDir(folder).filePath(name);

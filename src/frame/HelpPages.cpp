@@ -33,6 +33,7 @@ QString HelpPageFor(const QString& windowName)
         {QStringLiteral("GenerarDisco"), QStringLiteral("generar.html")},
         {QStringLiteral("frmBackup"), QStringLiteral("copias.html")},
         {QStringLiteral("frmBackupArchivos"), QStringLiteral("copias.html")},
+        {QStringLiteral("frmBaseDatos"), QStringLiteral("basedatos.html")},
     };
     return pages.value(windowName, QStringLiteral("index.html"));
 }

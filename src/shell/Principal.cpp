@@ -12,6 +12,7 @@
 #include "desk/EscritorioMensual.h"
 #include "desk/GenerarLote.h"
 #include "frmAbout.h"
+#include "frmBaseDatos.h"
 #include "navigation/ContribuyentesDatos.h"
 #include "registry/Contribuyentes.h"
 
@@ -64,6 +65,10 @@ void Principal::design()
     on(QStringLiteral("mnuManualUso"), Ev::Click, [this](EventArgs&) { openManual(); });
     on(QStringLiteral("mnuAcercaDe"), Ev::Click, [this](EventArgs&) { showAbout(); });
     on(QStringLiteral("mnuCopiaSeguridad"), Ev::Click, [](EventArgs&) { ShowBackupDialog(); });
+    on(QStringLiteral("mnuBaseDatos"), Ev::Click, [](EventArgs&) {
+        frmBaseDatos window;
+        window.show(true);
+    });
 }
 
 void Principal::designBuscador()
@@ -125,6 +130,7 @@ void Principal::designMenu()
         {"mnuSalir", "Sa&lir"},
         {"mnuOpciones", "&Opciones"},
         {"mnuCopiaSeguridad", "&Copia de Seguridad..."},
+        {"mnuBaseDatos", "&Base de Datos..."},
         {"mnuAyuda", "Ay&uda"},
         {"mnuManualUso", "&Manual de Uso"},
         {"mnuAcercaDe", "Acerca &de Morvel..."},

@@ -31,6 +31,7 @@
 #include "frame/view/QtUi.h"
 #include "frame/view/ViewRegistry.h"
 #include "shell/frmAbout.h"
+#include "shell/frmBaseDatos.h"
 #include "navigation/ContribuyentesDatos.h"
 #include "navigation/CopiarDDJJ.h"
 #include "navigation/NuevoAnio.h"
@@ -75,6 +76,7 @@ Window window(const QString& name)
         {"Inicial", [] { return make<Inicial>(); }},
         {"Principal", [] { return make<Principal>(); }},
         {"frmAbout", [] { return make<frmAbout>(); }},
+        {"frmBaseDatos", [] { return make<frmBaseDatos>(); }},
         {"Busqueda",
          [] {
              return make<Busqueda>(

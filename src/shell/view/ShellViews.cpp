@@ -12,6 +12,7 @@
 #include "ui_Inicial.h"
 #include "ui_Principal.h"
 #include "ui_frmAbout.h"
+#include "ui_frmBaseDatos.h"
 
 namespace {
 
@@ -74,6 +75,7 @@ void RegisterShellViews()
     RegisterView(QStringLiteral("Principal"), [] { return new PrincipalView; });
     RegisterView(QStringLiteral("Inicial"), [] { return new InicialView; });
     RegisterView(QStringLiteral("frmAbout"), [] { return new AboutView; });
+    RegisterFormView<Ui::frmBaseDatos, QDialog>(QStringLiteral("frmBaseDatos"));
 }
 
 void RegisterRegistryViews();
