@@ -5,6 +5,9 @@
 //
 // Usage: morvel_screens <output folder>
 //        morvel_screens --readme <folder>   (the two pictures of the README)
+//        morvel_screens --pantalla <folder> (on a display with a window manager:
+//                                            the whole screen, each window placed
+//                                            as the program places it)
 #include <QApplication>
 #include <QDir>
 #include <QFile>
@@ -416,7 +419,9 @@ void quietHandler(QtMsgType type, const QMessageLogContext& context, const QStri
 
 int main(int argc, char* argv[])
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const bool wholeScreen = argc > 1 && QByteArray(argv[1]) == "--pantalla";
+    if (!wholeScreen)
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     qInstallMessageHandler(quietHandler);
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Morvel"));
@@ -424,8 +429,8 @@ int main(int argc, char* argv[])
     QApplication::setQuitOnLastWindowClosed(false);
     const QStringList args = QApplication::arguments().mid(1);
     const bool readme = args.value(0) == QLatin1String("--readme");
-    const QString target =
-        readme ? args.value(1, QStringLiteral("docs")) : args.value(0, QStringLiteral("screens"));
+    const QString target = readme || wholeScreen ? args.value(1, QStringLiteral("docs"))
+                                                 : args.value(0, QStringLiteral("screens"));
 
     QTemporaryDir work;
     const QString shots = readme ? work.filePath(QStringLiteral("shots")) : target;
@@ -435,6 +440,7 @@ int main(int argc, char* argv[])
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, work.filePath("settings"));
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, work.filePath("settings"));
     ShotPort port(shots);
+    port.setWholeScreen(wholeScreen);
     setUi(&port);
     RegisterAllViews();
     SetAppPath(work.filePath(QStringLiteral("data")));

@@ -94,6 +94,8 @@ private:
     mutable QSize m_decorationSize;
 };
 
+const char* const kPorDefecto = "porDefecto";
+
 class UpdateGuard
 {
 public:
@@ -294,6 +296,11 @@ void ViewBinder::connectWidget(Field* field, QWidget* widget)
         });
     } else if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
         if (auto* push = qobject_cast<QPushButton*>(button)) {
+            // The button the view marks default is pressed by Enter in a text
+            // box (pressDefault); Qt's own default would also take the Enter
+            // that the logic turns into a Tab.
+            if (push->isDefault())
+                push->setProperty(kPorDefecto, true);
             push->setAutoDefault(false);
             push->setDefault(false);
         }
@@ -612,7 +619,11 @@ void ViewBinder::pushTree(Field* field, QWidget* w)
 
 void ViewBinder::focusField(const QString& name) { focusWidget(name, Qt::OtherFocusReason); }
 
-void ViewBinder::returnFocus(const QString& name) { focusWidget(name, Qt::ActiveWindowFocusReason); }
+void ViewBinder::returnFocus(const QString& name)
+{
+    m_refusedNow = true;
+    focusWidget(name, Qt::ActiveWindowFocusReason);
+}
 
 void ViewBinder::focusWidget(const QString& name, Qt::FocusReason reason)
 {
@@ -675,7 +686,11 @@ bool ViewBinder::handleKey(Field* field, QKeyEvent* event)
         return true; // the limit binds typing only; the logic may write more
     EventArgs press;
     press.key = ascii;
+    const QString before = m_controller.focused();
+    m_refusedNow = false;
     m_controller.fire(field->name(), Ev::KeyPress, press);
+    if (ascii == 13 && pressDefault(field, before))
+        return true;
     if (press.key == 0)
         return true;
     if (press.key != ascii) {
@@ -697,6 +712,24 @@ bool ViewBinder::handleKey(Field* field, QKeyEvent* event)
         }
         return qobject_cast<QLineEdit*>(m_widgets.value(field)) != nullptr;
     }
+    return false;
+}
+
+bool ViewBinder::pressDefault(Field* field, const QString& before)
+{
+    // Enter that the logic did not turn into a move (the field kept the
+    // focus, and no refusal of its leaving held it there) presses the
+    // window's default button, as a dialog does.
+    const bool typed = field->kind() == FieldKind::Text || field->kind() == FieldKind::Combo;
+    if (!typed || m_refusedNow || !m_controller.isLoaded() || !m_controller.isShown() ||
+        m_controller.focused() != before)
+        return false;
+    for (QPushButton* button : m_view->findChildren<QPushButton*>())
+        if (button->property(kPorDefecto).toBool() && button->isEnabled() &&
+            button->isVisible()) {
+            button->click();
+            return true;
+        }
     return false;
 }
 
