@@ -33,6 +33,10 @@
 #include "backup/Backup.h"
 #include "backup/frmBackup.h"
 #include "backup/frmBackupArchivos.h"
+#include "desk/CalendarioPresentaciones.h"
+#include "desk/ControlMensual.h"
+#include "desk/EscritorioMensual.h"
+#include "desk/GenerarLote.h"
 #include "frame/view/ViewRegistry.h"
 #include "shell/frmAbout.h"
 #include "navigation/ContribuyentesDatos.h"
@@ -378,6 +382,22 @@ bool writeReadme(const QString& shots, const QString& folder)
                .save(folder + QStringLiteral("/formulario-f976.png"));
 }
 
+// --- The desk: the calendar, the year's desk, the month's control, the batch ---
+
+void desk(ShotPort& port)
+{
+    CalendarioPresentaciones calendario;
+    calendario.IdContribuyente = kId;
+    port.shoot(calendario, QStringLiteral("CalendarioPresentaciones"));
+    EscritorioMensual escritorio;
+    port.shoot(escritorio, QStringLiteral("EscritorioMensual"));
+    ControlMensual control;
+    control.IdContribuyente = kId;
+    port.shoot(control, QStringLiteral("ControlMensual"));
+    GenerarLote lote;
+    port.shoot(lote, QStringLiteral("GenerarLote"));
+}
+
 void drawAll(ShotPort& port, const QString& dataFolder, bool readme)
 {
     Inicial splash;
@@ -400,6 +420,7 @@ void drawAll(ShotPort& port, const QString& dataFolder, bool readme)
     forms(port);
     generation(port);
     backups(port);
+    desk(port);
     HelpViewer& help = HelpViewer::instance();
     help.showPage(HelpPathFor(QStringLiteral("F976")));
     QApplication::processEvents();

@@ -281,6 +281,7 @@ private slots:
                                                              button->size())),
                                  qPrintable(button->objectName()));
         }
+        QCOMPARE(tabChain(view.get(), *w), expected); // the same, fields scrolled or not
         w->unload();
     }
 

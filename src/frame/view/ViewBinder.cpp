@@ -115,6 +115,12 @@ ViewBinder::ViewBinder(QWidget* view, Controller& controller)
     connect(&controller, &Controller::focusReturned, this, &ViewBinder::returnFocus);
     connect(&controller, &Controller::fieldsRebuilt, this, &ViewBinder::bindAll);
     connect(&controller, &Controller::captionChanged, view, &QWidget::setWindowTitle);
+    // A view waiting to be deleted may outlive its window's controller: from
+    // then on it is hidden and its widgets' events reach nothing.
+    connect(&controller, &QObject::destroyed, this, [this] {
+        m_controllerGone = true;
+        m_view->hide();
+    });
     bindAll();
 }
 
@@ -736,7 +742,7 @@ bool ViewBinder::pressDefault(Field* field, const QString& before)
 bool ViewBinder::eventFilter(QObject* watched, QEvent* event)
 {
     auto* widget = qobject_cast<QWidget*>(watched);
-    Field* field = widget ? m_fieldOf.value(widget) : nullptr;
+    Field* field = widget && !m_controllerGone ? m_fieldOf.value(widget) : nullptr;
     if (!field)
         return false;
     switch (event->type()) {

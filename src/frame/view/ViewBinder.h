@@ -68,4 +68,5 @@ private:
     bool m_focusing = false;
     Field* m_refused = nullptr; // its focus was refused by the field left behind
     bool m_refusedNow = false;  // a field's leaving was refused since the last key
+    bool m_controllerGone = false;
 };

@@ -77,11 +77,13 @@ void scrollFields(QWidget* view)
     scroll->setFocusPolicy(Qt::NoFocus);
     auto* body = new QWidget;
     body->setObjectName(QStringLiteral("wdgCampos"));
+    // In the window before the fields move into it: they keep their places
+    // in the window's Tab order.
+    scroll->setWidget(body);
     auto* inner = new QBoxLayout(outer->direction(), body);
     inner->setContentsMargins(0, 0, 0, 0);
     inner->setSpacing(outer->spacing());
     moveFields(outer, inner);
-    scroll->setWidget(body);
     outer->insertWidget(0, scroll, 1);
     QObject::connect(qApp, &QApplication::focusChanged, scroll,
                      [scroll, body](QWidget*, QWidget* now) {
