@@ -383,6 +383,8 @@ bool writeReadme(const QString& shots, const QString& folder)
 }
 
 // --- The desk: the calendar, the year's desk, the month's control, the batch ---
+// (no page of the manual shows them: they are drawn for a look at the whole
+// screen only)
 
 void desk(ShotPort& port)
 {
@@ -398,7 +400,7 @@ void desk(ShotPort& port)
     port.shoot(lote, QStringLiteral("GenerarLote"));
 }
 
-void drawAll(ShotPort& port, const QString& dataFolder, bool readme)
+void drawAll(ShotPort& port, const QString& dataFolder, bool readme, bool wholeScreen)
 {
     Inicial splash;
     port.shoot(splash, QStringLiteral("Inicial"), [&splash](Controller&) {
@@ -420,7 +422,8 @@ void drawAll(ShotPort& port, const QString& dataFolder, bool readme)
     forms(port);
     generation(port);
     backups(port);
-    desk(port);
+    if (wholeScreen)
+        desk(port);
     HelpViewer& help = HelpViewer::instance();
     help.showPage(HelpPathFor(QStringLiteral("F976")));
     QApplication::processEvents();
@@ -466,7 +469,7 @@ int main(int argc, char* argv[])
     RegisterAllViews();
     SetAppPath(work.filePath(QStringLiteral("data")));
 
-    drawAll(port, work.filePath(QStringLiteral("data")), readme);
+    drawAll(port, work.filePath(QStringLiteral("data")), readme, wholeScreen);
     CloseDatabase();
 
     for (const QString& missing : port.untaken())

@@ -434,6 +434,44 @@ private slots:
             w->unload();
     }
 
+    // Enter in a text box moves on where the logic says so, and otherwise
+    // presses the button the window has as its default: never nothing, where
+    // there is one.
+    void enterMovesOnOrAccepts_data() { view_data(); }
+    void enterMovesOnOrAccepts()
+    {
+        QFETCH(QString, name);
+        TestEnv env;
+        env.createDatabase();
+        fx::premises();
+        env.ui().setStrict(false); // a question of Aceptar is answered No
+        Window w = window(name);
+        QVERIFY(w);
+        std::unique_ptr<QWidget> view = showActive(*w);
+        QVERIFY(view);
+        QPushButton* byDefault = nullptr;
+        for (QPushButton* button : view->findChildren<QPushButton*>())
+            if (button->property("porDefecto").toBool() && button->isEnabled())
+                byDefault = button;
+        for (QLineEdit* box : view->findChildren<QLineEdit*>()) {
+            if (!byDefault || !box->isVisible() || !box->isEnabled() || box->isReadOnly() ||
+                !(box->focusPolicy() & Qt::TabFocus))
+                continue;
+            box->setFocus(Qt::MouseFocusReason);
+            QApplication::processEvents();
+            if (QApplication::focusWidget() != box)
+                continue;
+            QSignalSpy pressed(byDefault, &QPushButton::clicked);
+            QTest::keyClick(box, Qt::Key_Return);
+            QApplication::processEvents();
+            QVERIFY2(QApplication::focusWidget() != box || pressed.count() == 1,
+                     qPrintable(box->objectName()));
+            break;
+        }
+        if (w->isLoaded())
+            w->unload();
+    }
+
     // What the person types after Tab or Enter lands in the next box: a
     // typed activity code brings its description and Tab goes on to the base,
     // past it; the rate box entered by Tab has its text selected; Enter in the

@@ -225,7 +225,10 @@ void ViewBinder::connectWidget(Field* field, QWidget* widget)
             trackSelection(field, edit);
         }
         connect(combo, &QComboBox::activated, this, [this, field](int index) {
-            if (m_updating)
+            // an open list completes what was typed as its window closes:
+            // that choice reaches a window no longer loaded, which it would
+            // load again
+            if (m_updating || !m_controller.isLoaded())
                 return;
             {
                 UpdateGuard guard(m_updating);
@@ -324,6 +327,8 @@ void ViewBinder::connectWidget(Field* field, QWidget* widget)
 
 void ViewBinder::clickFromWidget(Field* field, int index)
 {
+    if (m_controllerGone || !m_controller.isLoaded())
+        return;
     const bool takesFocus = field->kind() == FieldKind::Button ||
                             field->kind() == FieldKind::Check || field->kind() == FieldKind::Option;
     if (takesFocus && m_refused == field) {
