@@ -1,11 +1,14 @@
 #include "ShotPort.h"
 
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QPixmap>
+#include <QScreen>
 #include <QWidget>
 #include <cstdio>
 
 #include "Controller.h"
+#include "frame/view/WindowFit.h"
 
 namespace {
 
@@ -56,10 +59,26 @@ QWidget* ShotPort::present(Controller& window)
              QStringLiteral(" no tiene vista registrada: sin imagen"));
         return nullptr;
     }
-    view->resize(view->size().expandedTo(view->sizeHint()));
+    if (!m_wholeScreen) {
+        view->resize(view->size().expandedTo(view->sizeHint()));
+        view->show();
+        settle();
+        return view;
+    }
+    PlaceWindow(view, window.windowName());
     view->show();
-    settle();
+    view->activateWindow();
+    // the window manager maps and frames the window in its own time
+    QElapsedTimer waited;
+    waited.start();
+    while (waited.elapsed() < 500)
+        QApplication::processEvents(QEventLoop::AllEvents, 50);
     return view;
+}
+
+QPixmap ShotPort::picture(QWidget* view) const
+{
+    return m_wholeScreen ? view->screen()->grabWindow(0) : view->grab();
 }
 
 bool ShotPort::shoot(Controller& window, const QString& picture, const Scene& before)
@@ -69,7 +88,7 @@ bool ShotPort::shoot(Controller& window, const QString& picture, const Scene& be
         before(window);
     QWidget* view = present(window);
     if (view)
-        save(view->grab(), picture);
+        save(this->picture(view), picture);
     if (window.isLoaded())
         window.unload();
     window.setShown(false);
@@ -91,7 +110,7 @@ void ShotPort::showModal(Controller& window)
         plan.before(window);
     QWidget* view = present(window);
     if (view && !plan.picture.isEmpty())
-        save(view->grab(), plan.picture);
+        save(picture(view), plan.picture);
     if (plan.after)
         plan.after(window);
     if (window.isLoaded() && window.isShown())

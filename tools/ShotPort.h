@@ -35,6 +35,10 @@ public:
     // The view a window shown without waiting stands in, while it is open.
     QWidget* view(const QString& window) const { return m_modeless.value(window); }
 
+    // Each picture shows the whole screen, the window placed on it as the
+    // program places it (run on a real display, with a window manager).
+    void setWholeScreen(bool on) { m_wholeScreen = on; }
+
     // Saves a drawn widget as {picture}.png in the folder.
     void save(const QPixmap& pixmap, const QString& picture);
 
@@ -56,6 +60,9 @@ public:
     void endProgram() override;
 
 private:
+    QPixmap picture(QWidget* view) const;
+    bool m_wholeScreen = false;
+
     struct Plan {
         QString picture;
         Scene before;

@@ -5,6 +5,9 @@
 //
 // Usage: morvel_screens <output folder>
 //        morvel_screens --readme <folder>   (the two pictures of the README)
+//        morvel_screens --pantalla <folder> (on a display with a window manager:
+//                                            the whole screen, each window placed
+//                                            as the program places it)
 #include <QApplication>
 #include <QDir>
 #include <QFile>
@@ -30,6 +33,10 @@
 #include "backup/Backup.h"
 #include "backup/frmBackup.h"
 #include "backup/frmBackupArchivos.h"
+#include "desk/CalendarioPresentaciones.h"
+#include "desk/ControlMensual.h"
+#include "desk/EscritorioMensual.h"
+#include "desk/GenerarLote.h"
 #include "frame/view/ViewRegistry.h"
 #include "shell/frmAbout.h"
 #include "shell/frmBaseDatos.h"
@@ -376,7 +383,25 @@ bool writeReadme(const QString& shots, const QString& folder)
                .save(folder + QStringLiteral("/formulario-f976.png"));
 }
 
-void drawAll(ShotPort& port, const QString& dataFolder, bool readme)
+// --- The desk: the calendar, the year's desk, the month's control, the batch ---
+// (no page of the manual shows them: they are drawn for a look at the whole
+// screen only)
+
+void desk(ShotPort& port)
+{
+    CalendarioPresentaciones calendario;
+    calendario.IdContribuyente = kId;
+    port.shoot(calendario, QStringLiteral("CalendarioPresentaciones"));
+    EscritorioMensual escritorio;
+    port.shoot(escritorio, QStringLiteral("EscritorioMensual"));
+    ControlMensual control;
+    control.IdContribuyente = kId;
+    port.shoot(control, QStringLiteral("ControlMensual"));
+    GenerarLote lote;
+    port.shoot(lote, QStringLiteral("GenerarLote"));
+}
+
+void drawAll(ShotPort& port, const QString& dataFolder, bool readme, bool wholeScreen)
 {
     Inicial splash;
     port.shoot(splash, QStringLiteral("Inicial"), [&splash](Controller&) {
@@ -409,6 +434,8 @@ void drawAll(ShotPort& port, const QString& dataFolder, bool readme)
     forms(port);
     generation(port);
     backups(port);
+    if (wholeScreen)
+        desk(port);
     HelpViewer& help = HelpViewer::instance();
     help.showPage(HelpPathFor(QStringLiteral("F976")));
     QApplication::processEvents();
@@ -428,7 +455,9 @@ void quietHandler(QtMsgType type, const QMessageLogContext& context, const QStri
 
 int main(int argc, char* argv[])
 {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const bool wholeScreen = argc > 1 && QByteArray(argv[1]) == "--pantalla";
+    if (!wholeScreen)
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     qInstallMessageHandler(quietHandler);
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Morvel"));
@@ -436,8 +465,8 @@ int main(int argc, char* argv[])
     QApplication::setQuitOnLastWindowClosed(false);
     const QStringList args = QApplication::arguments().mid(1);
     const bool readme = args.value(0) == QLatin1String("--readme");
-    const QString target =
-        readme ? args.value(1, QStringLiteral("docs")) : args.value(0, QStringLiteral("screens"));
+    const QString target = readme || wholeScreen ? args.value(1, QStringLiteral("docs"))
+                                                 : args.value(0, QStringLiteral("screens"));
 
     QTemporaryDir work;
     const QString shots = readme ? work.filePath(QStringLiteral("shots")) : target;
@@ -447,11 +476,12 @@ int main(int argc, char* argv[])
     QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, work.filePath("settings"));
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, work.filePath("settings"));
     ShotPort port(shots);
+    port.setWholeScreen(wholeScreen);
     setUi(&port);
     RegisterAllViews();
     SetAppPath(work.filePath(QStringLiteral("data")));
 
-    drawAll(port, work.filePath(QStringLiteral("data")), readme);
+    drawAll(port, work.filePath(QStringLiteral("data")), readme, wholeScreen);
     CloseDatabase();
 
     for (const QString& missing : port.untaken())

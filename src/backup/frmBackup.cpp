@@ -2,6 +2,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 
 #include "Backup.h"
 #include "Globals.h"
@@ -155,9 +156,21 @@ void frmBackup::stepDias(int step)
 void frmBackup::backupNow()
 {
     ui().setBusy(true);
-    BackupDatabase();
+    const bool done = BackupDatabase();
     ui().setBusy(false);
     refreshLabels();
+    // The person is told where the copy went and how big it is, or that
+    // there is none.
+    const QString copia =
+        backupFolder() + u'/' + BackupFileName(GetBackupSetting(BackupKey::FechaUlt, QString()));
+    if (done)
+        MsgBox(QStringLiteral("Copia de seguridad realizada en\n") + QDir::toNativeSeparators(copia) +
+                   QStringLiteral("\nTamaño: ") + MegabytesText(QFileInfo(copia).size()),
+               Msg::Information, QStringLiteral("Copia de Seguridad"));
+    else
+        MsgBox(QStringLiteral("No se pudo realizar la copia de seguridad. El motivo quedó en el "
+                              "registro de errores."),
+               Msg::Exclamation, QStringLiteral("Copia de Seguridad"));
 }
 
 void frmBackup::purge()

@@ -39,8 +39,10 @@ void DetalleActividad::design()
 {
     clearHandlers();
     setCaption(QStringLiteral("Detalle de Actividades"));
-    add(kIdActividad, FieldKind::Text).setMaxLength(6);
+    // The search comes before the code in the Tab order: Tab from a typed
+    // code goes on to the base, past the description the code brings.
     add(kBusqueda, FieldKind::Button, QStringLiteral("..."));
+    add(kIdActividad, FieldKind::Text).setMaxLength(6);
     add(kActividad, FieldKind::Text);
     add(kBase, FieldKind::Text);
     add(kAlicuota, FieldKind::Combo);
@@ -55,6 +57,14 @@ void DetalleActividad::design()
     on(QStringLiteral("cmdAceptar"), Ev::Click, [this](EventArgs&) { cmdAceptar(); });
     on(QStringLiteral("cmdCancelar"), Ev::Click, [this](EventArgs&) { unload(); });
 
+    on(kIdActividad, Ev::KeyPress, [this](EventArgs& e) {
+        if (e.key != KeyCode::Return)
+            return;
+        e.key = 0;
+        setFocus(kBase);
+    });
+    on(kIdActividad, Ev::LostFocus, [this](EventArgs&) { DescribirActividad(); });
+
     const QString titulo = QStringLiteral("Advertencia...");
     for (const QString& name : {kBase, kTasa}) {
         handle(name, Ev::GotFocus, [this, name](EventArgs&) { field(name).selectAll(); });
@@ -62,6 +72,7 @@ void DetalleActividad::design()
             gValidar().TextBox(e.key, field(name), Validar::Decimal, 2);
         });
     }
+    handle(kAlicuota, Ev::GotFocus, [this](EventArgs&) { field(kAlicuota).selectAll(); });
     handle(kAlicuota, Ev::KeyPress, [this](EventArgs& e) {
         gValidar().TextBox(e.key, field(kAlicuota), Validar::Decimal, 2);
     });
@@ -98,6 +109,10 @@ void DetalleActividad::onLoad()
     m_lineaNueva = field(kIdActividad).text().trimmed().isEmpty();
     for (const QString& name : {kIdActividad, kBusqueda, kActividad})
         field(name).setEnabled(m_lineaNueva);
+    // A new line starts at its code, though the search comes first in the
+    // Tab order.
+    if (m_lineaNueva)
+        setFocus(kIdActividad);
 }
 
 void DetalleActividad::CargarAlicuotas()
@@ -149,13 +164,8 @@ void DetalleActividad::CalcularTasa()
 
 void DetalleActividad::BuscarActividad()
 {
-    const QString padron = Parametro(QStringLiteral("Padron"));
     Busqueda busqueda;
-    busqueda.SelectCommandText =
-        QStringLiteral("SELECT ACTP, ACTP_DESC,  ACT1, ACT1_DESC,  ACT2, ACT2_DESC,  ACT3, "
-                       "ACT3_DESC,  ACT4, ACT4_DESC,  ACT5, ACT5_DESC  FROM "
-                       "ACTIVIDADES_X_PADRONES WHERE PADRON = '%1' AND OBJETO = '%2' ")
-            .arg(Sq(padron.left(13)), Sq(padron.mid(26, 13)));
+    busqueda.SelectCommandText = ActividadesDelPadron();
     busqueda.ConnectionString = gAccess().ConnectionString();
     busqueda.NombreFormulario = m_datos.formulario;
     busqueda.show(true);
@@ -163,6 +173,37 @@ void DetalleActividad::BuscarActividad()
         return;
     field(kIdActividad).setText(busqueda.Id);
     field(kActividad).setText(busqueda.Description);
+}
+
+QString DetalleActividad::ActividadesDelPadron() const
+{
+    const QString padron = Parametro(QStringLiteral("Padron"));
+    return QStringLiteral("SELECT ACTP, ACTP_DESC,  ACT1, ACT1_DESC,  ACT2, ACT2_DESC,  ACT3, "
+                          "ACT3_DESC,  ACT4, ACT4_DESC,  ACT5, ACT5_DESC  FROM "
+                          "ACTIVIDADES_X_PADRONES WHERE PADRON = '%1' AND OBJETO = '%2' ")
+        .arg(Sq(padron.left(13)), Sq(padron.mid(26, 13)));
+}
+
+void DetalleActividad::DescribirActividad()
+{
+    // A code typed by hand brings its description as the search would: one
+    // of the premises' activities first, else the catalogue's name.
+    const QString codigo = field(kIdActividad).text().trimmed();
+    if (codigo.isEmpty() || !field(kIdActividad).enabled())
+        return;
+    QString descripcion;
+    if (RecordsetPtr rs = gAccess().FillRecordSet(ActividadesDelPadron()); rs && !rs->EOF_())
+        for (int i = 0; i + 1 < rs->FieldCount() && descripcion.isEmpty(); i += 2)
+            if (rs->Text(i).trimmed() == codigo)
+                descripcion = rs->Text(i + 1);
+    if (descripcion.isEmpty() && IsNumericText(codigo))
+        if (RecordsetPtr rs = gAccess().FillRecordSet(
+                QStringLiteral("SELECT NOMBRE FROM TACTIVIDADES WHERE IDTACTIVIDAD = ") +
+                QString::number(codigo.toLongLong()));
+            rs && !rs->EOF_())
+            descripcion = rs->Text(0);
+    if (!descripcion.isEmpty())
+        field(kActividad).setText(descripcion);
 }
 
 bool DetalleActividad::ActividadRepetida(const QString& codigo, const QString& fecha)

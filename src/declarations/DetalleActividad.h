@@ -33,6 +33,8 @@ private:
     void cargaDatos();
     void CalcularTasa();
     void BuscarActividad();
+    QString ActividadesDelPadron() const;
+    void DescribirActividad();
     void cmdAceptar();
     bool ActividadRepetida(const QString& codigo, const QString& fecha);
     QString FechaLinea() const;

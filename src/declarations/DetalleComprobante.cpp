@@ -78,6 +78,18 @@ void DetalleComprobante::design()
     on(QStringLiteral("cmdCancelar"), Ev::Click, [this](EventArgs&) { unload(); });
 
     handle(kFecha, Ev::Validate, [this](EventArgs& e) { e.cancel = !ValidarFecha(); });
+    // Enter moves on from every box of the line, as from its numbers and its
+    // amount: what is typed next lands in the next box.
+    QStringList conEnter{kFecha, kDenominacion, kCuit};
+    if (m_datos.conTipo)
+        conEnter << kTipo;
+    for (const QString& name : conEnter)
+        handle(name, Ev::KeyPress, [this](EventArgs& e) {
+            if (e.key != KeyCode::Return)
+                return;
+            e.key = 0;
+            sendTab();
+        });
     handle(kCuit, Ev::LostFocus, [this](EventArgs&) { ValidarCuit(); });
     handle(kDenominacion, Ev::LostFocus, [this](EventArgs&) {
         Field& f = field(kDenominacion);

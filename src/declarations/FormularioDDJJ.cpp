@@ -474,6 +474,11 @@ void FormularioDDJJ::leerDetalle()
             QStringList celdas;
             for (int i : indices)
                 celdas << rs->Text(i);
+            // Amounts show in one format, typed or imported; the rows keep
+            // what they hold.
+            for (int c : m_def.columnasDerecha)
+                if (c < celdas.size())
+                    celdas[c] = FormatAmount(celdas.at(c));
             filas << celdas;
             sumarLinea(*rs);
         }
@@ -721,7 +726,13 @@ void FormularioDDJJ::cmdQuitar()
     const int row = grid.currentRow();
     if (row < 0 || row >= grid.rowCount())
         return;
-    if (MsgBox(QStringLiteral("Desea eliminar el registro?"), Msg::YesNo) != Msg::Yes)
+    // The question names the line it deletes: its cells as the grid shows them.
+    QStringList linea;
+    for (const QString& celda : grid.row(row))
+        if (!celda.trimmed().isEmpty())
+            linea << celda.trimmed();
+    if (MsgBox(QStringLiteral("Desea eliminar el registro?\n") + linea.join(QStringLiteral("  ")),
+               Msg::YesNo) != Msg::Yes)
         return;
     if (EsVerdadero(param(QStringLiteral("ConDatos"))))
         Parametros.replace(QStringLiteral("Nuevo=True"), QStringLiteral("Nuevo=False"));
@@ -739,9 +750,19 @@ void FormularioDDJJ::cmdQuitar()
     setFocus(primerMonto());
 }
 
+QString FormularioDDJJ::nombrada() const
+{
+    return QStringLiteral("Formulario ") + windowName() + QStringLiteral(" del período ") +
+           periodo() + QStringLiteral(" - Padrón ") + padron() + QStringLiteral(" Objeto ") +
+           objeto();
+}
+
 void FormularioDDJJ::cmdQuitarT()
 {
-    if (MsgBox(QStringLiteral("Desea eliminar todos los registros?"), Msg::YesNo) != Msg::Yes)
+    if (MsgBox(QStringLiteral("Desea eliminar todos los registros?\n") +
+                   QString::number(field(kGrid).rowCount()) + QStringLiteral(" líneas del ") +
+                   nombrada(),
+               Msg::YesNo) != Msg::Yes)
         return;
     if (EsVerdadero(param(QStringLiteral("ConDatos"))))
         Parametros.replace(QStringLiteral("Nuevo=True"), QStringLiteral("Nuevo=False"));
@@ -798,7 +819,8 @@ void FormularioDDJJ::GuardarFormulario(bool generar)
 {
     if (!m_def.tablaDetalle.isEmpty() && !HayRegistros() && field(kGrid).rowCount() == 0) {
         MsgBox(QStringLiteral("No puede guardar un formulario sin comprobantes"), Msg::Information);
-        if (MsgBox(QStringLiteral("Desea eliminar el formulario?"), Msg::YesNo) == Msg::Yes &&
+        if (MsgBox(QStringLiteral("Desea eliminar el formulario?\n") + nombrada(), Msg::YesNo) ==
+                Msg::Yes &&
             SaveWhole([this] {
                 gAccess().Execute(QStringLiteral("DELETE FROM ") + m_def.tabla +
                                   QStringLiteral(" WHERE ") + filtroVersion());

@@ -123,6 +123,9 @@ protected:
     QString padron() const;
     QString objeto() const;
     QString periodo() const { return mes() + u'-' + anio(); }
+    // "Formulario F976 del período 03-2024 - Padrón ... Objeto ...": what a
+    // question before a deletion names.
+    QString nombrada() const;
     QString idContribuyente();
     // Codigo rebuilt from the screen, with the letter of the option buttons.
     void ReconstruirCodigo();

@@ -545,7 +545,9 @@ void DetailImporter::sumar(qint64 centavos)
 DetailImporter::Paso DetailImporter::insertar(const QStringList& columnas,
                                               const QStringList& valores)
 {
-    if (m_insercion.insert(m_tabla, columnas, valores))
+    if (m_insercion.insert(m_tabla, columnas, valores)) {
+        ++m_importadas;
         return Paso::Sigue;
+    }
     return detener(m_insercion.failure());
 }

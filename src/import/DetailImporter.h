@@ -33,6 +33,9 @@ public:
     // The spreadsheet rule of the form; false when it stopped or could not read.
     bool ImportarHoja(const QString& path, bool encabezado);
 
+    // How many lines went into the detail table.
+    qint64 Importadas() const { return m_importadas; }
+
     // The fields of a detail line in the order of the activity insert, or of
     // the annex insert (TipoComprobante empty where the form has none).
     enum Actividad { CodigoActividad, TipoActividad, Base, Alicuota, Impuesto };
@@ -80,6 +83,7 @@ private:
     Field* m_progress = nullptr;
 
     qint64 m_linea = 0; // number of the line or row in hand
+    qint64 m_importadas = 0;
     bool m_conCabecera = false;
     bool m_conPie = false;
     QString m_codigoArchivo;                  // the header's row code (annexes)

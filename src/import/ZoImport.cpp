@@ -54,6 +54,13 @@ QString sinAcentos(const QString& name)
     return i >= 0 ? gImportNamesPlain.value(i, name) : name;
 }
 
+QString lineasImportadas(qint64 lineas)
+{
+    return lineas == 1 ? QStringLiteral("se importó 1 línea")
+                       : QStringLiteral("se importaron ") + QString::number(lineas) +
+                             QStringLiteral(" líneas");
+}
+
 } // namespace
 
 QString ZoImport::CarpetaAnterior()
@@ -108,6 +115,11 @@ bool ZoImport::Importar(QString& parametros, bool controls)
     ui().setBusy(false);
     if (ProgressBar)
         ProgressBar->setVisible(false);
+    // An import that ran to its end says how many lines it brought.
+    if (result)
+        MsgBox(QStringLiteral("Importación terminada: ") + lineasImportadas(importer.Importadas()) +
+                   QStringLiteral(" de ") + QFileInfo(path).fileName() + u'.',
+               Msg::Information, QStringLiteral("Importar"));
     return result;
 }
 

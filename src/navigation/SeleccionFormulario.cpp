@@ -324,8 +324,15 @@ void SeleccionFormulario::Eliminar()
                Msg::Exclamation);
         return;
     }
-    if (MsgBox(QStringLiteral("Esta seguro de eliminar el formulario?"), Msg::YesNo + Msg::Question,
-               QStringLiteral("Eliminar")) != Msg::Yes) {
+    // The question names the declaration it deletes.
+    const QString nombrada = QStringLiteral("\nFormulario ") + form + QStringLiteral(" del período ") +
+                             period +
+                             (original ? QStringLiteral(", original")
+                                       : QStringLiteral(", rectificativa ") + fecha) +
+                             QStringLiteral(" - Padrón ") + padron + QStringLiteral(" Objeto ") +
+                             objeto;
+    if (MsgBox(QStringLiteral("Esta seguro de eliminar el formulario?") + nombrada,
+               Msg::YesNo + Msg::Question, QStringLiteral("Eliminar")) != Msg::Yes) {
         m_stayOpen = true;
         return;
     }

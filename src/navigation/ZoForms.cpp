@@ -641,11 +641,16 @@ bool ZoForms::deleteTaxpayer(const QString& idContribuyente)
                Msg::Information);
         return false;
     }
-    if (MsgBox(QStringLiteral("Desea eliminar el contribuyente?"), Msg::YesNo + Msg::Question) !=
-        Msg::Yes)
-        return false;
     const QString id = QString::number(idContribuyente.trimmed().toLongLong());
     ZoAccess& db = gAccess();
+    // The question names the taxpayer it deletes.
+    const QString nombrado =
+        db.GetString(QStringLiteral("SELECT Cuit & ' ' & ApellidoNombre FROM Contribuyentes WHERE "
+                                    "idContribuyente = ") +
+                     id);
+    if (MsgBox(QStringLiteral("Desea eliminar el contribuyente?\n") + nombrado,
+               Msg::YesNo + Msg::Question) != Msg::Yes)
+        return false;
     QString cuit = db.GetString(
         QStringLiteral("SELECT Cuit FROM Contribuyentes WHERE idContribuyente = ") + id);
     cuit.remove(u'-');

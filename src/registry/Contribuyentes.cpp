@@ -464,10 +464,13 @@ void Contribuyentes::quitar()
 {
     if (!hasCurrentPremises())
         return;
-    if (MsgBox(QStringLiteral("Desea eliminar el Local Comercial?"), Msg::YesNo + Msg::Question) !=
-        Msg::Yes)
-        return;
     const Field& grid = field(kGrid);
+    // The question names the premises it deletes.
+    if (MsgBox(QStringLiteral("Desea eliminar el Local Comercial?\nPadrón ") +
+                   grid.cell(grid.currentRow(), 0) + QStringLiteral(" - Objeto N° ") +
+                   grid.cell(grid.currentRow(), 1),
+               Msg::YesNo + Msg::Question) != Msg::Yes)
+        return;
     BorraLocal(grid.cell(grid.currentRow(), 0), grid.cell(grid.currentRow(), 1));
 }
 
@@ -475,7 +478,10 @@ void Contribuyentes::quitarTodo()
 {
     if (field(kGrid).rowCount() == 0)
         return;
-    if (MsgBox(QStringLiteral("Desea eliminar todos los Locales Comerciales?"),
+    if (MsgBox(QStringLiteral("Desea eliminar todos los Locales Comerciales?\n") +
+                   QString::number(field(kGrid).rowCount()) +
+                   QStringLiteral(" del contribuyente ") + field(kCuit).text() + u' ' +
+                   field(kNombre).text(),
                Msg::YesNo + Msg::Question) != Msg::Yes)
         return;
     BorraLocal(QString(), QString());

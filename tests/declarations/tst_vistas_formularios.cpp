@@ -65,6 +65,8 @@ private slots:
         for (const char* form : {"F976", "F2001", "F977", "F978", "F985", "F986", "F987", "F988"})
             Row(form, QString(form));
     }
+    // The eight forms with their lines: the amounts of the grid in one
+    // format, whether they were typed ("5.330,50") or imported ("152300").
     void openedWithItsLines()
     {
         QFETCH(QString, form);
@@ -72,11 +74,11 @@ private slots:
         auto f = crearForm(form);
         QVector<QStringList> lines;
         if (form == "F976" || form == "F2001")
-            lines << QStringList{"620100", "SERVICIOS DE CONSULTORES EN INFORMÁTICA", "152.300,00",
+            lines << QStringList{"620100", "SERVICIOS DE CONSULTORES EN INFORMÁTICA", "152300",
                                  "3,5", "5.330,50"};
         else if (form != "F986" && form != "F988")
             for (const QString& n : QStringList{"1", "2", "3"})
-                lines << comprobante(n, n + "20,50");
+                lines << comprobante(n, n + "020,5");
         abrirForm(*f, nuevo(form), lines);
 
         QWidget* view = OpenView(*f);
@@ -87,8 +89,17 @@ private slots:
         for (Field* field : f->fields())
             if (field->kind() != FieldKind::Label && field->kind() != FieldKind::Progress)
                 QVERIFY2(view->findChild<QWidget*>(field->name()), qPrintable(field->name()));
-        if (auto* grid = view->findChild<QTableWidget*>("gridFormulario"))
+        if (auto* grid = view->findChild<QTableWidget*>("gridFormulario")) {
             QCOMPARE(grid->rowCount(), lines.size());
+            const bool activities = form == "F976" || form == "F2001";
+            QStringList amounts;
+            for (int c : activities ? QList<int>{3, 4, 5} : QList<int>{grid->columnCount() - 1})
+                amounts << grid->item(0, c)->text();
+            const QStringList shown = activities
+                                          ? QStringList{"152.300,00", "3,50", "5.330,50"}
+                                          : QStringList{"1.020,50"};
+            QCOMPARE(amounts, shown);
+        }
         f->unload();
         QApplication::processEvents();
     }

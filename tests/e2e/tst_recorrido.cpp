@@ -671,6 +671,7 @@ private slots:
     {
         QVERIFY(WriteBytes(m_env->path("percepciones_marzo.txt"), archivoF987()));
         persona().setOpenFile(m_env->path("percepciones_marzo.txt"));
+        m_mensajes << "Importación terminada: se importaron 3 líneas de percepciones_marzo.txt.";
         enElArbol([this](Controller& arbol) {
             abrirMes(arbol, kAgente);
             llenarAnexo(arbol, mes(kAgente), kF985);
@@ -829,15 +830,25 @@ private slots:
         Person(gPrincipal()).click("mnuCopiaSeguridad");
         QVERIFY2(QRegularExpression(R"(^\d\d/\d\d/\d{4} \d\d:\d\d:\d\d$)").match(copia).hasMatch(),
                  qPrintable(copia));
+        // the copy made by hand says where it went and its size
+        const QString hecha = persona().texts().value(0);
+        QVERIFY2(QRegularExpression(R"(^Copia de seguridad realizada en\n.*/BDBKUP/Morvel\.\d{14}\n)"
+                                    R"(Tamaño: \d+,\d+ Mb\.$)")
+                     .match(hecha)
+                     .hasMatch(),
+                 qPrintable(hecha));
 
-        m_mensajes = QStringList{"Esta seguro de eliminar el formulario?",
+        m_mensajes = QStringList{hecha,
+                                 "Esta seguro de eliminar el formulario?\nFormulario F988 del "
+                                 "período 03-2024, original - Padrón " +
+                                     kAgente + " Objeto " + kObjeto,
                                  "¿Desea buscar la ubicación de los archivos de copia de "
                                  "seguridad en la PC?",
                                  "Esta acción restaurará la base de datos. Sus datos actuales se "
                                  "perderán.\n¿Desea continuar?",
                                  "La restauración se realizó correctamente. Se cerrará la "
                                  "aplicación."};
-        persona().answer(m_mensajes[0], Msg::Yes);
+        persona().answer(m_mensajes[1], Msg::Yes);
         const QStringList conF988{generado("F988"), generado("F987"), generado("F986"),
                                   generado("F985")};
         enElArbol([&](Controller& arbol) {
@@ -849,8 +860,8 @@ private slots:
 
         // The start of the program made a copy too: the one made by hand is
         // chosen by its time.
-        persona().answer(m_mensajes[1], Msg::No);
-        persona().answer(m_mensajes[2], Msg::Yes);
+        persona().answer(m_mensajes[2], Msg::No);
+        persona().answer(m_mensajes[3], Msg::Yes);
         alAbrir("frmBackup", [&](Controller& b) {
             alAbrir("frmBackupArchivos", [&](Controller& a) {
                 Person(a).choose("lst0", "Copia del día " + copia.replace(' ', " a hs. "));

@@ -1,5 +1,8 @@
 #include <QListWidget>
+#include <QBoxLayout>
 #include <QPushButton>
+#include <QScreen>
+#include <QSettings>
 #include <QTextBrowser>
 #include <QtTest>
 
@@ -30,6 +33,7 @@
 #include "desk/GenerarLote.h"
 #include "frame/view/QtUi.h"
 #include "frame/view/ViewRegistry.h"
+#include "frame/view/WindowFit.h"
 #include "shell/frmAbout.h"
 #include "shell/frmBaseDatos.h"
 #include "navigation/ContribuyentesDatos.h"
@@ -44,8 +48,10 @@
 
 namespace {
 
-// A window of 1024 by 768 holds a view and its title bar.
-const QSize kScreen(1024, 768 - 32);
+// The smallest screen a window must fit, 1280 by 720, less its title bar;
+// and a smaller one still, where the tall forms scroll.
+const QSize kRoom(1280, 720 - 32);
+const QSize kNetbook(1024, 600 - 32);
 
 using Window = std::unique_ptr<Controller>;
 
@@ -240,7 +246,7 @@ private slots:
         w->load();
         std::unique_ptr<QWidget> view(OpenView(*w));
         QVERIFY(view);
-        view->resize(view->size().expandedTo(view->sizeHint()));
+        FitInto(view.get(), kRoom);
         view->show();
         QApplication::processEvents();
 
@@ -264,9 +270,65 @@ private slots:
                 QApplication::processEvents();
                 QVERIFY2(clipped(view.get()).isEmpty(), qPrintable(clipped(view.get()).join(u' ')));
             }
-        QVERIFY2(view->width() <= kScreen.width() && view->height() <= kScreen.height(),
-                 qPrintable(QStringLiteral("%1x%2").arg(view->width()).arg(view->height())));
+        for (const QSize& room : {kRoom, kNetbook}) {
+            FitInto(view.get(), room);
+            QApplication::processEvents();
+            QVERIFY2(view->width() <= room.width() && view->height() <= room.height(),
+                     qPrintable(QStringLiteral("%1x%2").arg(view->width()).arg(view->height())));
+            // the buttons of its bottom row in sight
+            for (QBoxLayout* row : view->findChildren<QBoxLayout*>("layoutBotones"))
+                for (int i = 0; i < row->count(); ++i)
+                    if (QWidget* button = row->itemAt(i)->widget(); button && button->isVisible())
+                        QVERIFY2(view->rect().contains(QRect(button->mapTo(view.get(), QPoint()),
+                                                             button->size())),
+                                 qPrintable(button->objectName()));
+        }
+        QCOMPARE(tabChain(view.get(), *w), expected); // the same, fields scrolled or not
         w->unload();
+    }
+
+    // A window opens where it was last closed, when that place is still on
+    // the screen; otherwise it is centred.
+    void placeRemembered_data()
+    {
+        Columns<QRect, bool>("stored", "restored");
+        Row("on the screen", QRect(40, 50, 330, 130), true);
+        Row("off the screen", QRect(5000, 50, 330, 130), false);
+    }
+    void placeRemembered()
+    {
+        QFETCH(QRect, stored);
+        QFETCH(bool, restored);
+        TestEnv env;
+        env.createDatabase();
+        setUi(&port);
+        QSettings("Morvel", "Morvel").setValue("Ventanas/NuevoAnio", stored);
+        QRect left; // where the person left the window
+        const auto shownAt = [&left](const QPoint& moveTo) {
+            NuevoAnio dialog;
+            QRect place;
+            QTimer::singleShot(0, [&] {
+                for (QWidget* top : QApplication::topLevelWidgets())
+                    if (top->isVisible() && top->objectName() == "NuevoAnio") {
+                        place = top->geometry();
+                        if (!moveTo.isNull())
+                            top->move(moveTo);
+                        QApplication::processEvents();
+                        left = top->geometry();
+                    }
+                dialog.unload();
+            });
+            dialog.show(true);
+            return place;
+        };
+        const QRect first = shownAt(QPoint(70, 80));
+        QCOMPARE(first == stored, restored);
+        if (!restored)
+            QVERIFY(first.topLeft() != stored.topLeft() &&
+                    QApplication::primaryScreen()->availableGeometry().contains(first));
+        const QRect movedTo = left;
+        QCOMPARE(shownAt({}), movedTo);
+        setUi(&env.ui());
     }
 
     // F1 in every window opens the manual inside the program at that
@@ -372,6 +434,97 @@ private slots:
         }
         if (w->isLoaded())
             w->unload();
+    }
+
+    // Enter in a text box moves on where the logic says so, and otherwise
+    // presses the button the window has as its default: never nothing, where
+    // there is one.
+    void enterMovesOnOrAccepts_data() { view_data(); }
+    void enterMovesOnOrAccepts()
+    {
+        QFETCH(QString, name);
+        TestEnv env;
+        env.createDatabase();
+        fx::premises();
+        env.ui().setStrict(false); // a question of Aceptar is answered No
+        Window w = window(name);
+        QVERIFY(w);
+        std::unique_ptr<QWidget> view = showActive(*w);
+        QVERIFY(view);
+        QPushButton* byDefault = nullptr;
+        for (QPushButton* button : view->findChildren<QPushButton*>())
+            if (button->property("porDefecto").toBool() && button->isEnabled())
+                byDefault = button;
+        for (QLineEdit* box : view->findChildren<QLineEdit*>()) {
+            if (!byDefault || !box->isVisible() || !box->isEnabled() || box->isReadOnly() ||
+                !(box->focusPolicy() & Qt::TabFocus))
+                continue;
+            box->setFocus(Qt::MouseFocusReason);
+            QApplication::processEvents();
+            if (QApplication::focusWidget() != box)
+                continue;
+            QSignalSpy pressed(byDefault, &QPushButton::clicked);
+            QTest::keyClick(box, Qt::Key_Return);
+            QApplication::processEvents();
+            QVERIFY2(QApplication::focusWidget() != box || pressed.count() == 1,
+                     qPrintable(box->objectName()));
+            break;
+        }
+        if (w->isLoaded())
+            w->unload();
+    }
+
+    // What the person types after Tab or Enter lands in the next box: a
+    // typed activity code brings its description and Tab goes on to the base,
+    // past it; the rate box entered by Tab has its text selected; Enter in the
+    // date of a receipt moves on; Enter in "Local Comercial" accepts it.
+    void typingOn_data()
+    {
+        Columns<QString, QString, QString, int, QString, QString, QString, QString>(
+            "name", "start", "typed", "key", "next", "then", "other", "shows");
+        Row("activity code, Tab", "F976_Detalle", "txtIdActividad", "101011", int(Qt::Key_Tab),
+            "txtBaseImponible", "1000", "txtActividad", "Matanza de ganado bovino");
+        Row("rate entered by Tab", "F2001_Detalle", "txtBaseImponible", "1000", int(Qt::Key_Tab),
+            "txtAlicuota", "3", "txtAlicuota", "3");
+        Row("receipt date, Enter", "F977_Detalle", "txtFecha", "15032024", int(Qt::Key_Return),
+            "txtNroComprobante", "4711", "txtFecha", "15-03-2024");
+        Row("Local Comercial, Enter", "frmLocalComercial", "txtCP", "", int(Qt::Key_Return), "",
+            "", "", "");
+    }
+    void typingOn()
+    {
+        QFETCH(QString, name);
+        QFETCH(QString, start);
+        QFETCH(QString, typed);
+        QFETCH(int, key);
+        QFETCH(QString, next);
+        QFETCH(QString, then);
+        QFETCH(QString, other);
+        QFETCH(QString, shows);
+        TestEnv env;
+        env.createDatabase();
+        fx::premises();
+        Window w = window(name);
+        std::unique_ptr<QWidget> view = showActive(*w);
+        QVERIFY(view);
+        auto* from = view->findChild<QWidget*>(start);
+        from->setFocus(Qt::MouseFocusReason);
+        QApplication::processEvents();
+        QTest::keyClicks(from, typed);
+        QSignalSpy accepted(view->findChild<QPushButton*>("cmdAceptar"), &QPushButton::clicked);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key(key));
+        QApplication::processEvents();
+        QCOMPARE(accepted.count(), next.isEmpty() ? 1 : 0);
+        if (next.isEmpty()) {
+            if (w->isLoaded())
+                w->unload();
+            return;
+        }
+        QCOMPARE(QApplication::focusWidget()->objectName(), next);
+        QTest::keyClicks(QApplication::focusWidget(), then);
+        QCOMPARE((*w)[next].text(), then);
+        QCOMPARE((*w)[other].text(), shows);
+        w->unload();
     }
 
     // Enter presses the command button that has the focus; on a choice of the

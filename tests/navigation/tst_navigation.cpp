@@ -935,11 +935,18 @@ private slots:
         for (const QString& objeto : QStringList{"1", "9"})
             Db::insert("Actividades_x_padrones",
                        {"padron=" + Pad13("1"), "objeto=" + Pad13(objeto)});
+        // the question names the taxpayer: CUIT and name
+        const QString named =
+            Db::rows("SELECT Cuit, ApellidoNombre FROM Contribuyentes WHERE idContribuyente = 1")
+                .value(0)
+                .replace(u'|', u' ');
+        QVERIFY(named.contains(u'-'));
         open();
         env->ui().answer("Desea eliminar el contribuyente?", Msg::No);
         env->ui().answer("Desea eliminar el contribuyente?", Msg::Yes);
         dblClick("Eliminar=0;idContribuyente=1");
         QVERIFY(window->isLoaded());
+        QCOMPARE(env->ui().lastText(), "Desea eliminar el contribuyente?\n" + named);
         QCOMPARE(Db::count("Contribuyentes"), 2);
         dblClick("Eliminar=0;idContribuyente=1");
         QVERIFY(!window->isLoaded());

@@ -392,16 +392,23 @@ private slots:
     {
         Columns<QString, int, int, QStringList, QStringList>("button", "row", "answer", "left",
                                                              "texts");
-        const QString one = "Desea eliminar el Local Comercial?";
-        const QString all = "Desea eliminar todos los Locales Comerciales?";
+        // the question names the premises it deletes
+        const auto one = [](const QString& padron) {
+            return "Desea eliminar el Local Comercial?\nPadrón " + padron +
+                   " - Objeto N° 0000000000001";
+        };
+        const QString all =
+            "Desea eliminar todos los Locales Comerciales?\n3 del contribuyente 20-12345678-6 "
+            "PEREZ JUAN";
         const QString refused = "No puede eliminar un padrón que posea formularios cargados";
         Row("Quitar", "cmdQuitar", 1, int(Msg::Yes), QStringList{"0000000000001", "0000000000003"},
-            QStringList{one});
+            QStringList{one("0000000000002")});
         Row("Quitar, No", "cmdQuitar", 1, int(Msg::No),
-            QStringList{"0000000000001", "0000000000002", "0000000000003"}, QStringList{one});
+            QStringList{"0000000000001", "0000000000002", "0000000000003"},
+            QStringList{one("0000000000002")});
         Row("Quitar one with declarations", "cmdQuitar", 0, int(Msg::Yes),
             QStringList{"0000000000001", "0000000000002", "0000000000003"},
-            QStringList{one, refused});
+            QStringList{one("0000000000001"), refused});
         Row("QuitarTodo passes over it silently", "cmdQuitarTodo", 0, int(Msg::Yes),
             QStringList{"0000000000001"}, QStringList{all});
         Row("QuitarTodo, No", "cmdQuitarTodo", 0, int(Msg::No),

@@ -14,6 +14,7 @@
 #include <QVBoxLayout>
 
 #include "Globals.h"
+#include "WindowFit.h"
 
 namespace {
 
@@ -96,6 +97,7 @@ HelpViewer::HelpViewer()
     layout->addLayout(bar);
     layout->addWidget(split, 1);
     resize(820, 600);
+    RestorePlace(this, QStringLiteral("Ayuda"));
 
     back->setEnabled(false);
     forward->setEnabled(false);

@@ -48,7 +48,8 @@ protected:
 
 // Keyboard manners of a text box: entered by the keyboard (Tab, Shift+Tab, a
 // shortcut, or Enter moving on) it selects its text, so what is typed next
-// replaces it; a box the person cannot type into stays out of the Tab order.
+// replaces it; a box the person cannot type into stays out of the Tab order,
+// and so does one that another field fills (its view marks it "fueraDelTab").
 // Focus that only returns to the box (its leaving was refused, the window was
 // activated again) leaves its text as the person had it.
 class TextBoxManners : public QObject
@@ -58,7 +59,8 @@ public:
 
     static void placeInTabOrder(QLineEdit* edit)
     {
-        edit->setFocusPolicy(edit->isReadOnly() ? Qt::ClickFocus : Qt::StrongFocus);
+        const bool skipped = edit->isReadOnly() || edit->property("fueraDelTab").toBool();
+        edit->setFocusPolicy(skipped ? Qt::ClickFocus : Qt::StrongFocus);
     }
 
 protected:

@@ -23,6 +23,7 @@
 #include "Look.h"
 #include "ViewBinder.h"
 #include "ViewRegistry.h"
+#include "WindowFit.h"
 
 namespace {
 
@@ -52,33 +53,6 @@ public:
 private:
     Controller& m_controller;
 };
-
-// A window opens centred on the window it was opened from, or on the screen
-// when it is the first one (the splash is no owner), and never beyond the
-// screen's edges.
-void centreOnOwner(QWidget* view)
-{
-    view->resize(view->size().expandedTo(view->sizeHint()));
-    QWidget* owner = QApplication::activeWindow();
-    const bool hasOwner = owner && owner != view && owner->windowType() != Qt::SplashScreen;
-    const QRect screen = (hasOwner ? owner->screen() : view->screen())->availableGeometry();
-    // The view has no frame before it is shown: it will get the owner's.
-    QRect frame = view->frameGeometry();
-    if (hasOwner) {
-        const QRect outer = owner->frameGeometry();
-        const QRect inner = owner->geometry();
-        frame = QRect(QPoint(), view->size())
-                    .marginsAdded(QMargins(inner.left() - outer.left(), inner.top() - outer.top(),
-                                           outer.right() - inner.right(),
-                                           outer.bottom() - inner.bottom()));
-    }
-    frame.moveCenter(hasOwner ? owner->frameGeometry().center() : screen.center());
-    frame.moveRight(qMin(frame.right(), screen.right()));
-    frame.moveBottom(qMin(frame.bottom(), screen.bottom()));
-    frame.moveLeft(qMax(frame.left(), screen.left()));
-    frame.moveTop(qMax(frame.top(), screen.top()));
-    view->move(frame.topLeft());
-}
 
 QMessageBox::Icon iconOf(int style)
 {
@@ -205,7 +179,7 @@ void QtUi::showModal(Controller& window)
         return;
     }
     view->setWindowModality(Qt::ApplicationModal);
-    centreOnOwner(view);
+    PlaceWindow(view, window.windowName());
     view->show();
     view->raise();
     view->activateWindow();
@@ -223,7 +197,7 @@ void QtUi::showModeless(Controller& window)
     QWidget* view = OpenView(window);
     if (!view)
         return;
-    centreOnOwner(view);
+    PlaceWindow(view, window.windowName());
     view->show();
 }
 

@@ -94,6 +94,8 @@ private:
     mutable QSize m_decorationSize;
 };
 
+const char* const kPorDefecto = "porDefecto";
+
 class UpdateGuard
 {
 public:
@@ -113,6 +115,12 @@ ViewBinder::ViewBinder(QWidget* view, Controller& controller)
     connect(&controller, &Controller::focusReturned, this, &ViewBinder::returnFocus);
     connect(&controller, &Controller::fieldsRebuilt, this, &ViewBinder::bindAll);
     connect(&controller, &Controller::captionChanged, view, &QWidget::setWindowTitle);
+    // A view waiting to be deleted may outlive its window's controller: from
+    // then on it is hidden and its widgets' events reach nothing.
+    connect(&controller, &QObject::destroyed, this, [this] {
+        m_controllerGone = true;
+        m_view->hide();
+    });
     bindAll();
 }
 
@@ -217,7 +225,10 @@ void ViewBinder::connectWidget(Field* field, QWidget* widget)
             trackSelection(field, edit);
         }
         connect(combo, &QComboBox::activated, this, [this, field](int index) {
-            if (m_updating)
+            // an open list completes what was typed as its window closes:
+            // that choice reaches a window no longer loaded, which it would
+            // load again
+            if (m_updating || !m_controller.isLoaded())
                 return;
             {
                 UpdateGuard guard(m_updating);
@@ -294,6 +305,11 @@ void ViewBinder::connectWidget(Field* field, QWidget* widget)
         });
     } else if (auto* button = qobject_cast<QAbstractButton*>(widget)) {
         if (auto* push = qobject_cast<QPushButton*>(button)) {
+            // The button the view marks default is pressed by Enter in a text
+            // box (pressDefault); Qt's own default would also take the Enter
+            // that the logic turns into a Tab.
+            if (push->isDefault())
+                push->setProperty(kPorDefecto, true);
             push->setAutoDefault(false);
             push->setDefault(false);
         }
@@ -311,6 +327,8 @@ void ViewBinder::connectWidget(Field* field, QWidget* widget)
 
 void ViewBinder::clickFromWidget(Field* field, int index)
 {
+    if (m_controllerGone || !m_controller.isLoaded())
+        return;
     const bool takesFocus = field->kind() == FieldKind::Button ||
                             field->kind() == FieldKind::Check || field->kind() == FieldKind::Option;
     if (takesFocus && m_refused == field) {
@@ -612,7 +630,11 @@ void ViewBinder::pushTree(Field* field, QWidget* w)
 
 void ViewBinder::focusField(const QString& name) { focusWidget(name, Qt::OtherFocusReason); }
 
-void ViewBinder::returnFocus(const QString& name) { focusWidget(name, Qt::ActiveWindowFocusReason); }
+void ViewBinder::returnFocus(const QString& name)
+{
+    m_refusedNow = true;
+    focusWidget(name, Qt::ActiveWindowFocusReason);
+}
 
 void ViewBinder::focusWidget(const QString& name, Qt::FocusReason reason)
 {
@@ -675,7 +697,11 @@ bool ViewBinder::handleKey(Field* field, QKeyEvent* event)
         return true; // the limit binds typing only; the logic may write more
     EventArgs press;
     press.key = ascii;
+    const QString before = m_controller.focused();
+    m_refusedNow = false;
     m_controller.fire(field->name(), Ev::KeyPress, press);
+    if (ascii == 13 && pressDefault(field, before))
+        return true;
     if (press.key == 0)
         return true;
     if (press.key != ascii) {
@@ -700,10 +726,28 @@ bool ViewBinder::handleKey(Field* field, QKeyEvent* event)
     return false;
 }
 
+bool ViewBinder::pressDefault(Field* field, const QString& before)
+{
+    // Enter that the logic did not turn into a move (the field kept the
+    // focus, and no refusal of its leaving held it there) presses the
+    // window's default button, as a dialog does.
+    const bool typed = field->kind() == FieldKind::Text || field->kind() == FieldKind::Combo;
+    if (!typed || m_refusedNow || !m_controller.isLoaded() || !m_controller.isShown() ||
+        m_controller.focused() != before)
+        return false;
+    for (QPushButton* button : m_view->findChildren<QPushButton*>())
+        if (button->property(kPorDefecto).toBool() && button->isEnabled() &&
+            button->isVisible()) {
+            button->click();
+            return true;
+        }
+    return false;
+}
+
 bool ViewBinder::eventFilter(QObject* watched, QEvent* event)
 {
     auto* widget = qobject_cast<QWidget*>(watched);
-    Field* field = widget ? m_fieldOf.value(widget) : nullptr;
+    Field* field = widget && !m_controllerGone ? m_fieldOf.value(widget) : nullptr;
     if (!field)
         return false;
     switch (event->type()) {

@@ -53,6 +53,7 @@ private:
     void returnFocus(const QString& name);
     void focusWidget(const QString& name, Qt::FocusReason reason);
     bool handleKey(Field* field, QKeyEvent* event);
+    bool pressDefault(Field* field, const QString& before);
     void clickFromWidget(Field* field, int index = -1);
 
     QWidget* m_view;
@@ -66,4 +67,6 @@ private:
     int m_updating = 0;          // pushing field state into widgets
     bool m_focusing = false;
     Field* m_refused = nullptr; // its focus was refused by the field left behind
+    bool m_refusedNow = false;  // a field's leaving was refused since the last key
+    bool m_controllerGone = false;
 };
