@@ -6,7 +6,7 @@
 //    against one query of the same rows into a hash;
 //  - a period generated for 100 taxpayers with four forms each, against the
 //    400 archiver runs on the same texts.
-// Usage: bench_desk [runs]
+// Usage: bench_desk [runs] [finder|calendar|generation]
 #include <QCoreApplication>
 #include <QDir>
 #include <QDirIterator>
@@ -296,9 +296,13 @@ int main(int argc, char* argv[])
     gDecimalSymbol = QStringLiteral(",");
     setUi(PuertoSinPantalla());
     CreateCurrentDatabase();
-    benchFinder(runs);
-    benchCalendar(runs);
-    benchGeneration(runs, dir.path());
+    const QString only = argc > 2 ? QString::fromLocal8Bit(argv[2]) : QString();
+    if (only.isEmpty() || only == QLatin1String("finder"))
+        benchFinder(runs);
+    if (only.isEmpty() || only == QLatin1String("calendar"))
+        benchCalendar(runs);
+    if (only.isEmpty() || only == QLatin1String("generation"))
+        benchGeneration(runs, dir.path());
     CloseDatabase();
     return 0;
 }
