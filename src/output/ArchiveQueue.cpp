@@ -3,19 +3,20 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QThread>
+#include <chrono>
+#include <future>
 
+#include "SevenZipRun.h"
 #include "ZoGenerateDisk.h"
 
+// A job runs on a thread of its own: the start of a process waits for the
+// program to be loaded, and that wait is not the caller's.
 struct ArchiveQueue::Job {
-    QProcess process;
-    QStringList arguments;
-    QString archive;
-    QString target;
+    SevenZipRun run;
+    std::future<bool> placed;
     Done done;
-    bool started = false;
 };
 
 ArchiveQueue::ArchiveQueue(const QStringList& options, int parallel)
@@ -28,6 +29,11 @@ ArchiveQueue::ArchiveQueue(const QStringList& options, int parallel)
         QDir().mkpath(m_work->filePath(QString::number(i)));
 }
 
+ArchiveQueue::~ArchiveQueue()
+{
+    Finish();
+}
+
 QString ArchiveQueue::Folder() const
 {
     // The runs end in the order they began, so the folder of the run that
@@ -36,28 +42,36 @@ QString ArchiveQueue::Folder() const
                              : QString();
 }
 
-ArchiveQueue::~ArchiveQueue()
-{
-    Finish();
-}
-
 void ArchiveQueue::Add(const QString& member, const QString& target, Done done)
 {
-    const QString archive = QFileInfo(member).absolutePath() + QStringLiteral("/TEMPFILE.ZIP");
     ++m_added;
     while (!m_running.empty() && endOldest(false)) {
     }
     while (int(m_running.size()) >= m_parallel)
         endOldest(true);
+    if (SevenZipProgram().isEmpty()) {
+        RunSevenZip({}); // logs that it is missing
+        if (done)
+            done(false);
+        return;
+    }
     auto job = std::make_unique<Job>();
-    job->arguments = ArchiveArguments(member, archive, m_options);
-    job->archive = archive;
-    job->target = target;
     job->done = std::move(done);
-    // A zip left by a run that stopped would take the new member beside its
-    // old one: start from none.
-    QFile::remove(archive);
-    job->started = StartSevenZip(job->process, job->arguments);
+    const QString archive = QFileInfo(member).absolutePath() + QStringLiteral("/TEMPFILE.ZIP");
+    const QStringList arguments = ArchiveArguments(member, archive, m_options);
+    SevenZipRun* run = &job->run;
+    job->placed = std::async(std::launch::async, [run, arguments, archive, target] {
+        // A zip left by a run that stopped would take the new member beside
+        // its old one: start from none.
+        QFile::remove(archive);
+        const bool zipped =
+            run->Start(arguments, false) && run->Wait(false) == 0 && QFileInfo::exists(archive);
+        if (!zipped) {
+            QFile::remove(archive);
+            return false;
+        }
+        return PlaceArchive(archive, target);
+    });
     m_running.push_back(std::move(job));
 }
 
@@ -70,15 +84,10 @@ void ArchiveQueue::Finish()
 bool ArchiveQueue::endOldest(bool wait)
 {
     Job& job = *m_running.front();
-    if (!wait && job.started && job.process.state() != QProcess::NotRunning &&
-        !job.process.waitForFinished(0))
+    if (!wait && job.placed.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
         return false;
-    const int code = job.started ? WaitSevenZip(job.process, job.arguments) : -1;
-    bool placed = false;
-    if (code == 0 && QFileInfo::exists(job.archive))
-        placed = PlaceArchive(job.archive, job.target);
-    else
-        QFile::remove(job.archive);
+    const bool placed = job.placed.get();
+    job.run.LogFailure();
     const Done done = std::move(job.done);
     m_running.pop_front();
     if (done)

@@ -14,6 +14,7 @@
 
 #include "ErrorLog.h"
 #include "Globals.h"
+#include "SevenZipRun.h"
 #include "SqlText.h"
 #include "Tovak.h"
 #include "UiPort.h"
@@ -39,45 +40,10 @@ QString SevenZipProgram()
     return QStandardPaths::findExecutable(QStringLiteral("7za"));
 }
 
-bool StartSevenZip(QProcess& process, const QStringList& arguments)
-{
-    const QString program = SevenZipProgram();
-    if (program.isEmpty()) {
-        LogError(QStringLiteral("-1"), QStringLiteral("No se encontró el programa 7za"),
-                 QStringLiteral("ZoGenerateDisk"));
-        return false;
-    }
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(program, arguments);
-    return true;
-}
-
-int WaitSevenZip(QProcess& process, const QStringList& arguments)
-{
-    // A run may have ended already, while other work was done.
-    if (process.state() != QProcess::NotRunning)
-        process.waitForFinished(-1);
-    if (process.error() == QProcess::FailedToStart || process.state() != QProcess::NotRunning) {
-        LogError(QStringLiteral("-1"),
-                 QStringLiteral("7za no pudo ejecutarse: ") + process.errorString(),
-                 QStringLiteral("ZoGenerateDisk"));
-        return -1;
-    }
-    const int code = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    if (code != 0)
-        LogError(QString::number(code),
-                 QStringLiteral("7za ") + arguments.join(u' ') + QStringLiteral("\n") +
-                     QString::fromLocal8Bit(process.readAll()),
-                 QStringLiteral("ZoGenerateDisk"));
-    return code;
-}
-
 int RunSevenZip(const QStringList& arguments)
 {
-    QProcess process;
-    if (!StartSevenZip(process, arguments))
-        return -1;
-    return WaitSevenZip(process, arguments);
+    SevenZipRun run;
+    return run.Start(arguments) ? run.Wait() : -1;
 }
 
 QStringList ArchiveArguments(const QString& member, const QString& archive,

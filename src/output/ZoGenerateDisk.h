@@ -7,7 +7,6 @@
 
 #include "Recordset.h"
 
-class QProcess;
 struct FormLayout;
 
 // Writes the submission file of one declaration (records 1 to 4, Windows-1252
@@ -102,11 +101,6 @@ QString SevenZipProgram();
 // Runs the archiver with `arguments`, waiting for its end; its exit code, or
 // -1 when it could not run.
 int RunSevenZip(const QStringList& arguments);
-// The two halves of RunSevenZip, for runs that go on while other work is
-// done: starts the archiver on `process` (false, logged, when it could not),
-// and waits for its end, giving its exit code or -1.
-bool StartSevenZip(QProcess& process, const QStringList& arguments);
-int WaitSevenZip(QProcess& process, const QStringList& arguments);
 
 // Why a whole text did not reach its destination as an archive.
 QString ArchiveFailureText();
