@@ -281,6 +281,18 @@ void benchGeneration(int runs, const QString& root)
     });
     report(QStringLiteral("generation, 100 taxpayers x 4 forms"), program, reference);
     out << "  files written " << written << ", archiver runs " << texts.size() << Qt::endl;
+    // For the record: the same run with the printed forms as PDF beside.
+    const double withPdf = best(1, [&] {
+        const QString folder = root + QStringLiteral("/lote-pdf");
+        QDir().mkpath(folder);
+        GeneracionLote lote;
+        lote.Periodo = QStringLiteral("03-2025");
+        lote.Destino = folder;
+        lote.Ids = ids;
+        written = int(lote.Ejecutar().escritos.size());
+    });
+    report(QStringLiteral("  the same with the printed forms (PDF)"), withPdf, reference);
+    out << "  files written " << written << Qt::endl;
 }
 
 } // namespace
