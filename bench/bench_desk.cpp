@@ -6,7 +6,7 @@
 //    against one query of the same rows into a hash;
 //  - a period generated for 100 taxpayers with four forms each, against the
 //    400 archiver runs on the same texts.
-// Usage: bench_desk [runs]
+// Usage: bench_desk [runs] [finder|calendar|generation]
 #include <QCoreApplication>
 #include <QDir>
 #include <QDirIterator>
@@ -281,6 +281,18 @@ void benchGeneration(int runs, const QString& root)
     });
     report(QStringLiteral("generation, 100 taxpayers x 4 forms"), program, reference);
     out << "  files written " << written << ", archiver runs " << texts.size() << Qt::endl;
+    // For the record: the same run with the printed forms as PDF beside.
+    const double withPdf = best(1, [&] {
+        const QString folder = root + QStringLiteral("/lote-pdf");
+        QDir().mkpath(folder);
+        GeneracionLote lote;
+        lote.Periodo = QStringLiteral("03-2025");
+        lote.Destino = folder;
+        lote.Ids = ids;
+        written = int(lote.Ejecutar().escritos.size());
+    });
+    report(QStringLiteral("  the same with the printed forms (PDF)"), withPdf, reference);
+    out << "  files written " << written << Qt::endl;
 }
 
 } // namespace
@@ -296,9 +308,13 @@ int main(int argc, char* argv[])
     gDecimalSymbol = QStringLiteral(",");
     setUi(PuertoSinPantalla());
     CreateCurrentDatabase();
-    benchFinder(runs);
-    benchCalendar(runs);
-    benchGeneration(runs, dir.path());
+    const QString only = argc > 2 ? QString::fromLocal8Bit(argv[2]) : QString();
+    if (only.isEmpty() || only == QLatin1String("finder"))
+        benchFinder(runs);
+    if (only.isEmpty() || only == QLatin1String("calendar"))
+        benchCalendar(runs);
+    if (only.isEmpty() || only == QLatin1String("generation"))
+        benchGeneration(runs, dir.path());
     CloseDatabase();
     return 0;
 }

@@ -90,21 +90,7 @@ bool makePrivateFolder(const QString& folder)
 // gives it the name `target` only once whole.
 bool zipAlone(const QString& member, const QString& archive, const QString& target)
 {
-    if (RunSevenZip({QStringLiteral("a"), QStringLiteral("-tzip"), QStringLiteral("-mx=1"), archive,
-                     member}) != 0)
-        return false;
-    const QString partial = target + QStringLiteral(".part");
-    QFile::remove(partial);
-    if (!QFile::rename(archive, partial) && !QFile::copy(archive, partial)) {
-        QFile::remove(partial);
-        return false;
-    }
-    QFile::remove(target);
-    if (!QFile::rename(partial, target)) {
-        QFile::remove(partial);
-        return false;
-    }
-    return true;
+    return ArchiveAlone(member, archive, target, {QStringLiteral("-mx=1")});
 }
 
 // The day of a stamp "yyyymmddHHmmss" (characters 7-8, 5-6 and 1-4).

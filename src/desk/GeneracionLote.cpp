@@ -10,9 +10,15 @@
 #include "MensajesRegistrados.h"
 #include "RevisionMensual.h"
 #include "Util.h"
+#include "Globals.h"
+#include "Transaction.h"
+#include "ZoAccess.h"
+#include "output/ArchiveQueue.h"
 #include "output/GenerarDisco.h"
 #include "output/ReportDriver.h"
 #include "output/ReportRenderer.h"
+#include "output/ZoGenerateDisk.h"
+#include "output/ZoHashGuid.h"
 
 QString ResumenLote::Linea() const
 {
@@ -69,61 +75,95 @@ ResumenLote GeneracionLote::Ejecutar()
 {
     ResumenLote resumen;
     const QVector<Tarea> tareas = planificar(resumen);
-    MensajesRegistrados mensajes;
-    for (int n = 0; n < tareas.size(); ++n) {
-        if (Progreso && !Progreso(n, int(tareas.size()), tareas.at(n).nombre)) {
-            resumen.cancelado = true;
-            break;
+    QVector<Resultado> resultados(tareas.size());
+    {
+        MensajesRegistrados mensajes;
+        // The identifiers given on the way are written in one go, and what
+        // was given stands whatever stops the run.
+        Transaction unidad(gAccess(), Transaction::Mode::KeepWhatPassed);
+        ArchiveQueue cola;
+        for (int n = 0; n < tareas.size(); ++n) {
+            if (Progreso && !Progreso(n, int(tareas.size()), tareas.at(n).nombre)) {
+                resumen.cancelado = true;
+                break;
+            }
+            generar(tareas.at(n), cola, resultados[n]);
+            for (const QString& texto : mensajes.Tomar())
+                resultados[n].omitidos << tareas.at(n).nombre + QStringLiteral(": ") + texto;
         }
-        generar(tareas.at(n), resumen);
-        for (const QString& texto : mensajes.Tomar())
-            resumen.omitidos << tareas.at(n).nombre + QStringLiteral(": ") + texto;
+        cola.Finish();
+    }
+    for (const Resultado& r : std::as_const(resultados)) {
+        for (const QString& escrito : {r.archivo, r.pdf})
+            if (!escrito.isEmpty())
+                resumen.escritos << escrito;
+        resumen.omitidos << r.omitidos;
     }
     if (Progreso && !resumen.cancelado)
         Progreso(int(tareas.size()), int(tareas.size()), QStringLiteral("Terminado."));
     return resumen;
 }
 
-bool GeneracionLote::generar(const Tarea& tarea, ResumenLote& resumen)
+void GeneracionLote::generar(const Tarea& tarea, ArchiveQueue& cola, Resultado& resultado)
 {
     const QString que =
         tarea.nombre + u' ' + tarea.formulario + QStringLiteral(" padrón ") + tarea.padron;
     if (IsEncFormularioCopy(tarea.clave)) {
-        resumen.omitidos << que + QStringLiteral(": copia de otro período sin modificar.");
-        return false;
+        resultado.omitidos << que + QStringLiteral(": copia de otro período sin modificar.");
+        return;
     }
     const QStringList problemas = RevisionMensual::ProblemasDeArchivo(tarea.clave);
     if (!problemas.isEmpty()) {
-        resumen.omitidos << que + QStringLiteral(": ") + problemas.join(u' ');
-        return false;
+        resultado.omitidos << que + QStringLiteral(": ") + problemas.join(u' ');
+        return;
     }
     const QString carpeta = Destino + u'/' + tarea.carpeta;
-    if (!QDir().mkpath(carpeta)) {
-        resumen.omitidos << que + QStringLiteral(": no se pudo crear la carpeta ") + carpeta + u'.';
-        return false;
+    if (!m_carpetas.contains(carpeta)) {
+        if (!QDir().mkpath(carpeta)) {
+            resultado.omitidos << que + QStringLiteral(": no se pudo crear la carpeta ") +
+                                      carpeta + u'.';
+            return;
+        }
+        m_carpetas.insert(carpeta);
     }
-    // The generate dialog itself writes the file, unseen and with no copies to print.
-    GenerarDisco dialogo;
-    dialogo.Parametros = tarea.clave;
-    dialogo.field(QStringLiteral("txtDestino")).setText(carpeta);
-    dialogo.field(QStringLiteral("txtCantidadImpresiones")).setText(QStringLiteral("0"));
-    const bool escrito = dialogo.GenerarFormulario(tarea.clave);
+    // The text and the archive of the generate dialog, written by the same
+    // writer and archiver, each in a work folder of its own.
+    EnsureDeclarationGuidv(tarea.clave);
     const QString archivo = GenerarDisco::NombreArchivo(carpeta, tarea.clave);
-    dialogo.unload();
-    if (!escrito || !QFileInfo::exists(archivo)) {
-        resumen.omitidos << que + QStringLiteral(": no se pudo escribir el archivo.");
-        return false;
+    QFile::remove(archivo); // an earlier file of the name must not pass for this one
+    ZoGenerateDisk disk;
+    disk.Parametros = tarea.clave;
+    disk.SetTemporaryFolder(cola.Folder());
+    if (!disk.CreateText() || !StampSubmissionTime(disk.TemporaryPath())) {
+        resultado.omitidos << que + QStringLiteral(": no se pudo escribir el archivo. ") +
+                                  disk.Falla();
+        return;
     }
-    resumen.escritos << tarea.carpeta + u'/' + QFileInfo(archivo).fileName();
-    if (!ConPdf)
-        return true;
+    const QString escrito = tarea.carpeta + u'/' + QFileInfo(archivo).fileName();
+    cola.Add(disk.TemporaryPath(), archivo,
+             [&resultado, escrito, que](bool colocado) {
+                 if (colocado)
+                     resultado.archivo = escrito;
+                 else
+                     resultado.omitidos << que + QStringLiteral(": no se pudo escribir el "
+                                                                "archivo. ") +
+                                               ArchiveFailureText();
+             });
+    if (ConPdf)
+        imprimir(tarea, archivo, resultado);
+}
+
+void GeneracionLote::imprimir(const Tarea& tarea, const QString& archivo,
+                              Resultado& resultado) const
+{
     const QList<ReportJob> jobs = ReportDriver::Prepare(tarea.clave);
-    const QString pdf = archivo.left(archivo.size() - 3) + QStringLiteral(".pdf");
     if (jobs.isEmpty())
-        return true; // a form that prints nothing (an F976 without lines)
+        return; // a form that prints nothing (an F976 without lines)
+    const QString pdf = archivo.left(archivo.size() - 3) + QStringLiteral(".pdf");
     if (WriteReportPdf(jobs, pdf))
-        resumen.escritos << tarea.carpeta + u'/' + QFileInfo(pdf).fileName();
+        resultado.pdf = tarea.carpeta + u'/' + QFileInfo(pdf).fileName();
     else
-        resumen.omitidos << que + QStringLiteral(": no se pudo escribir el PDF.");
-    return true;
+        resultado.omitidos << tarea.nombre + u' ' + tarea.formulario +
+                                  QStringLiteral(" padrón ") + tarea.padron +
+                                  QStringLiteral(": no se pudo escribir el PDF.");
 }

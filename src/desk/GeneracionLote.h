@@ -1,9 +1,12 @@
 #pragma once
 
 #include <QString>
+#include <QSet>
 #include <QStringList>
 #include <QVector>
 #include <functional>
+
+class ArchiveQueue;
 
 // What a whole period's generation did.
 struct ResumenLote {
@@ -47,6 +50,16 @@ private:
         QString formulario;
         QString padron;
     };
+    // What one declaration gave: its files, or why it was skipped.
+    struct Resultado {
+        QString archivo;
+        QString pdf;
+        QStringList omitidos;
+    };
     QVector<Tarea> planificar(ResumenLote& resumen) const;
-    bool generar(const Tarea& tarea, ResumenLote& resumen);
+    // Writes the declaration's text and hands it to the archiver, which runs
+    // while its printed form, and the next declaration, are prepared.
+    void generar(const Tarea& tarea, ArchiveQueue& cola, Resultado& resultado);
+    void imprimir(const Tarea& tarea, const QString& archivo, Resultado& resultado) const;
+    QSet<QString> m_carpetas; // the folders made so far
 };

@@ -207,14 +207,17 @@ bool DetailImporter::ImportarHoja(const QString& path, bool encabezado)
 {
     m_origen = Origen::Hoja;
     m_tabla = m_rule.tablaHoja;
-    const QString titulo = QStringLiteral("Importar archivo de Excel");
+    const QString nombre = QFileInfo(path).fileName();
     SpreadsheetFile hoja;
     if (!hoja.read(path)) {
-        MsgBox(hoja.damaged() ? QStringLiteral("El archivo ") + QFileInfo(path).fileName() +
-                                    QStringLiteral(" está dañado o no es una planilla válida.")
-                              : QStringLiteral("No se pudo abrir el archivo de Excel:\n") + path +
-                                    QStringLiteral("\n") + hoja.errorText(),
-               Msg::Information, titulo);
+        // Only an Excel workbook is told the reader's own reason; any other
+        // sheet that cannot be read is damaged or none.
+        MsgBox(hoja.damaged() || !ZoImport::EsExcel(path)
+                   ? QStringLiteral("El archivo ") + nombre +
+                         QStringLiteral(" está dañado o no es una planilla válida.")
+                   : QStringLiteral("No se pudo abrir el archivo de Excel:\n") + path +
+                         QStringLiteral("\n") + hoja.errorText(),
+               Msg::Information, ZoImport::TituloHoja(path));
         return false;
     }
     if (!ZoImport::VerificarColumnas(hoja.row(0), hoja.columnCount(), encabezado, m_rule.columnas))

@@ -71,7 +71,18 @@ QString ZoImport::CarpetaAnterior()
 QString ZoImport::Filtro()
 {
     return QStringLiteral("Archivo de Texto (*.txt);;Hoja de cálculo de Excel (*.xls *.xlsx);;"
-                          "Todos los archivos (*)");
+                          "Hoja de cálculo de LibreOffice (*.ods);;Todos los archivos (*)");
+}
+
+bool ZoImport::EsExcel(const QString& path)
+{
+    return QFileInfo(path).fileName().toLower().contains(QLatin1String(".xls"));
+}
+
+QString ZoImport::TituloHoja(const QString& path)
+{
+    return EsExcel(path) ? QStringLiteral("Importar archivo de Excel")
+                         : QStringLiteral("Importar hoja de cálculo");
 }
 
 bool ZoImport::elegirArchivo(QString& path)
@@ -104,11 +115,12 @@ bool ZoImport::Importar(QString& parametros, bool controls)
     if (nombre.contains(QLatin1String(".txt"))) {
         ui().setBusy(true);
         result = importer.ImportarTexto(path);
-    } else if (nombre.contains(QLatin1String(".xls"))) {
+    } else if (nombre.contains(QLatin1String(".xls")) || nombre.contains(QLatin1String(".ods"))) {
+        // The OpenDocument sheet follows the rules of the Excel one.
         const bool encabezado =
-            MsgBox(QStringLiteral("La hoja del archivo Excel, ¿tiene encabezado?"),
-                   Msg::YesNo + Msg::Question,
-                   QStringLiteral("Importar archivo de Excel")) == Msg::Yes;
+            MsgBox(EsExcel(path) ? QStringLiteral("La hoja del archivo Excel, ¿tiene encabezado?")
+                                 : QStringLiteral("La hoja del archivo, ¿tiene encabezado?"),
+                   Msg::YesNo + Msg::Question, TituloHoja(path)) == Msg::Yes;
         ui().setBusy(true);
         result = importer.ImportarHoja(path, encabezado);
     }

@@ -61,6 +61,12 @@ public:
 
     // The filter of the file dialog.
     static QString Filtro();
+    // Whether the sheet is an Excel workbook (.xls, .xlsx) rather than an
+    // OpenDocument one (.ods), which follows the same rules.
+    static bool EsExcel(const QString& path);
+    // The title of the messages of a sheet's import: "Importar archivo de
+    // Excel", or "Importar hoja de cálculo" for an OpenDocument sheet.
+    static QString TituloHoja(const QString& path);
 
 private:
     bool elegirArchivo(QString& path);

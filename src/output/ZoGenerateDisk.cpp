@@ -5,7 +5,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QHash>
-#include <QProcess>
 #include <QStandardPaths>
 #include <QSysInfo>
 #include <QTemporaryFile>
@@ -14,6 +13,7 @@
 
 #include "ErrorLog.h"
 #include "Globals.h"
+#include "SevenZipRun.h"
 #include "SqlText.h"
 #include "Tovak.h"
 #include "UiPort.h"
@@ -41,59 +41,82 @@ QString SevenZipProgram()
 
 int RunSevenZip(const QStringList& arguments)
 {
-    const QString program = SevenZipProgram();
-    if (program.isEmpty()) {
-        LogError(QStringLiteral("-1"), QStringLiteral("No se encontró el programa 7za"),
-                 QStringLiteral("ZoGenerateDisk"));
-        return -1;
+    SevenZipRun run;
+    return run.Start(arguments) ? run.Wait() : -1;
+}
+
+QStringList ArchiveArguments(const QString& member, const QString& archive,
+                             const QStringList& options)
+{
+    return QStringList{QStringLiteral("a"), QStringLiteral("-tzip")} + options +
+           QStringList{archive, member};
+}
+
+bool PlaceArchive(const QString& archive, const QString& target)
+{
+    const QString partial = target + QStringLiteral(".part");
+    QFile::remove(partial);
+    // A rename where the two share a disk, a copy where they do not.
+    const bool moved = QFile::rename(archive, partial) || QFile::copy(archive, partial);
+    QFile::remove(archive);
+    if (!moved) {
+        QFile::remove(partial);
+        return false;
     }
-    QProcess process;
-    process.setProcessChannelMode(QProcess::MergedChannels);
-    process.start(program, arguments);
-    if (!process.waitForStarted() || !process.waitForFinished(-1)) {
-        LogError(QStringLiteral("-1"),
-                 QStringLiteral("7za no pudo ejecutarse: ") + process.errorString(),
-                 QStringLiteral("ZoGenerateDisk"));
-        return -1;
+    QFile::remove(target);
+    if (!QFile::rename(partial, target)) {
+        QFile::remove(partial);
+        return false;
     }
-    const int code = process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-    if (code != 0)
-        LogError(QString::number(code),
-                 QStringLiteral("7za ") + arguments.join(u' ') + QStringLiteral("\n") +
-                     QString::fromLocal8Bit(process.readAll()),
-                 QStringLiteral("ZoGenerateDisk"));
-    return code;
+    return QFileInfo::exists(target);
+}
+
+bool ArchiveAlone(const QString& member, const QString& archive, const QString& target,
+                  const QStringList& options)
+{
+    // A zip left by a run that stopped would take the new member beside its
+    // old one: start from none.
+    QFile::remove(archive);
+    const int code = RunSevenZip(ArchiveArguments(member, archive, options));
+    if (code != 0 || !QFileInfo::exists(archive)) {
+        QFile::remove(archive);
+        return false;
+    }
+    return PlaceArchive(archive, target);
+}
+
+namespace {
+
+std::function<QDateTime()>& submissionClock()
+{
+    static std::function<QDateTime()> clock;
+    return clock;
+}
+
+} // namespace
+
+QDateTime SubmissionTime()
+{
+    const auto& clock = submissionClock();
+    return clock ? clock() : QDateTime::currentDateTime();
+}
+
+void SetSubmissionClock(std::function<QDateTime()> clock)
+{
+    submissionClock() = std::move(clock);
+}
+
+bool StampSubmissionTime(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::Append) &&
+           file.setFileTime(SubmissionTime(), QFileDevice::FileModificationTime);
 }
 
 bool ZoGenerateDisk::Compress(const QString& source, const QString& destination)
 {
     ui().yield();
-    const QString archive = gAppPath + QStringLiteral("/TEMPFILE.ZIP");
-    // A zip left by a run that stopped would take the new member beside its
-    // old one: start from none.
-    QFile::remove(archive);
-    const int code = RunSevenZip({QStringLiteral("a"), QStringLiteral("-tzip"), archive, source});
-    if (code != 0 || !QFileInfo::exists(archive)) {
-        QFile::remove(archive);
-        return false;
-    }
-    // The copy goes to a side name first and takes the destination's name
-    // only whole, so that a full disk never leaves half a file as if it were
-    // good.
-    const QString partial = destination + QStringLiteral(".part");
-    QFile::remove(partial);
-    const bool copied = QFile::copy(archive, partial);
-    QFile::remove(archive);
-    if (!copied) {
-        QFile::remove(partial);
-        return false;
-    }
-    QFile::remove(destination);
-    if (!QFile::rename(partial, destination)) {
-        QFile::remove(partial);
-        return false;
-    }
-    return QFileInfo::exists(destination);
+    return ArchiveAlone(source, gAppPath + QStringLiteral("/TEMPFILE.ZIP"), destination);
 }
 
 bool ZoGenerateDisk::Expand(const QString& archive, QString& member, QString& folder)
@@ -436,31 +459,17 @@ bool ZoGenerateDisk::CreateFile(const QString& path, bool noCompress)
                Msg::Exclamation, kTitle);
         return false;
     }
-    Parametros.replace(QStringLiteral("Padrón N° "), QStringLiteral("Padron="));
-    ParseParametros();
-
-    m_complete = false;
-    m_writeFailed = false;
-    m_falla.clear();
-    const FormLayout* layout = layoutOf(m_Formulario);
-    const bool result = layout ? WriteForm(*layout) : false;
+    const bool whole = CreateText();
     if (noCompress)
-        return result;
+        return m_known;
 
     // Only a text written to its end goes out: an envelope or premises the
     // writer refused, a write that failed, or an unknown form would
     // otherwise be zipped as if it were a good declaration.
-    if (!layout)
-        m_falla = QStringLiteral("El formulario ") + m_Formulario +
-                  QStringLiteral(" no tiene archivo de presentación.");
-    if (layout && m_complete && !m_writeFailed) {
+    if (whole) {
+        StampSubmissionTime(m_temporaryPath);
         if (!Compress(m_temporaryPath, path) && m_falla.isEmpty())
-            m_falla = SevenZipProgram().isEmpty()
-                          ? QStringLiteral("No se encontró el compresor 7za (paquete "
-                                           "p7zip-full).")
-                          : QStringLiteral("No se pudo comprimir ni copiar el archivo al destino: "
-                                           "verifique que haya espacio libre y permiso de "
-                                           "escritura.");
+            m_falla = ArchiveFailureText();
     } else {
         LogError(QStringLiteral("-1"),
                  QStringLiteral("No se generó ") + path +
@@ -469,7 +478,36 @@ bool ZoGenerateDisk::CreateFile(const QString& path, bool noCompress)
                  QStringLiteral("ZoGenerateDisk.CreateFile"));
     }
     DeleteFile(m_temporaryPath);
-    return result;
+    return m_known;
+}
+
+bool ZoGenerateDisk::CreateText()
+{
+    Parametros.replace(QStringLiteral("Padrón N° "), QStringLiteral("Padron="));
+    ParseParametros();
+    m_complete = false;
+    m_writeFailed = false;
+    m_falla.clear();
+    const FormLayout* layout = layoutOf(m_Formulario);
+    // The writer's own answer is true for every form it knows.
+    m_known = layout && WriteForm(*layout);
+    if (!layout)
+        m_falla = QStringLiteral("El formulario ") + m_Formulario +
+                  QStringLiteral(" no tiene archivo de presentación.");
+    return m_known && m_complete && !m_writeFailed;
+}
+
+void ZoGenerateDisk::SetTemporaryFolder(const QString& folder)
+{
+    m_temporaryPath = folder + QStringLiteral("/TEMPFILE.DJ");
+}
+
+QString ArchiveFailureText()
+{
+    return SevenZipProgram().isEmpty()
+               ? QStringLiteral("No se encontró el compresor 7za (paquete p7zip-full).")
+               : QStringLiteral("No se pudo comprimir ni copiar el archivo al destino: "
+                                "verifique que haya espacio libre y permiso de escritura.");
 }
 
 bool ZoGenerateDisk::CreateHeader(const QString& temporaryPath)

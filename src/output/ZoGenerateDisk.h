@@ -1,7 +1,9 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 #include <QStringList>
+#include <functional>
 
 #include "Recordset.h"
 
@@ -27,6 +29,10 @@ public:
     // that failed) or a failed archiver leaves no destination and no
     // temporary file behind. With noCompress the temporary file stays.
     bool CreateFile(const QString& path, bool noCompress = false);
+    // Writes the declaration's records to the temporary file alone: true
+    // when the text came out whole, otherwise Falla() tells why. The
+    // temporary file's folder must exist.
+    bool CreateText();
     // Record 1, the envelope; starts the temporary file afresh. False when
     // the form has no codes, or for a premises of regime "2" on the annexes
     // of retentions and perceptions suffered (the file is then left empty).
@@ -48,6 +54,10 @@ public:
 
     // Where the records are written before they are zipped.
     QString TemporaryPath() const { return m_temporaryPath; }
+    // Another place for the records: a run that writes many files at once
+    // gives each its own folder. The name stays TEMPFILE.DJ, the member's
+    // name in the archive.
+    void SetTemporaryFolder(const QString& folder);
     // Why the last CreateFile left no destination, in the person's words;
     // "" when it came out.
     QString Falla() const { return m_falla; }
@@ -75,6 +85,7 @@ private:
     QString m_ConDatos;
     QString m_ctrl;
     QString m_kind;
+    bool m_known = false; // the form has a writer
     bool m_complete = false;
     bool m_writeFailed = false;
     QString m_falla;
@@ -90,3 +101,28 @@ QString SevenZipProgram();
 // Runs the archiver with `arguments`, waiting for its end; its exit code, or
 // -1 when it could not run.
 int RunSevenZip(const QStringList& arguments);
+
+// Why a whole text did not reach its destination as an archive.
+QString ArchiveFailureText();
+
+// The archiver's arguments that zip `member` alone into `archive`, with
+// `options` ("-mx=1") before the names.
+QStringList ArchiveArguments(const QString& member, const QString& archive,
+                             const QStringList& options = {});
+// Gives a finished `archive` the name `target`, only whole: it goes to a
+// side name first ("{target}.part"), so that a full disk never leaves half a
+// file that looks good. The archive is gone afterwards, whatever the answer.
+bool PlaceArchive(const QString& archive, const QString& target);
+// Zips `member` alone into the work file `archive` (started afresh) and
+// places it as `target`: the submission file at the archiver's default
+// level, a backup with "-mx=1". True when `target` came out.
+bool ArchiveAlone(const QString& member, const QString& archive, const QString& target,
+                  const QStringList& options = {});
+
+// The time a submission text carries into its archive, which keeps its
+// modification time: now, or what the clock set here says, so that the same
+// declaration zipped twice gives the same bytes (an empty clock is now again).
+QDateTime SubmissionTime();
+void SetSubmissionClock(std::function<QDateTime()> clock);
+// Gives the file at `path` the modification time SubmissionTime().
+bool StampSubmissionTime(const QString& path);

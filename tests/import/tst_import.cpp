@@ -152,6 +152,41 @@ void writeSheetXml(const QString& path, const QString& cells, const QByteArray& 
     QCOMPARE(zip_close(archive), 0);
 }
 
+// An OpenDocument sheet written by hand: `rows` inside its first table, a
+// second table that the import never reads.
+void writeOds(const QString& path, const QString& rows)
+{
+    QFile::remove(path);
+    int error = 0;
+    zip_t* archive = zip_open(QFile::encodeName(path).constData(), ZIP_CREATE, &error);
+    QVERIFY(archive);
+    static QVector<QByteArray> keep;
+    keep = {"application/vnd.oasis.opendocument.spreadsheet",
+            "<office:document-content "
+            "xmlns:office=\"urn:oasis:names:tc:opendocument:xmlns:office:1.0\" "
+            "xmlns:text=\"urn:oasis:names:tc:opendocument:xmlns:text:1.0\" "
+            "xmlns:table=\"urn:oasis:names:tc:opendocument:xmlns:table:1.0\"><office:body>"
+            "<office:spreadsheet><table:table table:name=\"Hoja1\">" +
+                rows.toUtf8() +
+                "</table:table><table:table table:name=\"Otra\"><table:table-row>"
+                "<table:table-cell office:value-type=\"string\"><text:p>no</text:p>"
+                "</table:table-cell></table:table-row></table:table></office:spreadsheet>"
+                "</office:body></office:document-content>"};
+    const char* names[] = {"mimetype", "content.xml"};
+    for (int i = 0; i < 2; ++i)
+        zip_file_add(archive, names[i],
+                     zip_source_buffer(archive, keep[i].constData(), zip_uint64_t(keep[i].size()), 0),
+                     ZIP_FL_OVERWRITE);
+    QCOMPARE(zip_close(archive), 0);
+}
+
+// A cell of an OpenDocument sheet: its value attributes and the text shown.
+QString odsCell(const QString& attributes, const QString& shown = {})
+{
+    return "<table:table-cell " + attributes + ">" +
+           (shown.isEmpty() ? QString() : "<text:p>" + shown + "</text:p>") + "</table:table-cell>";
+}
+
 QVariantList header978()
 {
     return {
@@ -719,25 +754,28 @@ private slots:
 
     void theRuleFollowsTheName_data()
     {
-        Columns<QString, bool, int>("name", "asksHeader", "stored");
-        Row("text anywhere in the name", "datos.txt.xls", false, 1);
-        Row("capitals", "DATOS.TXT", false, 1);
-        Row("xls not at the end", "datos.xls.bak", true, 0);
-        Row("other files are ignored", "datos.csv", false, 0);
+        Columns<QString, QString, int>("name", "question", "stored");
+        const QString excel = "La hoja del archivo Excel, ¿tiene encabezado?";
+        Row("text anywhere in the name", "datos.txt.xls", "", 1);
+        Row("capitals", "DATOS.TXT", "", 1);
+        Row("xls not at the end", "datos.xls.bak", excel, 0);
+        Row("an OpenDocument sheet", "datos.ods", "La hoja del archivo, ¿tiene encabezado?", 0);
+        Row("other files are ignored", "datos.csv", "", 0);
     }
     void theRuleFollowsTheName()
     {
         QFETCH(QString, name);
-        QFETCH(bool, asksHeader);
+        QFETCH(QString, question);
         QFETCH(int, stored);
-        if (asksHeader)
+        if (!question.isEmpty())
             env->ui().answer("¿tiene encabezado?", Msg::No);
         importar("F976", file(cabecera("F976") + actividad("100", "0,60", "0.60"), name));
         QCOMPARE(Db::count("F976_Detalle"), stored);
-        if (asksHeader) {
-            QCOMPARE(env->ui().messages().first().title, "Importar archivo de Excel");
-            QCOMPARE(env->ui().messages().first().text,
-                     "La hoja del archivo Excel, ¿tiene encabezado?");
+        if (!question.isEmpty()) {
+            QCOMPARE(env->ui().messages().first().title,
+                     name.endsWith(".ods") ? "Importar hoja de cálculo"
+                                           : "Importar archivo de Excel");
+            QCOMPARE(env->ui().messages().first().text, question);
         }
     }
 
@@ -858,7 +896,7 @@ private slots:
         const QStringList f2001 = {
             "0001|Servicios de consultores en informática|620100|10000,00|0,60|60,00",
             "0002|Venta al por menor en hipermercados|471110|2500,50|3,60|90,02"};
-        for (const QString ext : {"xls", "xlsx"}) {
+        for (const QString ext : {"xls", "xlsx", "ods"}) {
             // clang-format off
             QTest::addRow("F978 headings with accents, %s", qPrintable(ext)) << "F978"
                 << "f978_encabezado." + ext << true << "F978_Detalle" << kWholeReceipt << f978;
@@ -949,7 +987,7 @@ private slots:
         const QString heading = "No se encontró el campo 'Descripción Actividad' en la columna "
                                 "B.\nDeberá respetar exactamente el nombre establecido para cada "
                                 "columna. (Ver Ayuda)";
-        for (const QString ext : {"xls", "xlsx"}) {
+        for (const QString ext : {"xls", "xlsx", "ods"}) {
             // clang-format off
             QTest::addRow("count with header, %s", qPrintable(ext)) << "F978"
                 << "f978_cinco_columnas." + ext << true << count.arg("el encabezado de");
@@ -1000,22 +1038,34 @@ private slots:
 
     void unreadableFilesGiveAMessageAndKeepWhatWasStored_data()
     {
-        Columns<QString, QByteArray>("name", "bytes");
+        Columns<QString, QByteArray, QString>("name", "bytes", "message");
         QByteArray pdf = "%PDF-1.4\n1 0 obj << /Type /Catalog >> endobj\ntrailer\n%%EOF\n";
         const QByteArray xlsx = ReadBytes(data("f978_encabezado.xlsx"));
         const QByteArray xls = ReadBytes(data("f978_encabezado.xls"));
-        Row("pdf called .xls", "informe.xls", pdf);
-        Row("pdf called .xlsx", "informe.xlsx", pdf);
-        Row("truncated xlsx", "cortado.xlsx", xlsx.left(xlsx.size() / 2));
-        Row("truncated xls", "cortado.xls", xls.left(1536));
-        Row("empty xlsx", "vacio.xlsx", QByteArray());
-        Row("zip without a workbook", "otro.xlsx", QByteArray("PK\x05\x06" + QByteArray(18, 0)));
-        Row("neither s nor x at the end", "datos.xls.bak", xlsx);
+        const QByteArray ods = ReadBytes(data("f978_encabezado.ods"));
+        const QString excel = "No se pudo abrir el archivo de Excel";
+        const QString damaged = "El archivo %1 está dañado o no es una planilla válida.";
+        Row("pdf called .xls", "informe.xls", pdf, excel);
+        Row("pdf called .xlsx", "informe.xlsx", pdf, excel);
+        Row("truncated xlsx", "cortado.xlsx", xlsx.left(xlsx.size() / 2), excel);
+        Row("truncated xls", "cortado.xls", xls.left(1536), excel);
+        Row("empty xlsx", "vacio.xlsx", QByteArray(), excel);
+        Row("zip without a workbook", "otro.xlsx", QByteArray("PK\x05\x06" + QByteArray(18, 0)),
+            excel);
+        Row("neither s nor x at the end", "datos.xls.bak", xlsx, excel);
+        Row("pdf called .ods", "informe.ods", pdf, damaged.arg("informe.ods"));
+        Row("truncated ods", "cortado.ods", ods.left(ods.size() / 2), damaged.arg("cortado.ods"));
+        Row("empty ods", "vacio.ods", QByteArray(), damaged.arg("vacio.ods"));
+        Row("an xlsx called .ods", "libro.ods", xlsx, damaged.arg("libro.ods"));
+        QByteArray text = ods;
+        text.replace("opendocument.spreadsheet", "opendocument.text       ");
+        Row("a text document called .ods", "carta.ods", text, damaged.arg("carta.ods"));
     }
     void unreadableFilesGiveAMessageAndKeepWhatWasStored()
     {
         QFETCH(QString, name);
         QFETCH(QByteArray, bytes);
+        QFETCH(QString, message);
         QVERIFY(importarHoja("F978", data("f978_encabezado.xlsx"), true));
         QCOMPARE(Db::count("F978_Detalle"), 2);
         env->ui().clearMessages();
@@ -1023,8 +1073,7 @@ private slots:
         WriteBytes(path, bytes);
         QVERIFY(!importarHoja("F978", path, true));
         QCOMPARE(env->ui().messages().size(), 2);
-        QVERIFY2(env->ui().lastText().startsWith("No se pudo abrir el archivo de Excel"),
-                 qPrintable(env->ui().lastText()));
+        QVERIFY2(env->ui().lastText().startsWith(message), qPrintable(env->ui().lastText()));
         QCOMPARE(Db::count("F978_Detalle"), 2);
     }
 
@@ -1113,6 +1162,61 @@ private slots:
                      qPrintable(QString::number(copy)));
             QVERIFY(Db::count("F978_Detalle") >= 2);
         }
+    }
+
+    // What LibreOffice writes: values beside the text shown, runs of equal
+    // cells and rows written once, empty runs to the sheet's end, notes and
+    // spaces inside the text. The values are read, runs as the cells they
+    // stand for, and nothing of the second sheet.
+    void odsIsReadByItsValuesAndRuns()
+    {
+        const QString row2 =
+            "<table:table-row table:number-rows-repeated=\"2\">" +
+            odsCell("office:value-type=\"date\" office:date-value=\"2024-03-15T10:30:00\"",
+                    "15/03/24") +
+            odsCell("office:value-type=\"string\"", "FACA") +
+            odsCell("office:value-type=\"float\" office:value=\"123\" "
+                    "table:number-columns-repeated=\"2\"",
+                    "123") +
+            "<table:covered-table-cell/>" +
+            odsCell("office:value-type=\"currency\" office:value=\"1234.5\"", "$ 1.234,50") +
+            odsCell("office:value-type=\"percentage\" office:value=\"0.006\"", "0,60%") +
+            odsCell("table:number-columns-repeated=\"16000\"") + "</table:table-row>";
+        const QString rows =
+            "<table:table-column table:number-columns-repeated=\"1024\"/>"
+            "<table:table-header-rows><table:table-row>"
+            "<table:table-cell office:value-type=\"string\"><office:annotation><text:p>nota"
+            "</text:p></office:annotation><text:p><text:span>ÑAN</text:span>DÚ<text:s "
+            "text:c=\"2\"/>SA</text:p></table:table-cell>" +
+            odsCell("office:value-type=\"boolean\" office:boolean-value=\"true\"", "VERDADERO") +
+            odsCell("", "dos") + "</table:table-row></table:table-header-rows>" +
+            row2 +
+            "<table:table-row table:number-rows-repeated=\"1048570\">" +
+            odsCell("table:number-columns-repeated=\"1024\"") + "</table:table-row>";
+        const QString path = env->path("calc.ods");
+        writeOds(path, rows);
+        SpreadsheetFile sheet;
+        QVERIFY2(sheet.read(path), qPrintable(sheet.errorText()));
+        QCOMPARE(sheet.rowCount(), 3);
+        QCOMPARE(sheet.row(0).join('|'), QString("ÑANDÚ  SA|VERDADERO|dos||||"));
+        for (int r : {1, 2})
+            QCOMPARE(sheet.row(r).join('|'), QString("15-03-2024|FACA|123|123||1234.5|0.006"));
+    }
+
+    // Runs of cells holding values beyond any sheet of detail lines are not
+    // spelt out: the sheet is refused as damaged, at once.
+    void odsRunsBeyondTheBoundAreDamaged()
+    {
+        const QString path = env->path("enorme.ods");
+        writeOds(path, "<table:table-row table:number-rows-repeated=\"1048576\">" +
+                           odsCell("office:value-type=\"float\" office:value=\"1\" "
+                                   "table:number-columns-repeated=\"16384\"",
+                                   "1") +
+                           "</table:table-row>");
+        QVERIFY(!importarHoja("F978", path, false));
+        QCOMPARE(shownAfterTheQuestion(),
+                 QStringList{"El archivo enorme.ods está dañado o no es una planilla válida."});
+        QCOMPARE(env->ui().messages().last().title, "Importar hoja de cálculo");
     }
 
     void aSpreadsheetInCapitalsIsRecognised()

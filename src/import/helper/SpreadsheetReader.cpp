@@ -5,12 +5,15 @@
 #include <QLocale>
 #include <cmath>
 
+#include "OdsReader.h"
 #include "XlsReader.h"
 #include "XlsxReader.h"
 
 std::unique_ptr<SpreadsheetReader> SpreadsheetReader::ForFile(const QString& path)
 {
     const QString name = QFileInfo(path).fileName().toLower();
+    if (name.endsWith(QLatin1String(".ods")))
+        return std::make_unique<OdsReader>();
     if (name.endsWith(u's'))
         return std::make_unique<XlsReader>();
     if (name.endsWith(u'x'))

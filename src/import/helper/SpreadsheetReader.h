@@ -18,8 +18,9 @@ public:
 
     virtual ~SpreadsheetReader() = default;
 
-    // The reader for the file's kind, by the last letter of its name: "s" for
-    // the older binary workbook, "x" for the zipped one; null for any other.
+    // The reader for the file's kind, by its name: ".ods" for the
+    // OpenDocument spreadsheet, else by the last letter, "s" for the older
+    // binary workbook, "x" for the zipped one; null for any other.
     static std::unique_ptr<SpreadsheetReader> ForFile(const QString& path);
 
     // Reads the first sheet; false, with errorText(), when the file is not a

@@ -1,33 +1,10 @@
 #include "XlsxReader.h"
 
-#include <QFile>
 #include <QXmlStreamReader>
-#include <zip.h>
+
+#include "ZipContainer.h"
 
 namespace {
-
-// Far beyond any sheet of detail lines; a damaged or hostile container that
-// claims more is refused instead of filling the memory.
-constexpr zip_uint64_t kMaxEntrySize = 512ull * 1024 * 1024;
-
-class ZipArchive
-{
-public:
-    explicit ZipArchive(const QString& path)
-    {
-        int error = 0;
-        m_zip = zip_open(QFile::encodeName(path).constData(), ZIP_RDONLY, &error);
-    }
-    ~ZipArchive()
-    {
-        if (m_zip)
-            zip_discard(m_zip);
-    }
-    zip* get() const { return m_zip; }
-
-private:
-    zip* m_zip = nullptr;
-};
 
 // The built-in number formats that show a day.
 bool isBuiltInDate(int id)
@@ -122,55 +99,36 @@ bool XlsxReader::readFirstSheet(const QString& path)
     m_shared.clear();
     m_dateStyles.clear();
     m_epoch1904 = false;
-    ZipArchive archive(path);
-    if (!archive.get()) {
+    ZipContainer archive(path);
+    if (!archive.isOpen()) {
         fail(QStringLiteral("El archivo no es una hoja de cálculo de Excel válida."));
         return false;
     }
     QString sheetPath;
-    if (!readWorkbook(archive.get(), sheetPath))
+    if (!readWorkbook(archive, sheetPath))
         return false;
     QByteArray data;
-    if (entry(archive.get(), QStringLiteral("xl/sharedStrings.xml"), data, false))
+    if (entry(archive, QStringLiteral("xl/sharedStrings.xml"), data, false))
         readSharedStrings(data);
-    if (entry(archive.get(), QStringLiteral("xl/styles.xml"), data, false))
+    if (entry(archive, QStringLiteral("xl/styles.xml"), data, false))
         readStyles(data);
-    if (!entry(archive.get(), sheetPath, data, true))
+    if (!entry(archive, sheetPath, data, true))
         return false;
     return readSheet(data);
 }
 
-bool XlsxReader::entry(zip* archive, const QString& name, QByteArray& data, bool required)
+bool XlsxReader::entry(const ZipContainer& archive, const QString& name, QByteArray& data,
+                       bool required)
 {
-    data.clear();
-    const QByteArray entryName = name.toUtf8();
-    zip_stat_t stat;
-    zip_stat_init(&stat);
-    if (zip_stat(archive, entryName.constData(), ZIP_FL_NOCASE, &stat) != 0 ||
-        !(stat.valid & ZIP_STAT_SIZE) || stat.size > kMaxEntrySize) {
-        if (required)
-            fail(QStringLiteral("El archivo no es una hoja de cálculo de Excel válida."));
-        return false;
-    }
-    zip_file_t* file = zip_fopen(archive, entryName.constData(), ZIP_FL_NOCASE);
-    if (!file) {
-        if (required)
-            fail(QStringLiteral("El archivo está dañado."));
-        return false;
-    }
-    data.resize(qsizetype(stat.size));
-    const zip_int64_t got = zip_fread(file, data.data(), stat.size);
-    zip_fclose(file);
-    if (got != zip_int64_t(stat.size)) {
-        data.clear();
-        if (required)
-            fail(QStringLiteral("El archivo está dañado."));
-        return false;
-    }
-    return true;
+    const ZipContainer::Entry got = archive.read(name, data);
+    if (got != ZipContainer::Entry::Read && required)
+        fail(got == ZipContainer::Entry::Missing
+                 ? QStringLiteral("El archivo no es una hoja de cálculo de Excel válida.")
+                 : QStringLiteral("El archivo está dañado."));
+    return got == ZipContainer::Entry::Read;
 }
 
-bool XlsxReader::readWorkbook(zip* archive, QString& sheetPath)
+bool XlsxReader::readWorkbook(const ZipContainer& archive, QString& sheetPath)
 {
     QByteArray data;
     if (!entry(archive, QStringLiteral("xl/workbook.xml"), data, true))

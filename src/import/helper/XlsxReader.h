@@ -7,7 +7,7 @@
 
 #include "SpreadsheetReader.h"
 
-struct zip;
+class ZipContainer;
 
 // The zipped workbook (.xlsx): libzip opens the container, QXmlStreamReader
 // reads the workbook, its relationships, shared strings, styles and the first
@@ -18,8 +18,9 @@ protected:
     bool readFirstSheet(const QString& path) override;
 
 private:
-    bool entry(zip* archive, const QString& name, QByteArray& data, bool required);
-    bool readWorkbook(zip* archive, QString& sheetPath);
+    bool entry(const ZipContainer& archive, const QString& name, QByteArray& data,
+               bool required);
+    bool readWorkbook(const ZipContainer& archive, QString& sheetPath);
     void readSharedStrings(const QByteArray& xml);
     void readStyles(const QByteArray& xml);
     bool readSheet(const QByteArray& xml);

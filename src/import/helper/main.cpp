@@ -1,4 +1,4 @@
-// morvel-hoja: reads the first sheet of a workbook (.xls or .xlsx) for the
+// morvel-hoja: reads the first sheet of a workbook (.xls, .xlsx or .ods) for the
 // import of detail lines, in a process of its own. The program runs it with
 // bounds on its memory, time and output, so that a damaged or hostile file
 // can at worst end this process, never the program.
