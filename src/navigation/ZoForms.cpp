@@ -12,6 +12,7 @@
 #include "SeleccionFormulario.h"
 #include "SqlText.h"
 #include "Transaction.h"
+#include "TreePlace.h"
 #include "UiPort.h"
 #include "Util.h"
 #include "ZoAccess.h"
@@ -195,20 +196,31 @@ ZoForms::~ZoForms() = default;
 
 void ZoForms::FillTreeViewContribuyenteOpciones(Field& tree, const QString& idContribuyente)
 {
-    TreeModel& model = tree.tree();
+    addOptions(tree.tree(), idContribuyente);
+    tree.treeChanged();
+}
+
+void ZoForms::addOptions(TreeModel& model, const QString& idContribuyente)
+{
     model.clear();
     model.add({}, QStringLiteral("Modificar=0;idContribuyente=") + idContribuyente,
               QStringLiteral("Modificar datos personales"), QStringLiteral("Modificar"));
     model.add({}, QStringLiteral("Eliminar=0;idContribuyente=") + idContribuyente,
               QStringLiteral("Eliminar Contribuyente"), QStringLiteral("Eliminar"));
-    tree.treeChanged();
 }
 
 void ZoForms::FillTreeViewLocales(Field& tree, const QString& idContribuyente)
 {
+    if (fillLocales(tree, idContribuyente))
+        tree.treeChanged();
+}
+
+// Adds the premises and all below them; false when nothing was added.
+bool ZoForms::fillLocales(Field& tree, const QString& idContribuyente)
+{
     const QString id = idContribuyente.trimmed();
     if (id.isEmpty() || id == QLatin1String("0"))
-        return;
+        return false;
     ZoAccess& db = gAccess();
     QString cuit =
         db.GetString(QStringLiteral("Select cuit from Contribuyentes where idContribuyente = ") +
@@ -216,13 +228,13 @@ void ZoForms::FillTreeViewLocales(Field& tree, const QString& idContribuyente)
             .trimmed();
     cuit.remove(u'-');
     if (cuit.isEmpty()) // no taxpayer, or one without a CUIT to join premises by
-        return;
+        return false;
     const RecordsetPtr premises = db.FillRecordSet(
         QStringLiteral("Select padron, objeto, retencion, percepcion, regimen from "
                        "tPadronesComerciales where Cuit = ") +
         quoted(cuit));
     if (!premises || premises->RecordCount() == 0)
-        return;
+        return false;
     TreeBuild build(tree);
     const int root = build.model.add({}, kLocCom, QStringLiteral("Padrones Comerciales"), kCarpeta);
     if (root >= 0)
@@ -250,7 +262,7 @@ void ZoForms::FillTreeViewLocales(Field& tree, const QString& idContribuyente)
             fillPeriodo(build, *forms, month);
     }
     build.model.squeeze();
-    tree.treeChanged();
+    return true;
 }
 
 void ZoForms::addDeclarations(TreeBuild& build, const QString& premisesKey, const QString& padron,
@@ -536,10 +548,18 @@ void ZoForms::InsertCopiaDDJJ(const QString& idContribuyente, const QString& per
 
 // --- Dispatch -------------------------------------------------------------------
 
-void ZoForms::refill(Field& tree, const QString& idContribuyente)
+void ZoForms::Refill(Field& tree, const QString& idContribuyente)
 {
-    FillTreeViewContribuyenteOpciones(tree, idContribuyente);
-    FillTreeViewLocales(tree, idContribuyente);
+    refill(tree, idContribuyente, TreePlace(tree.tree()));
+}
+
+// The two fills, handed to the view once, in the place the person was.
+void ZoForms::refill(Field& tree, const QString& idContribuyente, const TreePlace& place)
+{
+    addOptions(tree.tree(), idContribuyente);
+    fillLocales(tree, idContribuyente);
+    place.restore(tree.tree());
+    tree.treeChanged();
 }
 
 void ZoForms::ShowForm(Field& tree, const QString& idContribuyente, int& result)
@@ -548,6 +568,7 @@ void ZoForms::ShowForm(Field& tree, const QString& idContribuyente, int& result)
     const TreeNode* node = tree.tree().selectedNode();
     if (!node)
         return;
+    const TreePlace place(tree.tree());
     const ZoParameterString& ps = gParameters();
     QString key = node->key;
     if (ps.ReadValue(key, QStringLiteral("ctrl")).isEmpty())
@@ -576,7 +597,7 @@ void ZoForms::ShowForm(Field& tree, const QString& idContribuyente, int& result)
         dialog.Id = id;
         dialog.NewRecord = false;
         dialog.show(true);
-        refill(tree, idContribuyente);
+        refill(tree, idContribuyente, place);
         return;
     }
     if (key.contains(QStringLiteral("liminar"))) {
@@ -601,7 +622,7 @@ void ZoForms::ShowForm(Field& tree, const QString& idContribuyente, int& result)
         if (option == -1)
             return;
         if (option == 3) {
-            refill(tree, idContribuyente);
+            refill(tree, idContribuyente, place);
             return;
         }
         key = selection.Parametros;
@@ -610,7 +631,7 @@ void ZoForms::ShowForm(Field& tree, const QString& idContribuyente, int& result)
     if (formulario.isEmpty() || !FormTables::find(formulario))
         return;
     CargaForm(key, formulario);
-    refill(tree, idContribuyente);
+    refill(tree, idContribuyente, place);
 }
 
 int ZoForms::CountVersions(const QString& parameters)
