@@ -70,6 +70,17 @@ bool ctrlReadsEmpty(const QString& key, bool partsHoldCtrl, const QString& ctrl)
     return ctrl.isEmpty();
 }
 
+// Adds a node under `parent`, as an add under the parent's key would; gives
+// the node of that key, new or already there, or -1 without a parent.
+int addBelow(TreeModel& model, int parent, const QString& key, const QString& text,
+             const QString& image)
+{
+    if (parent < 0)
+        return -1;
+    const int added = model.addUnder(parent, key, text, image);
+    return added >= 0 ? added : model.indexOf(key);
+}
+
 bool holdsCtrl(QStringView text)
 {
     return text.contains(u"ctrl", Qt::CaseInsensitive);
@@ -262,6 +273,9 @@ bool ZoForms::fillLocales(Field& tree, const QString& idContribuyente)
             fillPeriodo(build, *forms, month);
     }
     build.model.squeeze();
+    // What the build looked up is asked again only when the person adds a
+    // year or a month: the index is made anew then rather than held.
+    m_index.release();
     return true;
 }
 
@@ -289,27 +303,37 @@ void ZoForms::addDeclarations(TreeBuild& build, const QString& premisesKey, cons
                   rs->indexOf(QStringLiteral("ctrl")),
                   rs->indexOf(QStringLiteral("LeyendaGenerado")),
                   rs->indexOf(QStringLiteral("idFormulario"))};
+    TreeModel& model = build.model;
+    const int premises = model.indexOf(premisesKey);
     QString year, month, yearKey, monthKey;
+    int yearNode = -1, monthNode = -1;
     bool monthHoldsCtrl = false;
     int rectifications = 0;
+    // The caption of an original is its form's legend, one text for all.
+    QHash<QString, QString> legends;
     for (; rs && !rs->EOF_(); rs->MoveNext()) {
         const QString period = rs->Text(column.periodo);
         if (period.right(4) != year || yearKey.isEmpty()) {
             year = period.right(4);
             yearKey = premisesKey + QStringLiteral(";Anio=") + year;
-            build.model.ensureVisible(build.model.add(
-                premisesKey, yearKey, QStringLiteral("Formularios Año: ") + year, kCarpeta));
+            const int before = model.count();
+            yearNode = addBelow(model, premises, yearKey,
+                                QStringLiteral("Formularios Año: ") + year, kCarpeta);
+            if (model.count() > before)
+                model.ensureVisible(yearNode);
             monthKey.clear(); // a new year opens its own months
         }
         if (period.left(2) != month || monthKey.isEmpty()) {
             month = period.left(2);
             monthKey = yearKey + QStringLiteral(";Periodo=") + month;
             monthHoldsCtrl = holdsCtrl(monthKey);
-            build.model.add(yearKey, monthKey, QStringLiteral("Periodo: ") + month, kCarpeta);
+            monthNode =
+                addBelow(model, yearNode, monthKey, QStringLiteral("Periodo: ") + month, kCarpeta);
         }
         const QString rect = rs->Text(column.rectificativa);
         const QString date = rs->Text(column.fecharectificativa);
         const QString ctrl = rs->Text(column.ctrl);
+        const QString id = rs->Text(column.idformulario);
         QString caption = rs->Text(column.leyendagenerado);
         if (IsYesText(rect)) {
             ++rectifications;
@@ -318,10 +342,15 @@ void ZoForms::addDeclarations(TreeBuild& build, const QString& premisesKey, cons
             caption.squeeze(); // held by the node as long as the tree is open
         } else {
             rectifications = 0;
+            QString& legend = legends[id];
+            if (legend == caption)
+                caption = legend;
+            else
+                legend = caption;
         }
-        const QString id = rs->Text(column.idformulario);
         QString key;
-        key.reserve(monthKey.size() + id.size() + rect.size() + date.size() + ctrl.size() + 96);
+        key.reserve(monthKey.size() + kFormularioTag.size() + id.size() + kStoredTag.size() +
+                    rect.size() + kFechaTag.size() + date.size() + kCtrlTag.size() + ctrl.size());
         key.append(monthKey)
             .append(kFormularioTag)
             .append(id)
@@ -335,7 +364,7 @@ void ZoForms::addDeclarations(TreeBuild& build, const QString& premisesKey, cons
         if (ctrlReadsEmpty(
                 key, monthHoldsCtrl || holdsCtrl(id) || holdsCtrl(rect) || holdsCtrl(date), ctrl))
             key += QString::number(rectifications);
-        build.model.add(monthKey, key, caption, QStringLiteral("Archivo"));
+        addBelow(model, monthNode, key, caption, QStringLiteral("Archivo"));
     }
 }
 
