@@ -108,6 +108,10 @@ bool DatabaseFile::Snapshot(const QString& source, const QString& target)
         Connection to(target, kNew);
         if (!from || !to)
             return fail(QStringLiteral("No se pudo abrir la base de datos para copiarla"), source);
+        // The copy is zipped at once and then removed: it keeps no journal
+        // and is not forced to the disk on its way to the archiver.
+        sqlite3_exec(to.db(), "PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF", nullptr, nullptr,
+                     nullptr);
         if (sqlite3_backup* copy = sqlite3_backup_init(to.db(), "main", from.db(), "main")) {
             ok = sqlite3_backup_step(copy, -1) == SQLITE_DONE;
             ok = sqlite3_backup_finish(copy) == SQLITE_OK && ok;
