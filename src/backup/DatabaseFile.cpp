@@ -127,6 +127,19 @@ bool DatabaseFile::Snapshot(const QString& source, const QString& target)
     return ok;
 }
 
+bool DatabaseFile::WhileWhole(const QString& source, const std::function<bool()>& work)
+{
+    Connection from(source, kExisting);
+    if (!from || sqlite3_exec(from.db(), "BEGIN; SELECT count(*) FROM sqlite_master", nullptr,
+                              nullptr, nullptr) != SQLITE_OK)
+        return false;
+    const QFileInfo journal(source + QStringLiteral("-wal"));
+    const bool whole = !journal.exists() || journal.size() == 0;
+    const bool done = whole && work();
+    sqlite3_exec(from.db(), "COMMIT", nullptr, nullptr, nullptr);
+    return done;
+}
+
 bool DatabaseFile::WriteCompacted(const QString& source, const QString& target)
 {
     QFile::remove(target);
