@@ -7,7 +7,8 @@
 // SQLite read. Program
 // and reference run in turn, several times; medians. Then the resident memory
 // with the tree open (the main window and the taxpayer's window, each process
-// started anew) beside a bare window with as many bare tree items.
+// started anew) beside a bare window of the taxpayer's window's size with as
+// many bare tree items.
 // Usage: bench_tree [runs] [years...]   (default 5 runs of 1, 5, 10, 20, 40)
 #include <QApplication>
 #include <QProcess>
@@ -231,6 +232,10 @@ private:
     QTreeWidget& m_tree;
 };
 
+// The size the taxpayer's window opens at: the memory's bare window is as
+// large, so that both are painted over the same area.
+QSize g_windowSize(640, 480);
+
 // The taxpayer's window as drawn, without its controller and binder; or, for
 // the memory, a bare window with a bare tree.
 int runReference(Times& times, sqlite3* db, const std::function<void()>& script = {})
@@ -241,10 +246,10 @@ int runReference(Times& times, sqlite3* db, const std::function<void()>& script 
     QTreeWidget* tree = nullptr;
     if (script) {
         window = std::make_unique<QWidget>();
-        window->resize(640, 480);
+        window->resize(g_windowSize);
         tree = new QTreeWidget(window.get());
         tree->setHeaderHidden(true);
-        tree->setGeometry(8, 8, 400, 460);
+        tree->setGeometry(8, 8, g_windowSize.width() - 16, g_windowSize.height() - 16);
     } else {
         window.reset(CreateView(QStringLiteral("ContribuyentesDatos")));
         tree = window->findChild<QTreeWidget*>(QStringLiteral("trvDatos"));
@@ -256,6 +261,16 @@ int runReference(Times& times, sqlite3* db, const std::function<void()>& script 
     watch.waitPaintedAfter(0);
     times.open.push_back(Bench::ms(t));
     if (script) {
+        // The memory is read with the window on screen and painted, as the
+        // program's is.
+        QElapsedTimer wait;
+        wait.start();
+        while (!window->windowHandle()->isExposed() && wait.elapsed() < 2000)
+            QApplication::processEvents(QEventLoop::AllEvents, 10);
+        window->repaint();
+        if (qEnvironmentVariableIsSet("BENCH_DEBUG"))
+            std::fprintf(stderr, "reference window %dx%d exposed %d\n", window->width(),
+                         window->height(), window->windowHandle()->isExposed());
         script();
     } else {
         const int painted = watch.paints();
@@ -298,6 +313,10 @@ int programMemoryChild(int argc, char* argv[], const QString& folder)
 int referenceMemoryChild(int argc, char* argv[], const QString& folder)
 {
     QApplication app(argc, argv);
+    if (argc > 3) {
+        const QStringList size = QString::fromLocal8Bit(argv[3]).split(u'x');
+        g_windowSize = QSize(size.value(0).toInt(), size.value(1).toInt());
+    }
     sqlite3* db = nullptr;
     sqlite3_open((folder + QStringLiteral("/data/Morvel.db")).toUtf8().constData(), &db);
     Times times;
@@ -309,7 +328,9 @@ int referenceMemoryChild(int argc, char* argv[], const QString& folder)
 double childMemory(const QString& mode, const QString& folder)
 {
     QProcess child;
-    child.start(QCoreApplication::applicationFilePath(), {mode, folder});
+    child.start(QCoreApplication::applicationFilePath(),
+                {mode, folder,
+                 QStringLiteral("%1x%2").arg(g_windowSize.width()).arg(g_windowSize.height())});
     child.waitForFinished(60000);
     const QList<QByteArray> lines = child.readAllStandardOutput().trimmed().split('\n');
     return lines.isEmpty() ? 0 : lines.last().toDouble();
@@ -370,6 +391,10 @@ int main(int argc, char* argv[])
                           kGoal);
     }
 
+    {
+        const std::unique_ptr<QWidget> view(CreateView(QStringLiteral("ContribuyentesDatos")));
+        g_windowSize = view->size();
+    }
     std::vector<double> programMiB, referenceMiB;
     for (int run = 0; run < 3; ++run) {
         programMiB.push_back(childMemory(QStringLiteral("--program-memory"), folder20));

@@ -204,12 +204,25 @@ bool BackupDatabase()
     const auto work = workFolder(kBackupWork);
     if (!work)
         return fail(QStringLiteral("No se pudo crear la carpeta de trabajo de la copia"));
-    const QString snapshot = work->filePath(kMember);
-    if (!DatabaseFile::Snapshot(source, snapshot))
-        return false;
-    DatabaseFile::ReachStage(QStringLiteral("copied"));
     const QString target = folder + u'/' + BackupFileName(stamp);
-    if (!zipAlone(snapshot, work->filePath(QStringLiteral("copia.zip")), target))
+    const QString archive = work->filePath(QStringLiteral("copia.zip"));
+    // The file itself is zipped when it alone is the whole database and is
+    // held still meanwhile; otherwise a snapshot of it is.
+    bool zipped = false;
+    const bool direct = QFileInfo(source).fileName() == kMember &&
+                        DatabaseFile::WhileWhole(source, [&] {
+                            DatabaseFile::ReachStage(QStringLiteral("copied"));
+                            zipped = zipAlone(source, archive, target);
+                            return true;
+                        });
+    if (!direct) {
+        const QString snapshot = work->filePath(kMember);
+        if (!DatabaseFile::Snapshot(source, snapshot))
+            return false;
+        DatabaseFile::ReachStage(QStringLiteral("copied"));
+        zipped = zipAlone(snapshot, archive, target);
+    }
+    if (!zipped)
         return fail(QStringLiteral("No se pudo comprimir la copia en ") + target);
     SaveBackupSetting(BackupKey::FechaUlt, stamp);
     SaveBackupSetting(BackupKey::BackupDirectory, folder);

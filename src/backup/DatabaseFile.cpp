@@ -108,6 +108,10 @@ bool DatabaseFile::Snapshot(const QString& source, const QString& target)
         Connection to(target, kNew);
         if (!from || !to)
             return fail(QStringLiteral("No se pudo abrir la base de datos para copiarla"), source);
+        // The copy is zipped at once and then removed: it keeps no journal
+        // and is not forced to the disk on its way to the archiver.
+        sqlite3_exec(to.db(), "PRAGMA journal_mode=OFF; PRAGMA synchronous=OFF", nullptr, nullptr,
+                     nullptr);
         if (sqlite3_backup* copy = sqlite3_backup_init(to.db(), "main", from.db(), "main")) {
             ok = sqlite3_backup_step(copy, -1) == SQLITE_DONE;
             ok = sqlite3_backup_finish(copy) == SQLITE_OK && ok;
@@ -121,6 +125,19 @@ bool DatabaseFile::Snapshot(const QString& source, const QString& target)
     if (!ok)
         QFile::remove(target);
     return ok;
+}
+
+bool DatabaseFile::WhileWhole(const QString& source, const std::function<bool()>& work)
+{
+    Connection from(source, kExisting);
+    if (!from || sqlite3_exec(from.db(), "BEGIN; SELECT count(*) FROM sqlite_master", nullptr,
+                              nullptr, nullptr) != SQLITE_OK)
+        return false;
+    const QFileInfo journal(source + QStringLiteral("-wal"));
+    const bool whole = !journal.exists() || journal.size() == 0;
+    const bool done = whole && work();
+    sqlite3_exec(from.db(), "COMMIT", nullptr, nullptr, nullptr);
+    return done;
 }
 
 bool DatabaseFile::WriteCompacted(const QString& source, const QString& target)

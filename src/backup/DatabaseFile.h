@@ -16,6 +16,12 @@ public:
     // the new file `target`: a consistent snapshot even while another
     // connection writes.
     static bool Snapshot(const QString& source, const QString& target);
+    // Runs `work` while the file `source` alone is the whole database and
+    // nothing can be written into it: a read is held on it, begun with its
+    // journal empty, so that no checkpoint writes into the file until `work`
+    // ends. False, without running `work`, when the journal holds changes or
+    // the file cannot be opened; otherwise what `work` answers.
+    static bool WhileWhole(const QString& source, const std::function<bool()>& work);
 
     // Writes the database `source` without its free space to the new file
     // `target` (VACUUM INTO), flushed to disk.

@@ -16,6 +16,13 @@ int TreeModel::add(const QString& parentKey, const QString& key, const QString& 
         if (parent < 0)
             return -1;
     }
+    return addUnder(parent, key, text, image);
+}
+
+int TreeModel::addUnder(int parent, const QString& key, const QString& text, const QString& image)
+{
+    if (parent < -1 || parent >= count())
+        return -1;
     // One look-up of the new key: it takes the next index unless it is taken.
     const int index = int(m_nodes.size());
     const qsizetype before = m_byKey.size();

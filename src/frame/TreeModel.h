@@ -23,6 +23,9 @@ public:
     // its index, or -1 when the key is taken or the parent is missing.
     int add(const QString& parentKey, const QString& key, const QString& text,
             const QString& image = {});
+    // The same under the node at index `parent` (-1 for a root), for builders
+    // that hold it already.
+    int addUnder(int parent, const QString& key, const QString& text, const QString& image = {});
     int count() const { return int(m_nodes.size()); }
     const TreeNode& node(int index) const { return m_nodes.at(index); }
     TreeNode& node(int index) { return m_nodes[index]; }

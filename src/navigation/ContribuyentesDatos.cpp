@@ -89,8 +89,7 @@ void ContribuyentesDatos::onUnload()
 
 void ContribuyentesDatos::ActualizoVista()
 {
-    gForms().FillTreeViewContribuyenteOpciones(tree(), id());
-    gForms().FillTreeViewLocales(tree(), id());
+    gForms().Refill(tree(), id());
 }
 
 void ContribuyentesDatos::nodeClick()

@@ -69,6 +69,11 @@ void TreeIndex::reset(const TreeModel& tree)
     m_months.clear();
 }
 
+void TreeIndex::release()
+{
+    *this = TreeIndex();
+}
+
 void TreeIndex::sync(const TreeModel& tree)
 {
     const bool same = m_tree == &tree && tree.count() >= m_count &&

@@ -23,6 +23,9 @@ public:
     // indexed are answered by a walk.
     bool anyKeyContains(const TreeModel& tree, const QString& text);
 
+    // Gives back what the index holds; the next look-up builds it again.
+    void release();
+
     // Indices of the month nodes (key holding "Periodo" but not "Formulario"),
     // in node order.
     const QVector<int>& months() const { return m_months; }

@@ -12,6 +12,7 @@
 #include "SeleccionFormulario.h"
 #include "SqlText.h"
 #include "Transaction.h"
+#include "TreePlace.h"
 #include "UiPort.h"
 #include "Util.h"
 #include "ZoAccess.h"
@@ -67,6 +68,17 @@ bool ctrlReadsEmpty(const QString& key, bool partsHoldCtrl, const QString& ctrl)
     if (partsHoldCtrl || ctrl.contains(u';') || key.size() >= 30000)
         return read(key, QStringLiteral("ctrl")).isEmpty();
     return ctrl.isEmpty();
+}
+
+// Adds a node under `parent`, as an add under the parent's key would; gives
+// the node of that key, new or already there, or -1 without a parent.
+int addBelow(TreeModel& model, int parent, const QString& key, const QString& text,
+             const QString& image)
+{
+    if (parent < 0)
+        return -1;
+    const int added = model.addUnder(parent, key, text, image);
+    return added >= 0 ? added : model.indexOf(key);
 }
 
 bool holdsCtrl(QStringView text)
@@ -195,20 +207,31 @@ ZoForms::~ZoForms() = default;
 
 void ZoForms::FillTreeViewContribuyenteOpciones(Field& tree, const QString& idContribuyente)
 {
-    TreeModel& model = tree.tree();
+    addOptions(tree.tree(), idContribuyente);
+    tree.treeChanged();
+}
+
+void ZoForms::addOptions(TreeModel& model, const QString& idContribuyente)
+{
     model.clear();
     model.add({}, QStringLiteral("Modificar=0;idContribuyente=") + idContribuyente,
               QStringLiteral("Modificar datos personales"), QStringLiteral("Modificar"));
     model.add({}, QStringLiteral("Eliminar=0;idContribuyente=") + idContribuyente,
               QStringLiteral("Eliminar Contribuyente"), QStringLiteral("Eliminar"));
-    tree.treeChanged();
 }
 
 void ZoForms::FillTreeViewLocales(Field& tree, const QString& idContribuyente)
 {
+    if (fillLocales(tree, idContribuyente))
+        tree.treeChanged();
+}
+
+// Adds the premises and all below them; false when nothing was added.
+bool ZoForms::fillLocales(Field& tree, const QString& idContribuyente)
+{
     const QString id = idContribuyente.trimmed();
     if (id.isEmpty() || id == QLatin1String("0"))
-        return;
+        return false;
     ZoAccess& db = gAccess();
     QString cuit =
         db.GetString(QStringLiteral("Select cuit from Contribuyentes where idContribuyente = ") +
@@ -216,13 +239,13 @@ void ZoForms::FillTreeViewLocales(Field& tree, const QString& idContribuyente)
             .trimmed();
     cuit.remove(u'-');
     if (cuit.isEmpty()) // no taxpayer, or one without a CUIT to join premises by
-        return;
+        return false;
     const RecordsetPtr premises = db.FillRecordSet(
         QStringLiteral("Select padron, objeto, retencion, percepcion, regimen from "
                        "tPadronesComerciales where Cuit = ") +
         quoted(cuit));
     if (!premises || premises->RecordCount() == 0)
-        return;
+        return false;
     TreeBuild build(tree);
     const int root = build.model.add({}, kLocCom, QStringLiteral("Padrones Comerciales"), kCarpeta);
     if (root >= 0)
@@ -250,7 +273,10 @@ void ZoForms::FillTreeViewLocales(Field& tree, const QString& idContribuyente)
             fillPeriodo(build, *forms, month);
     }
     build.model.squeeze();
-    tree.treeChanged();
+    // What the build looked up is asked again only when the person adds a
+    // year or a month: the index is made anew then rather than held.
+    m_index.release();
+    return true;
 }
 
 void ZoForms::addDeclarations(TreeBuild& build, const QString& premisesKey, const QString& padron,
@@ -277,27 +303,37 @@ void ZoForms::addDeclarations(TreeBuild& build, const QString& premisesKey, cons
                   rs->indexOf(QStringLiteral("ctrl")),
                   rs->indexOf(QStringLiteral("LeyendaGenerado")),
                   rs->indexOf(QStringLiteral("idFormulario"))};
+    TreeModel& model = build.model;
+    const int premises = model.indexOf(premisesKey);
     QString year, month, yearKey, monthKey;
+    int yearNode = -1, monthNode = -1;
     bool monthHoldsCtrl = false;
     int rectifications = 0;
+    // The caption of an original is its form's legend, one text for all.
+    QHash<QString, QString> legends;
     for (; rs && !rs->EOF_(); rs->MoveNext()) {
         const QString period = rs->Text(column.periodo);
         if (period.right(4) != year || yearKey.isEmpty()) {
             year = period.right(4);
             yearKey = premisesKey + QStringLiteral(";Anio=") + year;
-            build.model.ensureVisible(build.model.add(
-                premisesKey, yearKey, QStringLiteral("Formularios Año: ") + year, kCarpeta));
+            const int before = model.count();
+            yearNode = addBelow(model, premises, yearKey,
+                                QStringLiteral("Formularios Año: ") + year, kCarpeta);
+            if (model.count() > before)
+                model.ensureVisible(yearNode);
             monthKey.clear(); // a new year opens its own months
         }
         if (period.left(2) != month || monthKey.isEmpty()) {
             month = period.left(2);
             monthKey = yearKey + QStringLiteral(";Periodo=") + month;
             monthHoldsCtrl = holdsCtrl(monthKey);
-            build.model.add(yearKey, monthKey, QStringLiteral("Periodo: ") + month, kCarpeta);
+            monthNode =
+                addBelow(model, yearNode, monthKey, QStringLiteral("Periodo: ") + month, kCarpeta);
         }
         const QString rect = rs->Text(column.rectificativa);
         const QString date = rs->Text(column.fecharectificativa);
         const QString ctrl = rs->Text(column.ctrl);
+        const QString id = rs->Text(column.idformulario);
         QString caption = rs->Text(column.leyendagenerado);
         if (IsYesText(rect)) {
             ++rectifications;
@@ -306,10 +342,15 @@ void ZoForms::addDeclarations(TreeBuild& build, const QString& premisesKey, cons
             caption.squeeze(); // held by the node as long as the tree is open
         } else {
             rectifications = 0;
+            QString& legend = legends[id];
+            if (legend == caption)
+                caption = legend;
+            else
+                legend = caption;
         }
-        const QString id = rs->Text(column.idformulario);
         QString key;
-        key.reserve(monthKey.size() + id.size() + rect.size() + date.size() + ctrl.size() + 96);
+        key.reserve(monthKey.size() + kFormularioTag.size() + id.size() + kStoredTag.size() +
+                    rect.size() + kFechaTag.size() + date.size() + kCtrlTag.size() + ctrl.size());
         key.append(monthKey)
             .append(kFormularioTag)
             .append(id)
@@ -323,7 +364,7 @@ void ZoForms::addDeclarations(TreeBuild& build, const QString& premisesKey, cons
         if (ctrlReadsEmpty(
                 key, monthHoldsCtrl || holdsCtrl(id) || holdsCtrl(rect) || holdsCtrl(date), ctrl))
             key += QString::number(rectifications);
-        build.model.add(monthKey, key, caption, QStringLiteral("Archivo"));
+        addBelow(model, monthNode, key, caption, QStringLiteral("Archivo"));
     }
 }
 
@@ -536,10 +577,18 @@ void ZoForms::InsertCopiaDDJJ(const QString& idContribuyente, const QString& per
 
 // --- Dispatch -------------------------------------------------------------------
 
-void ZoForms::refill(Field& tree, const QString& idContribuyente)
+void ZoForms::Refill(Field& tree, const QString& idContribuyente)
 {
-    FillTreeViewContribuyenteOpciones(tree, idContribuyente);
-    FillTreeViewLocales(tree, idContribuyente);
+    refill(tree, idContribuyente, TreePlace(tree.tree()));
+}
+
+// The two fills, handed to the view once, in the place the person was.
+void ZoForms::refill(Field& tree, const QString& idContribuyente, const TreePlace& place)
+{
+    addOptions(tree.tree(), idContribuyente);
+    fillLocales(tree, idContribuyente);
+    place.restore(tree.tree());
+    tree.treeChanged();
 }
 
 void ZoForms::ShowForm(Field& tree, const QString& idContribuyente, int& result)
@@ -548,6 +597,7 @@ void ZoForms::ShowForm(Field& tree, const QString& idContribuyente, int& result)
     const TreeNode* node = tree.tree().selectedNode();
     if (!node)
         return;
+    const TreePlace place(tree.tree());
     const ZoParameterString& ps = gParameters();
     QString key = node->key;
     if (ps.ReadValue(key, QStringLiteral("ctrl")).isEmpty())
@@ -576,7 +626,7 @@ void ZoForms::ShowForm(Field& tree, const QString& idContribuyente, int& result)
         dialog.Id = id;
         dialog.NewRecord = false;
         dialog.show(true);
-        refill(tree, idContribuyente);
+        refill(tree, idContribuyente, place);
         return;
     }
     if (key.contains(QStringLiteral("liminar"))) {
@@ -601,7 +651,7 @@ void ZoForms::ShowForm(Field& tree, const QString& idContribuyente, int& result)
         if (option == -1)
             return;
         if (option == 3) {
-            refill(tree, idContribuyente);
+            refill(tree, idContribuyente, place);
             return;
         }
         key = selection.Parametros;
@@ -610,7 +660,7 @@ void ZoForms::ShowForm(Field& tree, const QString& idContribuyente, int& result)
     if (formulario.isEmpty() || !FormTables::find(formulario))
         return;
     CargaForm(key, formulario);
-    refill(tree, idContribuyente);
+    refill(tree, idContribuyente, place);
 }
 
 int ZoForms::CountVersions(const QString& parameters)

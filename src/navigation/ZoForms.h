@@ -10,6 +10,8 @@
 
 class Field;
 class TreeBuild;
+class TreeModel;
+class TreePlace;
 
 // The shared dispatcher of the declarations: it builds the taxpayer's tree
 // (options, premises, years, months, declarations and the forms that may be
@@ -62,8 +64,11 @@ public:
     // --- Dispatch ---------------------------------------------------------
 
     // Acts on the selected node of the tree; `result` is 2 when the taxpayer
-    // was deleted.
+    // was deleted. The tree is rebuilt afterwards in the person's place.
     void ShowForm(Field& tree, const QString& idContribuyente, int& result);
+    // Rebuilds the whole tree from the tables and puts it back in the place
+    // the person left it.
+    void Refill(Field& tree, const QString& idContribuyente);
     // Reads the declaration named by the string into the form's header record
     // and shows the form modally.
     void CargaForm(QString parameters, const QString& formulario);
@@ -82,7 +87,9 @@ public:
     int CountVersions(const QString& parameters);
 
 private:
-    void refill(Field& tree, const QString& idContribuyente);
+    void refill(Field& tree, const QString& idContribuyente, const TreePlace& place);
+    static void addOptions(TreeModel& tree, const QString& idContribuyente);
+    bool fillLocales(Field& tree, const QString& idContribuyente);
     void addDeclarations(TreeBuild& build, const QString& premisesKey, const QString& padron,
                          const QString& objeto);
     void fillPeriodo(TreeBuild& build, const Recordset& forms, int monthNode);
