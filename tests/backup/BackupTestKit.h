@@ -13,7 +13,10 @@
 #include "TestSupport.h"
 #include "Transaction.h"
 #include "ZoAccess.h"
+#include "Person.h"
 #include "backup/Backup.h"
+#include "backup/frmBackup.h"
+#include "backup/frmBackupArchivos.h"
 #include "output/ZoGenerateDisk.h"
 
 // What the backup tests build and read back: taxpayers, free space that only
@@ -197,3 +200,45 @@ inline void tamperedBackup(const QString& kind, const QString& path, const QByte
 }
 
 } // namespace Kit
+
+// What the person saw while restoring through the windows.
+struct RestoreRun {
+    QStringList listed; // the copies offered
+    bool stillOpen = false;
+    QStringList statuses;
+    int lastBar = 0;
+};
+
+// The person opens "Copia de Seguridad", asks to restore (from `folder`
+// when given), chooses the item `index` and confirms with `answer`.
+inline RestoreRun restoreThroughDialogs(TestEnv& env, const QString& folder = QString(),
+                                        int index = 0, int answer = Msg::Yes)
+{
+    RestoreRun run;
+    env.ui().answer("¿Desea buscar la ubicación", folder.isEmpty() ? Msg::No : Msg::Yes);
+    env.ui().setFolder(folder);
+    env.ui().answer("Esta acción restaurará", answer);
+    env.ui().onShow("frmBackupArchivos", [&](Controller& w) {
+        for (const ListItem& item : w["lst0"].items())
+            run.listed << item.text;
+        QObject::connect(&w["lbl"], &Field::changed, [&](Field* f, Field::Aspect a) {
+            if (a == Field::TextAspect && !f->text().isEmpty())
+                run.statuses << f->text();
+        });
+        QObject::connect(&w["pb"], &Field::changed, [&](Field* f, Field::Aspect) {
+            run.lastBar = qMax(run.lastBar, f->value());
+        });
+        Person p(w);
+        p.choose("lst0", index);
+        p.click("cmdAccion");
+        run.stillOpen = w.isLoaded();
+        if (w.isLoaded())
+            p.click("cmdSalir");
+    });
+    frmBackup dialog;
+    dialog.load();
+    Person(dialog).click("cmdRestaurar");
+    if (dialog.isLoaded())
+        dialog.unload();
+    return run;
+}

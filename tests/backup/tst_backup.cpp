@@ -76,42 +76,6 @@ QString makeBackup()
     return Kit::folder() + "/Morvel." + GetBackupSetting(BackupKey::FechaUlt, QString());
 }
 
-struct RestoreRun {
-    bool stillOpen = false;
-    QStringList statuses;
-    int lastBar = 0;
-};
-
-// The person opens "Copia de Seguridad", asks to restore (from `folder`
-// when given), chooses the item `index` and confirms with `answer`.
-RestoreRun restoreThroughDialogs(TestEnv& env, const QString& folder, int index,
-                                 int answer = Msg::Yes)
-{
-    RestoreRun run;
-    env.ui().answer("¿Desea buscar la ubicación", folder.isEmpty() ? Msg::No : Msg::Yes);
-    env.ui().setFolder(folder);
-    env.ui().answer("Esta acción restaurará", answer);
-    env.ui().onShow("frmBackupArchivos", [&](Controller& w) {
-        QObject::connect(&w["lbl"], &Field::changed, [&](Field* f, Field::Aspect a) {
-            if (a == Field::TextAspect && !f->text().isEmpty())
-                run.statuses << f->text();
-        });
-        QObject::connect(&w["pb"], &Field::changed, [&](Field* f, Field::Aspect) {
-            run.lastBar = qMax(run.lastBar, f->value());
-        });
-        Person p(w);
-        p.choose("lst0", index);
-        p.click("cmdAccion");
-        run.stillOpen = w.isLoaded();
-        if (w.isLoaded())
-            p.click("cmdSalir");
-    });
-    frmBackup dialog;
-    dialog.load();
-    Person(dialog).click("cmdRestaurar");
-    return run;
-}
-
 } // namespace
 
 // The schedule of the automatic copies, the manual copy, the archive made,

@@ -66,35 +66,6 @@ private:
     QByteArray m_path;
 };
 
-struct RestoreRun {
-    QStringList listed;
-    bool stillOpen = false;
-};
-
-// The person opens "Copia de Seguridad", asks to restore from the folder of
-// the backups, chooses the first copy listed and confirms.
-RestoreRun restoreThroughDialogs(TestEnv& env)
-{
-    RestoreRun run;
-    env.ui().answer("¿Desea buscar la ubicación", Msg::No);
-    env.ui().answer("Esta acción restaurará", Msg::Yes);
-    env.ui().onShow("frmBackupArchivos", [&](Controller& w) {
-        for (const ListItem& item : w["lst0"].items())
-            run.listed << item.text;
-        Person p(w);
-        p.choose("lst0", 0);
-        p.click("cmdAccion");
-        run.stillOpen = w.isLoaded();
-        if (w.isLoaded())
-            p.click("cmdSalir");
-    });
-    frmBackup dialog;
-    dialog.load();
-    Person(dialog).click("cmdRestaurar");
-    dialog.unload();
-    return run;
-}
-
 } // namespace
 
 // The copies of a database on a server: pg_dump archives in the folder of
