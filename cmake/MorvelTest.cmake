@@ -26,9 +26,12 @@ set(MORVEL_TEST_PG_PORT 55432)
 set(MORVEL_TEST_PG "host=${MORVEL_TEST_PG_DIR}/sock port=${MORVEL_TEST_PG_PORT} user=morvel dbname=postgres")
 
 function(morvel_postgres_fixture)
-  if(TEST postgres_start)
+  # Once for the whole tree: a test name is per folder, a fixture is not.
+  get_property(made GLOBAL PROPERTY MORVEL_POSTGRES_FIXTURE)
+  if(made)
     return()
   endif()
+  set_property(GLOBAL PROPERTY MORVEL_POSTGRES_FIXTURE TRUE)
   set(script ${PROJECT_SOURCE_DIR}/tests/support/pg_server.sh)
   add_test(NAME postgres_start COMMAND bash ${script} start ${MORVEL_TEST_PG_DIR} ${MORVEL_TEST_PG_PORT})
   add_test(NAME postgres_stop COMMAND bash ${script} stop ${MORVEL_TEST_PG_DIR})

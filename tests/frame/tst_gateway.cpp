@@ -124,7 +124,7 @@ private slots:
         Row("ucase", "SELECT UCASE('elaboración')", "ELABORACIÓN");
         Row("lower", "SELECT LOWER('ÑANDÚ ÁRBOL')", "ñandú árbol");
         Row("spanish order",
-            "SELECT group_concat(Nombre, '|') FROM (SELECT Nombre FROM w ORDER BY Nombre)",
+            "SELECT Nombre FROM w ORDER BY Nombre",
             "100% natural|ábaco|Árbol|Azul|elaboración|Nube|Ñandú|ñu|Oso");
         Row("distinct", "SELECT COUNT(*) FROM (SELECT DISTINCT UPPER(Nombre) FROM w)", "9");
     }
@@ -137,8 +137,9 @@ private slots:
         for (const char* name : {"Oso", "ñu", "Ñandú", "Nube", "elaboración", "Azul", "Árbol",
                                  "ábaco", "100% natural"})
             db.Execute(QStringLiteral("INSERT INTO w (Nombre) VALUES ('%1')").arg(name));
-        QCOMPARE(db.GetString(sql), result);
-        QCOMPARE(db.GetString("PRAGMA integrity_check"), QString("ok"));
+        QCOMPARE(Db::column(sql).join(u'|'), result);
+        if (!TestEnv::onServer()) // the file's index still finds every row
+            QCOMPARE(db.GetString("PRAGMA integrity_check"), QString("ok"));
     }
 
     // Plain ASCII text sorts exactly as the engine's own NOCASE sorted it, so
@@ -200,7 +201,7 @@ private slots:
         QVERIFY(env->ui().messages().isEmpty());
         const QString text = QString::fromUtf8(ReadBytes(ErrorLogPath()));
         QVERIFY(text.contains("INSERT INTO nowhere VALUES (1)"));
-        QVERIFY(text.contains("no such table"));
+        QVERIFY(text.contains(TestEnv::onServer() ? "does not exist" : "no such table"));
         QVERIFY(db.Execute("INSERT INTO t (Nombre) VALUES ('after')"));
         QCOMPARE(db.GetString("SELECT Nombre FROM t WHERE Id = 4"), QString("after"));
     }
