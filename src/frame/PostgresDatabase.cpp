@@ -1,6 +1,7 @@
 #include "PostgresDatabase.h"
 
 #include <QHash>
+#include <QSysInfo>
 #include <libpq-fe.h>
 #include <sqlite3.h>
 
@@ -98,9 +99,8 @@ struct Binds {
                 texts.push_back(v.toString().toUtf8());
         }
         for (int i = 0; i < binds.size(); ++i)
-            values.push_back(binds.at(i).isNull() || !binds.at(i).isValid()
-                                 ? nullptr
-                                 : texts.at(i).constData());
+            values.push_back(
+                binds.at(i).isNull() || !binds.at(i).isValid() ? nullptr : texts.at(i).constData());
     }
 };
 
@@ -143,8 +143,8 @@ public:
     bool take(PGresult* res, const QString& sql, QueryResult* result)
     {
         const ExecStatusType status = PQresultStatus(res);
-        const bool ok = status == PGRES_COMMAND_OK || status == PGRES_TUPLES_OK ||
-                        status == PGRES_EMPTY_QUERY;
+        const bool ok =
+            status == PGRES_COMMAND_OK || status == PGRES_TUPLES_OK || status == PGRES_EMPTY_QUERY;
         if (!ok) {
             noteFailure(res);
         } else if (result) {
@@ -210,10 +210,9 @@ public:
     bool markAsOwn() override
     {
         const QString schema = text("SELECT quote_ident(current_schema())");
-        return !schema.isEmpty() &&
-               run(QStringLiteral("COMMENT ON SCHEMA ") + schema + QStringLiteral(" IS '") +
-                       QLatin1String(kMark) + u'\'',
-                   {}, nullptr);
+        return !schema.isEmpty() && run(QStringLiteral("COMMENT ON SCHEMA ") + schema +
+                                            QStringLiteral(" IS '") + QLatin1String(kMark) + u'\'',
+                                        {}, nullptr);
     }
 
     QStringList tableNames(bool* ok) override
@@ -320,6 +319,9 @@ DatabaseConnection* PostgresDatabase::open(const QString& connectionInfo)
     PQsetClientEncoding(conn, "UTF8");
     auto c = new Connection(conn);
     c->run(QStringLiteral("SET client_min_messages = warning"), {}, nullptr);
+    // The name the other workstations read when this one holds a lock.
+    c->run(QStringLiteral("SELECT set_config('application_name', $1, false)"),
+           {QSysInfo::machineHostName()}, nullptr);
     c->ensureSupport();
     all.insert(connectionInfo, c);
     return c;

@@ -2,7 +2,10 @@
 #include <QtTest>
 #include <sqlite3.h>
 
+#include <libpq-fe.h>
+
 #include "Controller.h"
+#include "EditLock.h"
 #include "Db.h"
 #include "ErrorLog.h"
 #include "FoldedText.h"
@@ -204,6 +207,33 @@ private slots:
         QVERIFY(text.contains(TestEnv::onServer() ? "does not exist" : "no such table"));
         QVERIFY(db.Execute("INSERT INTO t (Nombre) VALUES ('after')"));
         QCOMPARE(db.GetString("SELECT Nombre FROM t WHERE Id = 4"), QString("after"));
+    }
+
+    // A declaration open on one workstation is refused to another, naming
+    // the first, until the first's session lets it go, however it ends.
+    void editLockIsHeldByOneWorkstation()
+    {
+        QCOMPARE(EditLock::Acquire("F976 0001"), QString());
+        QCOMPARE(EditLock::Acquire("F976 0001"), QString()); // held here already
+        if (!TestEnv::onServer())
+            return; // a file has one person: the lock is always granted
+        PGconn* other = PQconnectdb(qgetenv("MORVEL_DATABASE_SERVER") +
+                                    " application_name=puesto2");
+        auto ask = [&](const char* sql) {
+            PGresult* r = PQexec(other, sql);
+            const QString value = QString::fromUtf8(PQgetvalue(r, 0, 0));
+            PQclear(r);
+            return value;
+        };
+        QCOMPARE(ask("SELECT pg_try_advisory_lock(72650, hashtext('F976 0001'))"), QString("f"));
+        QCOMPARE(ask("SELECT pg_try_advisory_lock(72650, hashtext('F976 0002'))"), QString("t"));
+        QCOMPARE(EditLock::Acquire("F976 0002"), QString("puesto2"));
+        QCOMPARE(EditLock::HeldText("puesto2"),
+                 QString("La declaración está siendo editada en puesto2"));
+        PQfinish(other); // the other program ends
+        QTRY_COMPARE(EditLock::Acquire("F976 0002"), QString());
+        EditLock::Release("F976 0001");
+        EditLock::Release("F976 0002");
     }
 
     void severalColumnsAreAddedAllOrNone()
