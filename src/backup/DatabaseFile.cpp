@@ -15,12 +15,6 @@ namespace {
 
 const QString kSource = QStringLiteral("DatabaseFile");
 
-// The tables by which a file is known as a database of this system.
-const QStringList kSystemTables = {
-    QStringLiteral("Contribuyentes"),
-    QStringLiteral("Opciones"),
-};
-
 DatabaseFile::StageObserver& observer()
 {
     static DatabaseFile::StageObserver current;
@@ -181,17 +175,8 @@ QString DatabaseFile::Soundness(const QString& path)
         verdict != QLatin1String("ok"))
         return name + QStringLiteral(" no es una base de datos sana: no pasó la verificación "
                                      "de integridad.");
-    QString applicationId;
-    c.first(QStringLiteral("PRAGMA application_id"), applicationId);
-    QStringList quoted;
-    for (const QString& table : kSystemTables)
-        quoted << u'\'' + table + u'\'';
-    QString present;
-    c.first(QStringLiteral("SELECT count(*) FROM sqlite_master WHERE type = 'table' AND "
-                           "name COLLATE NOCASE IN (%1)")
-                .arg(quoted.join(u',')),
-            present);
-    if (!IsOwnApplicationId(applicationId.toLongLong()) || present.toInt() != kSystemTables.size())
+    // The gateway's own judgement of whose database it is.
+    if (SqliteDatabase::classify(path) != SqliteDatabase::Kind::Own)
         return name + QStringLiteral(" es una base de datos de otro programa, no de Morvel.");
     return QString();
 }

@@ -8,7 +8,7 @@
 #include "Globals.h"
 #include "ProgressWindow.h"
 #include "SqlHelpers.h"
-#include "SqliteDatabase.h"
+#include "PostgresDatabase.h"
 #include "Transaction.h"
 #include "UiPort.h"
 #include "Upgrade.h"
@@ -64,29 +64,35 @@ QString indexName(const QString& table, const QString& columns)
     return name;
 }
 
+using Kind = DatabaseConnection::Kind;
+
 bool ownOrNew()
 {
-    const SqliteDatabase::Kind kind = SqliteDatabase::kind(gAccess().DatabasePath());
-    return kind == SqliteDatabase::Kind::New || kind == SqliteDatabase::Kind::Own;
+    const Kind kind = gAccess().DatabaseKind();
+    return kind == Kind::New || kind == Kind::Own;
 }
 
 } // namespace
 
 bool IsOwnDatabase()
 {
-    const QString path = gAccess().DatabasePath();
+    ZoAccess& db = gAccess();
+    const QString path = db.Describe();
+    const bool server = db.OnServer();
     QString why;
-    switch (SqliteDatabase::kind(path)) {
-    case SqliteDatabase::Kind::New:
-    case SqliteDatabase::Kind::Own: return true;
-    case SqliteDatabase::Kind::Foreign:
+    switch (db.DatabaseKind()) {
+    case Kind::New:
+    case Kind::Own: return true;
+    case Kind::Foreign:
         why = QStringLiteral("no es una base de datos de Morvel: pertenece a otro programa.");
         break;
-    case SqliteDatabase::Kind::Unreadable:
-        why = QStringLiteral("está dañado o no es una base de datos.");
+    case Kind::Unreadable:
+        why = server ? QStringLiteral("no responde: ") + PostgresDatabase::connectError()
+                     : QStringLiteral("está dañado o no es una base de datos.");
         break;
     }
-    const QString text = QStringLiteral("El archivo ") + path + u' ' + why +
+    const QString text = (server ? QStringLiteral("La base de datos ") : QStringLiteral("El archivo ")) +
+                         path + u' ' + why +
                          QStringLiteral("\r\nNo se modificará. El programa se cerrará.");
     LogError(QStringLiteral("-1"), text, kSource);
     MsgBox(text, Msg::Critical, QStringLiteral("Atención !"));
@@ -95,10 +101,9 @@ bool IsOwnDatabase()
 
 bool WritableDatabase()
 {
-    const QString path = gAccess().DatabasePath();
-    if (!SqliteDatabase::readOnly(path))
+    if (!gAccess().ReadOnly())
         return true;
-    MsgBox(QStringLiteral("La base de datos ") + path +
+    MsgBox(QStringLiteral("La base de datos ") + gAccess().Describe() +
                QStringLiteral(" es de solo lectura: podrá consultar los datos, pero no se "
                               "guardará ningún cambio."),
            Msg::Exclamation, QStringLiteral("Atención !"));
@@ -107,9 +112,9 @@ bool WritableDatabase()
 
 void MarkDatabase()
 {
-    if (!SqliteDatabase::markAsOwn(gAccess().DatabasePath()))
+    if (!gAccess().MarkAsOwn())
         LogError(QStringLiteral("-1"),
-                 QStringLiteral("No se pudo marcar la base de datos: ") + gAccess().DatabasePath(),
+                 QStringLiteral("No se pudo marcar la base de datos: ") + gAccess().Describe(),
                  kSource);
 }
 
@@ -120,7 +125,7 @@ bool EnsureBaseSchema()
     if (tables.isEmpty()) {
         // Not a database (or not readable): it is left exactly as it is.
         LogError(QStringLiteral("-1"),
-                 QStringLiteral("El archivo no es una base de datos: ") + db.DatabasePath(),
+                 QStringLiteral("El archivo no es una base de datos: ") + db.Describe(),
                  kSource);
         return false;
     }
@@ -143,7 +148,7 @@ bool EnsureBaseSchema()
         return true;
     // A first start on a full disk, say: the person learns why the program
     // opens empty.
-    MsgBox(QStringLiteral("No se pudo crear la base de datos ") + db.DatabasePath() +
+    MsgBox(QStringLiteral("No se pudo crear la base de datos ") + db.Describe() +
                QStringLiteral(".\r\n") + unit.failure(),
            Msg::Critical, QStringLiteral("Atención !"));
     return false;
@@ -155,13 +160,11 @@ void EnsureIndices()
     // Only on tables that are there: a damaged or very old file lacks some,
     // and a statement that is bound to fail would only fill the daily log.
     QSet<QString> present;
-    RecordsetPtr rs =
-        db.FillRecordSet(QStringLiteral("SELECT name FROM sqlite_master WHERE type='table'"));
-    if (!rs)
+    bool read = false;
+    for (const QString& table : db.TableNames(&read))
+        present.insert(table.toLower());
+    if (!read)
         return;
-    for (; !rs->EOF_(); rs->MoveNext())
-        present.insert(rs->Text(0).toLower());
-    db.Dispose();
     for (const Index& index : kIndices) {
         const QString table = QString::fromLatin1(index.table);
         if (!present.contains(table.toLower()))

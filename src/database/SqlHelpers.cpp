@@ -15,17 +15,21 @@ bool RunChecked(ZoAccess& db, const QString& sql)
 
 QString TableExists(ZoAccess& db, const QString& table)
 {
-    // sqlite_master keeps the name as written; Jet names ignore case.
-    return db.GetString(QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE type = 'table' "
-                                       "AND name = ") +
-                        SqlQuoted(table) + QStringLiteral(" COLLATE NOCASE"));
+    // Jet names ignore case.
+    bool ok = false;
+    const QStringList tables = db.TableNames(&ok);
+    if (!ok)
+        return {};
+    return tables.contains(table, Qt::CaseInsensitive) ? QStringLiteral("1") : QStringLiteral("0");
 }
 
 QString ColumnExists(ZoAccess& db, const QString& table, const QString& column)
 {
-    return db.GetString(QStringLiteral("SELECT COUNT(*) FROM pragma_table_info(") +
-                        SqlQuoted(table) + QStringLiteral(") WHERE name = ") + SqlQuoted(column) +
-                        QStringLiteral(" COLLATE NOCASE"));
+    const QString exists = TableExists(db, table);
+    if (exists != QLatin1String("1"))
+        return exists;
+    return TableColumns(db, table).contains(column, Qt::CaseInsensitive) ? QStringLiteral("1")
+                                                                          : QStringLiteral("0");
 }
 
 QStringList TableColumns(ZoAccess& db, const QString& table)
@@ -43,5 +47,7 @@ QStringList TableColumns(ZoAccess& db, const QString& table)
 
 QString TableCount(ZoAccess& db)
 {
-    return db.GetString(QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE type='table'"));
+    bool ok = false;
+    const QStringList tables = db.TableNames(&ok);
+    return ok ? QString::number(tables.size()) : QString();
 }

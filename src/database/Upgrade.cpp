@@ -245,7 +245,7 @@ bool convertAll(ZoAccess& db, ProgressWindow& splash, const QVector<Conversion>&
             if (!sets.isEmpty() &&
                 !RunChecked(db, QStringLiteral("UPDATE ") + c.table + QStringLiteral(" SET ") +
                                     sets.join(QStringLiteral(", ")) +
-                                    QStringLiteral(" WHERE rowid = ") + rs->Text(0)))
+                                    QStringLiteral(" WHERE rowid = ") + SqlQuoted(rs->Text(0))))
                 return fail(QStringLiteral("no se pudo escribir ") + c.table);
             AdvanceSplash(splash, 1, QString());
         }

@@ -3,6 +3,7 @@
 #include "import/ZoImport.h"
 
 #include "DetalleDialog.h"
+#include "EditLock.h"
 #include "Globals.h"
 #include "Numbers.h"
 #include "Recordset.h"
@@ -320,8 +321,26 @@ void FormularioDDJJ::onLoad()
         field(QStringLiteral("optRectificativa")).setEnabled(false);
         field(kFecha).setEnabled(false);
     }
+    if (param(QStringLiteral("Nuevo")) != QLatin1String("Consultar")) {
+        // Open for editing on another workstation: here for consultation only.
+        m_bloqueo = m_def.id + u' ' + padron() + objeto() + periodo() + u' ' +
+                    param(QStringLiteral("ctrl"));
+        const QString otro = EditLock::Acquire(m_bloqueo);
+        if (!otro.isEmpty()) {
+            m_bloqueo.clear();
+            MsgBox(EditLock::HeldText(otro), Msg::Information);
+            fijarParam(QStringLiteral("Nuevo"), QStringLiteral("Consultar"));
+        }
+    }
     if (param(QStringLiteral("Nuevo")) == QLatin1String("Consultar"))
         BloquearConsulta();
+}
+
+void FormularioDDJJ::onUnload()
+{
+    if (!m_bloqueo.isEmpty())
+        EditLock::Release(m_bloqueo);
+    m_bloqueo.clear();
 }
 
 void FormularioDDJJ::tomarCabecera()

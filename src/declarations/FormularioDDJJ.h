@@ -63,6 +63,7 @@ protected:
     void design() override;
     void onLoad() override;
     void onQueryUnload(bool& cancel, int mode) override;
+    void onUnload() override;
 
     // --- hooks -------------------------------------------------------------
     virtual void Limpio() {}
@@ -171,4 +172,6 @@ private:
 
     DefinicionFormulario m_def;
     Version m_previa;
+    // The declaration this workstation holds open for editing (EditLock).
+    QString m_bloqueo;
 };

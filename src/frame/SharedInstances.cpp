@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "Globals.h"
-#include "SqliteDatabase.h"
 #include "Validar.h"
 #include "ZoAccess.h"
 #include "ZoParameterString.h"
@@ -48,7 +47,7 @@ void CloseDatabase()
     g_access.reset();
     for (const auto& release : closeSteps())
         release();
-    SqliteDatabase::closeAll();
+    CloseAllConnections();
 }
 
 void OnCloseDatabase(std::function<void()> release)

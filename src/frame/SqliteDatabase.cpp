@@ -14,14 +14,11 @@
 
 namespace {
 
-struct Connection {
-    sqlite3* db = nullptr;
-    SqliteDatabase::Kind kind = SqliteDatabase::Kind::New;
-};
+struct Connection;
 
-QHash<QString, Connection>& connections()
+QHash<QString, Connection*>& connections()
 {
-    static QHash<QString, Connection> all;
+    static QHash<QString, Connection*> all;
     return all;
 }
 
@@ -196,6 +193,73 @@ namespace {
 
 using Kind = SqliteDatabase::Kind;
 
+
+class SqliteStatement : public PreparedStatement
+{
+public:
+    SqliteStatement(sqlite3* db, sqlite3_stmt* st) : m_db(db), m_statement(st) {}
+    ~SqliteStatement() override { sqlite3_finalize(m_statement); }
+    bool run(const QVector<QVariant>& values) override
+    {
+        for (int i = 0; i < values.size(); ++i)
+            bindValue(m_statement, i + 1, values.at(i));
+        const bool done = sqlite3_step(m_statement) == SQLITE_DONE;
+        sqlite3_reset(m_statement);
+        sqlite3_clear_bindings(m_statement);
+        return done;
+    }
+
+private:
+    sqlite3* m_db;
+    sqlite3_stmt* m_statement;
+};
+
+struct Connection : DatabaseConnection {
+    sqlite3* db = nullptr;
+    Kind fileKind = Kind::New;
+    QString key;
+    QString error;
+
+    ~Connection() override
+    {
+        if (db)
+            sqlite3_close_v2(db);
+    }
+    JetDialect dialect() const override { return JetDialect::Sqlite; }
+    bool run(const QString& sql, const QVector<QVariant>& binds, QueryResult* result) override
+    {
+        return RunSqlite(db, sql, binds, result, &error);
+    }
+    std::unique_ptr<PreparedStatement> prepare(const QString& sql) override
+    {
+        const QByteArray utf8 = sql.toUtf8();
+        sqlite3_stmt* st = nullptr;
+        if (sqlite3_prepare_v3(db, utf8.constData(), int(utf8.size()), SQLITE_PREPARE_PERSISTENT,
+                               &st, nullptr) != SQLITE_OK) {
+            error = QString::fromUtf8(sqlite3_errmsg(db));
+            sqlite3_finalize(st);
+            return nullptr;
+        }
+        return std::make_unique<SqliteStatement>(db, st);
+    }
+    QString lastError() const override { return QString::fromUtf8(sqlite3_errmsg(db)); }
+    int lastErrorCode() const override { return sqlite3_extended_errcode(db); }
+    Kind kind() override { return fileKind; }
+    bool readOnly() override { return sqlite3_db_readonly(db, "main") == 1; }
+    bool markAsOwn() override { return SqliteDatabase::markAsOwn(key); }
+    bool inTransaction() override { return sqlite3_get_autocommit(db) == 0; }
+    QStringList tableNames(bool* ok) override
+    {
+        QueryResult r;
+        *ok = RunSqlite(db, QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table'"),
+                        {}, &r, &error);
+        QStringList names;
+        for (const auto& row : std::as_const(r.rows))
+            names << row.at(0).toString();
+        return names;
+    }
+};
+
 // The tables that tell a database of this program made before it carried
 // its mark.
 const QSet<QString> kOwnTables = {QStringLiteral("contribuyentes"), QStringLiteral("opciones")};
@@ -316,56 +380,68 @@ sqlite3* openForWriting(const QString& key)
     return db;
 }
 
-Connection* open(const QString& key)
+Connection* openConnection(const QString& key)
 {
     auto& all = connections();
     if (auto it = all.find(key); it != all.end())
-        return &*it;
+        return *it;
     QDir().mkpath(QFileInfo(key).absolutePath());
-    Connection c;
-    c.kind = classify(key);
-    const bool writable = (c.kind == Kind::New || c.kind == Kind::Own) && !markedReadOnly(key) &&
-                          !markedReadOnly(QFileInfo(key).absolutePath()) && mendCompanions(key);
-    c.db = writable ? openForWriting(key) : openForReading(key);
-    if (!c.db)
+    auto c = std::make_unique<Connection>();
+    c->key = key;
+    c->fileKind = classify(key);
+    const bool writable = (c->fileKind == Kind::New || c->fileKind == Kind::Own) &&
+                          !markedReadOnly(key) && !markedReadOnly(QFileInfo(key).absolutePath()) &&
+                          mendCompanions(key);
+    c->db = writable ? openForWriting(key) : openForReading(key);
+    if (!c->db)
         return nullptr;
-    sqlite3_busy_timeout(c.db, 5000);
-    registerFunctions(c.db);
+    sqlite3_busy_timeout(c->db, 5000);
+    registerFunctions(c->db);
     if (writable) {
-        sqlite3_exec(c.db, "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr);
-        sqlite3_exec(c.db, "PRAGMA synchronous=FULL", nullptr, nullptr, nullptr);
+        sqlite3_exec(c->db, "PRAGMA journal_mode=WAL", nullptr, nullptr, nullptr);
+        sqlite3_exec(c->db, "PRAGMA synchronous=FULL", nullptr, nullptr, nullptr);
     }
-    return &*all.insert(key, c);
+    return *all.insert(key, c.release());
 }
 
 } // namespace
 
+DatabaseConnection* SqliteDatabase::open(const QString& path)
+{
+    return openConnection(keyOf(path));
+}
+
 sqlite3* SqliteDatabase::connection(const QString& path)
 {
-    const Connection* c = open(keyOf(path));
+    const Connection* c = openConnection(keyOf(path));
     return c ? c->db : nullptr;
+}
+
+SqliteDatabase::Kind SqliteDatabase::classify(const QString& path)
+{
+    return ::classify(keyOf(path));
 }
 
 SqliteDatabase::Kind SqliteDatabase::kind(const QString& path)
 {
-    const Connection* c = open(keyOf(path));
-    return c ? c->kind : Kind::Unreadable;
+    const Connection* c = openConnection(keyOf(path));
+    return c ? c->fileKind : Kind::Unreadable;
 }
 
 bool SqliteDatabase::readOnly(const QString& path)
 {
-    const Connection* c = open(keyOf(path));
+    const Connection* c = openConnection(keyOf(path));
     return !c || sqlite3_db_readonly(c->db, "main") == 1;
 }
 
 bool SqliteDatabase::markAsOwn(const QString& path)
 {
-    Connection* c = open(keyOf(path));
+    Connection* c = openConnection(keyOf(path));
     if (!c || sqlite3_db_readonly(c->db, "main") == 1)
         return false;
     int mark = 0;
     if (readInt(c->db, "PRAGMA application_id", &mark) && mark == kApplicationId) {
-        c->kind = Kind::Own;
+        c->fileKind = Kind::Own;
         return true;
     }
     const QByteArray sql = QByteArrayLiteral("SAVEPOINT marca; REINDEX NOCASE; ") +
@@ -375,21 +451,18 @@ bool SqliteDatabase::markAsOwn(const QString& path)
         sqlite3_exec(c->db, "ROLLBACK TO marca; RELEASE marca;", nullptr, nullptr, nullptr);
         return false;
     }
-    c->kind = Kind::Own;
+    c->fileKind = Kind::Own;
     return true;
 }
 
 void SqliteDatabase::close(const QString& path)
 {
-    const Connection c = connections().take(keyOf(path));
-    if (c.db)
-        sqlite3_close_v2(c.db);
+    delete connections().take(keyOf(path));
 }
 
 void SqliteDatabase::closeAll()
 {
-    for (const Connection& c : std::as_const(connections()))
-        sqlite3_close_v2(c.db);
+    qDeleteAll(connections());
     connections().clear();
 }
 

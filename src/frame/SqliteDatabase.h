@@ -4,6 +4,8 @@
 #include <QVariant>
 #include <QVector>
 
+#include "DatabaseConnection.h"
+
 struct sqlite3;
 
 // The one connection to each database file, kept open for the whole run and
@@ -22,18 +24,19 @@ public:
     // (PRAGMA application_id): "MRVL".
     static constexpr int kApplicationId = 0x4D52564C;
 
-    enum class Kind {
-        New,       // no table yet: this program makes its own there
-        Own,       // this program's database: marked, or holding its tables
-        Foreign,   // another program's SQLite database
-        Unreadable // not a database, or damaged beyond reading its tables
-    };
+    using Kind = DatabaseConnection::Kind;
 
+    // The gateway's connection to the file, opened on first use and kept;
+    // nullptr when the file cannot be opened.
+    static DatabaseConnection* open(const QString& path);
     // The connection to the file, opened on first use; nullptr when it cannot
     // be opened. A file that is missing is created empty.
     static sqlite3* connection(const QString& path);
     // What the file was found to be when its connection was opened.
     static Kind kind(const QString& path);
+    // What the file is, found now without writing anything and without
+    // opening the gateway's connection (a backup about to be restored).
+    static Kind classify(const QString& path);
     // Whether the connection can only read (a read-only file or folder, or a
     // file that is not this program's).
     static bool readOnly(const QString& path);
@@ -45,12 +48,6 @@ public:
     // file so that the file alone is the whole database.
     static void closeAll();
     static void close(const QString& path);
-};
-
-// Rows read at once from a statement, as the client-side cursor needs them.
-struct QueryResult {
-    QStringList columns;
-    QVector<QVector<QVariant>> rows;
 };
 
 // Runs one SQLite statement with optional bound values; false and the

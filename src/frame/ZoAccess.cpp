@@ -8,7 +8,9 @@
 #include "Field.h"
 #include "Globals.h"
 #include "JetSql.h"
+#include "DatabaseLocation.h"
 #include "Numbers.h"
+#include "PostgresDatabase.h"
 #include "SqliteDatabase.h"
 #include "Tovak.h"
 #include "UiPort.h"
@@ -39,16 +41,45 @@ std::optional<double> numberOf(const QVariant& v)
     return LocaleNumber(v.toString());
 }
 
+const QString kServerProvider = QStringLiteral("PostgreSQL");
+
 } // namespace
 
 int ZoAccess::s_failureCount = 0;
 int ZoAccess::s_lastErrorCode = 0;
 QString ZoAccess::s_lastError;
 
+namespace {
+std::optional<DatabaseLocation>& cachedLocation()
+{
+    static std::optional<DatabaseLocation> location;
+    return location;
+}
+
+const DatabaseLocation& workstationLocation()
+{
+    auto& location = cachedLocation();
+    if (!location)
+        location = DatabaseLocation::current();
+    return *location;
+}
+} // namespace
+
 QString DefaultConnectionString(const QString& databasePath)
 {
+    const DatabaseLocation& location = workstationLocation();
+    if (location.isServer() && databasePath == ::DatabasePath())
+        return QStringLiteral("Provider=") + kServerProvider + QStringLiteral(";Data Source=") +
+               location.connectionInfo() + u';';
     return QStringLiteral("Provider=SQLite;Data Source=") + databasePath +
            QStringLiteral(";User ID=Admin;Database Password=;");
+}
+
+void CloseAllConnections()
+{
+    SqliteDatabase::closeAll();
+    PostgresDatabase::closeAll();
+    cachedLocation().reset();
 }
 
 QString ZoAccess::ConnectionString() const
@@ -62,36 +93,57 @@ QString ZoAccess::DatabasePath() const
     return ReadParameter(ConnectionString(), "Data Source");
 }
 
-sqlite3* ZoAccess::connection()
+bool ZoAccess::OnServer() const
 {
-    return SqliteDatabase::connection(DatabasePath());
+    return ReadParameter(ConnectionString(), "Provider") == kServerProvider;
+}
+
+DatabaseConnection* ZoAccess::connection()
+{
+    return OnServer() ? PostgresDatabase::open(DatabasePath()) : SqliteDatabase::open(DatabasePath());
+}
+
+QString ZoAccess::openFailure() const
+{
+    if (OnServer())
+        return QStringLiteral("No se pudo conectar con la base de datos ") + Describe() +
+               QStringLiteral(": ") + PostgresDatabase::connectError();
+    return QStringLiteral("No se pudo abrir la base de datos ") + DatabasePath();
+}
+
+QString ZoAccess::Describe() const
+{
+    if (!OnServer())
+        return DatabasePath();
+    return DatabaseLocation::fromConnectionInfo(DatabasePath()).describe();
 }
 
 bool ZoAccess::run(const QString& sql, const QVector<QVariant>& binds, QueryResult* result)
 {
     m_failed = false;
-    const JetTranslation jet = TranslateJetSql(sql);
-    sqlite3* db = connection();
-    QString error;
-    bool ok = db != nullptr;
-    if (!db)
-        error = QStringLiteral("No se pudo abrir la base de datos ") + DatabasePath();
-    if (ok && jet.atomic)
-        ok = RunSqlite(db, QStringLiteral("SAVEPOINT jet_atomic"), {}, nullptr, &error);
+    DatabaseConnection* db = connection();
+    if (!db) {
+        noteFailure(nullptr, openFailure(), sql);
+        return false;
+    }
+    const JetTranslation jet = TranslateJetSql(sql, db->dialect());
+    // A statement that fails inside a server's transaction would end it
+    // whole: each one stands in a savepoint of its own there, so that a
+    // failure undoes only itself, as on a file.
+    const bool guarded =
+        jet.atomic || (db->dialect() == JetDialect::Postgres && db->inTransaction());
+    bool ok = !guarded || db->run(QStringLiteral("SAVEPOINT jet_atomic"), {}, nullptr);
     for (int i = 0; ok && i < jet.statements.size(); ++i) {
         const bool last = i == jet.statements.size() - 1;
-        ok = RunSqlite(db, jet.statements.at(i), last ? binds : QVector<QVariant>{},
-                       last ? result : nullptr, &error);
+        ok = db->run(jet.statements.at(i), last ? binds : QVector<QVariant>{},
+                     last ? result : nullptr);
     }
     if (!ok)
-        noteFailure(db, error, sql);
-    if (jet.atomic && db) {
-        RunSqlite(db,
-                  ok ? QStringLiteral("RELEASE jet_atomic")
-                     : QStringLiteral("ROLLBACK TO jet_atomic"),
-                  {}, nullptr, nullptr);
+        noteFailure(db, db->lastError(), sql);
+    if (guarded) {
         if (!ok)
-            RunSqlite(db, QStringLiteral("RELEASE jet_atomic"), {}, nullptr, nullptr);
+            db->run(QStringLiteral("ROLLBACK TO jet_atomic"), {}, nullptr);
+        db->run(QStringLiteral("RELEASE jet_atomic"), {}, nullptr);
     }
     return ok;
 }
@@ -477,7 +529,9 @@ void ZoAccess::ShowError()
     QString message;
     if (m_failed && !m_lastError.isEmpty())
         message = QStringLiteral("Error: \rDescripción: ") + m_lastError +
-                  QStringLiteral("\rOrigen: SQLite\r");
+                  QStringLiteral("\rOrigen: ") +
+                  (OnServer() ? QStringLiteral("PostgreSQL") : QStringLiteral("SQLite")) +
+                  QStringLiteral("\r");
     if (message.isEmpty())
         message = QStringLiteral(
             "Error no controlado. Por favor consulte con el Administrador del Sistema.");
@@ -495,22 +549,101 @@ void ZoAccess::Dispose()
 
 bool ZoAccess::RunControl(const QString& sql)
 {
-    sqlite3* db = connection();
-    QString error;
-    if (db && RunSqlite(db, sql, {}, nullptr, &error))
+    DatabaseConnection* db = connection();
+    if (!db) {
+        noteFailure(nullptr, openFailure(), sql);
+        return false;
+    }
+    // A server opens a transaction with BEGIN, where a file takes the first
+    // SAVEPOINT for one; the savepoint that began it commits it on release.
+    bool ok = true;
+    const bool server = db->dialect() == JetDialect::Postgres;
+    const QString word = sql.section(u' ', 0, 0).toUpper();
+    const QString name = sql.section(u' ', -1);
+    if (server && word == u"SAVEPOINT" && !db->inTransaction()) {
+        ok = db->run(QStringLiteral("BEGIN"), {}, nullptr);
+        db->outermostUnit = name;
+    }
+    ok = ok && db->run(sql, {}, nullptr);
+    if (ok && server && word == u"RELEASE" && name == db->outermostUnit) {
+        db->outermostUnit.clear();
+        ok = db->run(QStringLiteral("COMMIT"), {}, nullptr);
+    }
+    if (word == u"ROLLBACK" && sql.trimmed().size() == word.size())
+        db->outermostUnit.clear();
+    if (!ok)
+        noteFailure(db, db->lastError(), sql);
+    return ok;
+}
+
+std::unique_ptr<ZoAccess::Prepared> ZoAccess::Prepare(const QString& sql)
+{
+    DatabaseConnection* db = connection();
+    if (!db) {
+        noteFailure(nullptr, openFailure(), sql);
+        return nullptr;
+    }
+    const JetTranslation jet = TranslateJetSql(sql, db->dialect());
+    std::unique_ptr<PreparedStatement> statement =
+        jet.statements.size() == 1 ? db->prepare(jet.statements.first()) : nullptr;
+    if (!statement) {
+        noteFailure(db, db->lastError(), sql);
+        return nullptr;
+    }
+    return std::make_unique<Prepared>(*this, std::move(statement), sql);
+}
+
+ZoAccess::Prepared::Prepared(ZoAccess& db, std::unique_ptr<PreparedStatement> statement,
+                             QString sql)
+    : m_db(db), m_statement(std::move(statement)), m_sql(std::move(sql))
+{
+}
+
+ZoAccess::Prepared::~Prepared() = default;
+
+bool ZoAccess::Prepared::run(const QVector<QVariant>& values)
+{
+    if (m_statement->run(values))
         return true;
-    noteFailure(db,
-                db ? error : QStringLiteral("No se pudo abrir la base de datos ") + DatabasePath(),
-                sql);
+    DatabaseConnection* db = m_db.connection();
+    m_db.noteFailure(db, db ? db->lastError() : m_db.openFailure(), m_sql);
     return false;
 }
 
-void ZoAccess::noteFailure(sqlite3* db, const QString& error, const QString& sql)
+QStringList ZoAccess::TableNames(bool* ok)
+{
+    bool read = false;
+    DatabaseConnection* db = connection();
+    const QStringList names = db ? db->tableNames(&read) : QStringList();
+    if (ok)
+        *ok = read;
+    return names;
+}
+
+DatabaseConnection::Kind ZoAccess::DatabaseKind()
+{
+    DatabaseConnection* db = connection();
+    return db ? db->kind() : DatabaseConnection::Kind::Unreadable;
+}
+
+bool ZoAccess::ReadOnly()
+{
+    DatabaseConnection* db = connection();
+    return !db || db->readOnly();
+}
+
+bool ZoAccess::MarkAsOwn()
+{
+    DatabaseConnection* db = connection();
+    return db && db->markAsOwn();
+}
+
+void ZoAccess::noteFailure(DatabaseConnection* db, const QString& error, const QString& sql)
 {
     m_failed = true;
     m_lastError = error;
     ++s_failureCount;
-    s_lastErrorCode = db ? sqlite3_extended_errcode(db) : SQLITE_CANTOPEN;
+    s_lastErrorCode = db ? db->lastErrorCode() : SQLITE_CANTOPEN;
     s_lastError = error;
     LogError(QStringLiteral("SQL"), error + QStringLiteral("\n") + sql, QStringLiteral("ZoAccess"));
 }

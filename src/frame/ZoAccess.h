@@ -5,12 +5,13 @@
 #include <QVariant>
 #include <QVector>
 
+#include "DatabaseConnection.h"
 #include "Recordset.h"
+
+#include <memory>
 
 class Controller;
 class Field;
-struct sqlite3;
-struct QueryResult;
 
 // The one door to the database: SQL text of the Jet dialect in, results out.
 // Failures are swallowed as the callers expect (a failed statement returns its
@@ -28,8 +29,11 @@ public:
     void SetParameters(const QStringList& values) { m_parameters = values; }
     bool ShowMessageError() const { return m_showMessageError; }
     void SetShowMessageError(bool on) { m_showMessageError = on; }
-    // The database file the connection string names.
+    // The database file the connection string names (for a server, its
+    // connection text).
     QString DatabasePath() const;
+    // Whether the connection string names a PostgreSQL server.
+    bool OnServer() const;
 
     bool Execute(const QString& sql);
     bool ExecuteNonQuery(const QString& sql, QStringList& parameters);
@@ -72,8 +76,40 @@ public:
     static int LastErrorCode() { return s_lastErrorCode; }
     static QString LastError() { return s_lastError; }
 
+    // A statement of the Jet dialect prepared once, to be run many times with
+    // values bound in the order of its "?" marks (an import's lines); nullptr
+    // when the database refused it (logged, and told by LastError()). A failed
+    // run is logged and counted like any other statement's.
+    class Prepared
+    {
+    public:
+        Prepared(ZoAccess& db, std::unique_ptr<PreparedStatement> statement, QString sql);
+        ~Prepared();
+        bool run(const QVector<QVariant>& values);
+
+    private:
+        ZoAccess& m_db;
+        std::unique_ptr<PreparedStatement> m_statement;
+        QString m_sql;
+    };
+    std::unique_ptr<Prepared> Prepare(const QString& sql);
+
+    // The names of the tables of the database, as they were created; ok is
+    // false when it cannot be read.
+    QStringList TableNames(bool* ok = nullptr);
+    // What the database was found to be (new, this program's, another
+    // program's, unreadable), whether it can only be read, and its marking as
+    // this program's.
+    DatabaseConnection::Kind DatabaseKind();
+    bool ReadOnly();
+    bool MarkAsOwn();
+    // What the person reads of where the database lives: the file's path, or
+    // "base en servidor:puerto (usuario)".
+    QString Describe() const;
+
+    DatabaseConnection* connection();
+
 private:
-    sqlite3* connection();
     // Runs a statement of the Jet dialect; false on failure, with the failure
     // remembered for ShowError and written to the daily log.
     bool run(const QString& sql, const QVector<QVariant>& binds, QueryResult* result);
@@ -81,7 +117,8 @@ private:
     // First column of the first row: nullopt when there is no row or it
     // failed; a null QVariant for Null.
     bool firstValue(const QString& sql, QVariant& value);
-    void noteFailure(sqlite3* db, const QString& error, const QString& sql);
+    void noteFailure(DatabaseConnection* db, const QString& error, const QString& sql);
+    QString openFailure() const;
 
     QString m_connectionString;
     QStringList m_parameters;
@@ -96,4 +133,10 @@ private:
 };
 
 // The text of the gateway's default connection string for a database file.
+// The data folder's database stands for this workstation's database, wherever
+// it lives: on a server, the string names the server.
 QString DefaultConnectionString(const QString& databasePath);
+
+// Closes every open database (files and servers), and reads again where this
+// workstation's database lives.
+void CloseAllConnections();

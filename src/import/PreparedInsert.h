@@ -2,21 +2,20 @@
 
 #include <QString>
 #include <QStringList>
+#include <memory>
 
-struct sqlite3;
-struct sqlite3_stmt;
+#include "ZoAccess.h"
 
-// The one INSERT an import repeats for every line, prepared once and run
-// with the line's values bound: no value, whatever its characters, can break
-// the statement or the lines around it, and the engine parses the statement
-// once instead of once a line. Every value is bound as text, as the spliced
-// literal stored it. A failure is written to the daily error log like the
-// gateway's, and told to the caller, who tells the person.
+// The one INSERT an import repeats for every line, prepared once through the
+// gateway and run with the line's values bound: no value, whatever its
+// characters, can break the statement or the lines around it, and the engine
+// parses the statement once instead of once a line. Every value is bound as
+// text, as the spliced literal stored it. A failure is written to the daily
+// error log like the gateway's, and told to the caller, who tells the person.
 class PreparedInsert
 {
 public:
     PreparedInsert() = default;
-    ~PreparedInsert();
     PreparedInsert(const PreparedInsert&) = delete;
     PreparedInsert& operator=(const PreparedInsert&) = delete;
 
@@ -27,12 +26,10 @@ public:
     const QString& failure() const { return m_failure; }
 
 private:
-    bool prepare(const QString& sql);
-    bool fail(const QString& sql);
-    void finish();
+    bool fail();
 
-    sqlite3* m_db = nullptr;
-    sqlite3_stmt* m_statement = nullptr;
+    std::unique_ptr<ZoAccess::Prepared> m_statement;
+    DatabaseConnection* m_connection = nullptr;
     QString m_sql;
     QString m_failure;
 };

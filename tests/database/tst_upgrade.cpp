@@ -288,8 +288,15 @@ private slots:
     {
         buildOlderDatabase();
         exec("INSERT INTO F978_Detalle (ImportePercibido) VALUES ('2.5')");
-        exec("CREATE TRIGGER locked BEFORE UPDATE ON F978_Detalle BEGIN "
-             "SELECT RAISE(ABORT, 'locked'); END");
+        if (TestEnv::onServer()) {
+            exec("CREATE FUNCTION locked() RETURNS trigger LANGUAGE plpgsql AS "
+                 "$$ BEGIN RAISE EXCEPTION 'locked'; END $$");
+            exec("CREATE TRIGGER locked BEFORE UPDATE ON F978_Detalle FOR EACH ROW "
+                 "EXECUTE FUNCTION locked()");
+        } else {
+            exec("CREATE TRIGGER locked BEFORE UPDATE ON F978_Detalle BEGIN "
+                 "SELECT RAISE(ABORT, 'locked'); END");
+        }
         Inicial splash;
         VerifyDatabase(DatabasePath(), splash);
         ApplyUpgrades(splash);
@@ -299,7 +306,7 @@ private slots:
         QCOMPARE(one("SELECT COUNT(*) FROM Opciones WHERE Nombre = 'PuntoPorComa'"), QString("0"));
         QVERIFY(QFile::exists(ErrorLogPath()));
 
-        exec("DROP TRIGGER locked");
+        exec(TestEnv::onServer() ? "DROP TRIGGER locked ON F978_Detalle" : "DROP TRIGGER locked");
         ApplyUpgrades(splash);
         ApplyUpgrades(splash);
         QCOMPARE(one("SELECT BaseImponible FROM F976"), QString("1.234,50"));

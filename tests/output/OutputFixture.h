@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "Globals.h"
+#include "database/Schema.h"
 #include "TestSupport.h"
 #include "ZoAccess.h"
 
@@ -49,6 +50,14 @@ class FixtureDatabase
 public:
     bool build(bool withDeclarations = true, const std::function<bool()>& more = {})
     {
+        if (TestEnv::onServer()) {
+            // Each test's database on the server is made anew the same way.
+            m_replay = [this, withDeclarations, more] {
+                CreateCurrentDatabase();
+                return (!withDeclarations || loadDeclarations()) && (!more || more());
+            };
+            return true;
+        }
         TestEnv env;
         env.createDatabase();
         if ((withDeclarations && !loadDeclarations()) || (more && !more()))
@@ -58,10 +67,11 @@ public:
         return !m_bytes.isEmpty();
     }
     // Into the data folder of a fresh TestEnv, before its first statement.
-    bool install() const { return WriteBytes(DatabasePath(), m_bytes); }
+    bool install() const { return m_replay ? m_replay() : WriteBytes(DatabasePath(), m_bytes); }
 
 private:
     QByteArray m_bytes;
+    std::function<bool()> m_replay;
 };
 
 // The version of each form that the fixture generates: Rectificativa,

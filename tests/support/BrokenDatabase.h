@@ -27,6 +27,9 @@ QString SaveFailure(Breakage how);
 
 } // namespace BrokenDatabase
 
+// A breakage is the file's own (its mode, its disk, its pages): the server
+// run skips it.
 #define FETCH_BREAKAGE(name)                                                                       \
+    SKIP_ON_SERVER("a read-only, full or damaged file is the file's own case");                    \
     QFETCH(int, breakage);                                                                         \
     const Breakage name = Breakage(breakage)

@@ -62,8 +62,9 @@ int count(const QString& table, const QString& where)
 
 QStringList tables()
 {
-    return column(
-        QStringLiteral("SELECT name FROM sqlite_master WHERE type = 'table' ORDER BY name"));
+    QStringList names = gAccess().TableNames();
+    names.sort();
+    return names;
 }
 
 QStringList columns(const QString& table)

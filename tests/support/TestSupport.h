@@ -27,8 +27,14 @@ public:
     // A database at the current level, as a first start leaves it.
     void createDatabase();
 
+    // Whether this run's databases live on the tests' PostgreSQL server
+    // (MORVEL_TEST_BACKEND=postgres): each TestEnv then has a fresh database
+    // of its own there, dropped at its end.
+    static bool onServer();
+
 private:
     QTemporaryDir m_dir;
+    QString m_serverDatabase;
     std::unique_ptr<ScriptedUi> m_ui;
 };
 
@@ -69,6 +75,14 @@ template <class... Values> void Row(const char* name, const Values&... values)
 {
     (QTest::newRow(name) << ... << values);
 }
+
+// Skips the current test on the server run: what it looks at is the file
+// itself (a damaged or read-only file, its journal).
+#define SKIP_ON_SERVER(why)                                                                        \
+    do {                                                                                           \
+        if (TestEnv::onServer())                                                                   \
+            QSKIP(why);                                                                            \
+    } while (0)
 
 QByteArray ReadBytes(const QString& path);
 // Writes the file whole, making its folder first.

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+#include <QVector>
+#include <memory>
+
+#include "JetSql.h"
+
+// Rows read at once from a statement, as the client-side cursor needs them.
+struct QueryResult {
+    QStringList columns;
+    QVector<QVector<QVariant>> rows;
+};
+
+// One statement prepared once and run many times with its values bound (the
+// lines of an import). A failure leaves its message on the connection.
+class PreparedStatement
+{
+public:
+    virtual ~PreparedStatement() = default;
+    // Runs the statement with `values` bound in order; "" is bound as the
+    // empty text, a null QVariant as Null.
+    virtual bool run(const QVector<QVariant>& values) = 0;
+};
+
+// An open database under the gateway: the data folder's SQLite file or a
+// firm's PostgreSQL server. The gateway translates the system's Jet dialect
+// for it (dialect()) and hands it statements of its own dialect; nothing above
+// the gateway knows which one it talks to.
+class DatabaseConnection
+{
+public:
+    // What the database was found to be when it was opened.
+    enum class Kind {
+        New,       // no table yet: this program makes its own there
+        Own,       // this program's database: marked, or holding its tables
+        Foreign,   // another program's database
+        Unreadable // not a database, damaged, or a server that cannot be reached
+    };
+
+    virtual ~DatabaseConnection() = default;
+
+    virtual JetDialect dialect() const = 0;
+    // Runs one statement of the connection's own dialect; false on failure,
+    // with lastError() and lastErrorCode() telling why.
+    virtual bool run(const QString& sql, const QVector<QVariant>& binds, QueryResult* result) = 0;
+    virtual std::unique_ptr<PreparedStatement> prepare(const QString& sql) = 0;
+    // The engine's message of the last failure, and its code in SQLite's
+    // numbering (SQLITE_FULL, SQLITE_READONLY, SQLITE_BUSY...), so that a
+    // failed save is told in the same words on both.
+    virtual QString lastError() const = 0;
+    virtual int lastErrorCode() const = 0;
+
+    virtual Kind kind() = 0;
+    // Whether nothing can be written (a read-only file, another program's
+    // database, a server that only lets this person read).
+    virtual bool readOnly() = 0;
+    // Marks the database as this program's; false when it could not be done.
+    virtual bool markAsOwn() = 0;
+    // The names of the tables, as they were created; nullopt-like empty with
+    // ok = false when the database cannot be read.
+    virtual QStringList tableNames(bool* ok) = 0;
+    // Whether a transaction is open on the connection.
+    virtual bool inTransaction() = 0;
+
+    // The unit (savepoint) that opened the transaction on a server, which
+    // commits it when released; the gateway keeps it.
+    QString outermostUnit;
+};
