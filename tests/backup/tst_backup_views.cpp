@@ -31,24 +31,6 @@ void fillBackupFolder(const QString& folder)
         Kit::write(folder + "/" + name, "x");
 }
 
-// Shows the view of a loaded window and lets it draw.
-QWidget* show(Controller& window)
-{
-    QWidget* view = OpenView(window);
-    if (!view)
-        return nullptr;
-    view->show();
-    QApplication::processEvents();
-    return view;
-}
-
-// Closes the window; its view goes with it.
-void closeView(Controller& window)
-{
-    window.unload();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
 QStringList checks(QListWidget* list)
 {
     QStringList out;
@@ -75,8 +57,7 @@ private slots:
         InitBackupSettings();
         SaveBackupSetting(BackupKey::FechaUlt, "20240204120000");
         frmBackup w;
-        w.load();
-        QPointer<QWidget> view(show(w));
+        QPointer<QWidget> view(Gui::showView(w));
         QVERIFY(view);
         QCOMPARE(view->findChild<QLabel*>("lblFecha")->text(), QString("04/02/2024 12:00:00"));
         QCOMPARE(view->findChild<QLabel*>("lblSize")->text(), QString("1 Mb."));
@@ -87,7 +68,7 @@ private slots:
         QCOMPARE(w["chkDias"].value(), 0);
         QVERIFY(!group->isEnabled());
         QVERIFY(!view->findChild<QWidget*>("txtDias")->isEnabled());
-        closeView(w);
+        Gui::closeView(w);
     }
 
     void filesToRestore()
@@ -96,8 +77,7 @@ private slots:
         fillBackupFolder(DefaultBackupFolder());
         InitBackupSettings();
         frmBackupArchivos w;
-        w.load();
-        QPointer<QWidget> view(show(w));
+        QPointer<QWidget> view(Gui::showView(w));
         QVERIFY(view);
         auto* single = view->findChild<QListWidget*>("lst0");
         QVERIFY(single->isVisible());
@@ -106,7 +86,7 @@ private slots:
         QCOMPARE(single->count(), 3);
         QCOMPARE(single->item(1)->text(), QString("Copia del día 20/01/2024 a hs. 19:15:12"));
         QCOMPARE(view->findChild<QPushButton*>("cmdAccion")->text(), QString("Restaurar"));
-        closeView(w);
+        Gui::closeView(w);
     }
 
     void filesToSaveCarryTicks()
@@ -117,8 +97,7 @@ private slots:
         frmBackupArchivos w;
         w.AccionGrabar = true;
         w.GrabarDirectorio = env.path("usb");
-        w.load();
-        QPointer<QWidget> view(show(w));
+        QPointer<QWidget> view(Gui::showView(w));
         QVERIFY(view);
         auto* several = view->findChild<QListWidget*>("lst1");
         QVERIFY(several->isVisible());
@@ -139,7 +118,7 @@ private slots:
         QCOMPARE(view->findChild<QLabel*>("lbl")->text(), w["lbl"].text());
         w["lbl"].setText(QString());
         QCOMPARE(view->findChild<QLabel*>("lbl")->text(), QString());
-        closeView(w);
+        Gui::closeView(w);
     }
 
     // A tampered backup chosen in the real restore window: the person is
@@ -173,8 +152,7 @@ private slots:
         Gui::MessageWatch person(Gui::MessageWatch::Answer::GoAhead);
         frmBackupArchivos w;
         w.RestauraDirectorio = env.path("usb");
-        w.load();
-        QPointer<QWidget> view(show(w));
+        QPointer<QWidget> view(Gui::showView(w));
         QVERIFY(view);
         auto* list = view->findChild<QListWidget*>("lst0");
         QCOMPARE(list->count(), 1);
@@ -189,7 +167,7 @@ private slots:
         QVERIFY2(person.texts().last().contains(why), qPrintable(person.texts().last()));
         QVERIFY(w.isLoaded());
         QCOMPARE(ReadBytes(DatabasePath()), before);
-        closeView(w);
+        Gui::closeView(w);
         setUi(&env.ui());
     }
 };
