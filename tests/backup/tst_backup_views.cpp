@@ -20,9 +20,12 @@
 
 namespace {
 
-// Three copies, and files that only look like copies: they are not listed.
-void fillBackupFolder(const QString& folder)
+// The settings of a first start, and in their folder three copies and files
+// that only look like copies: they are not listed.
+void fillBackupFolder()
 {
+    InitBackupSettings();
+    const QString folder = DefaultBackupFolder();
     for (const char* name :
          {"Morvel.20240105083000", "Morvel.20240120191512", "Morvel.20240204120000"})
         Kit::write(folder + "/" + name, QByteArray(350000, 'm'));
@@ -53,8 +56,7 @@ private slots:
     void backupDialog()
     {
         TestEnv env;
-        fillBackupFolder(DefaultBackupFolder());
-        InitBackupSettings();
+        fillBackupFolder();
         SaveBackupSetting(BackupKey::FechaUlt, "20240204120000");
         frmBackup w;
         QPointer<QWidget> view(Gui::showView(w));
@@ -74,8 +76,7 @@ private slots:
     void filesToRestore()
     {
         TestEnv env;
-        fillBackupFolder(DefaultBackupFolder());
-        InitBackupSettings();
+        fillBackupFolder();
         frmBackupArchivos w;
         QPointer<QWidget> view(Gui::showView(w));
         QVERIFY(view);
@@ -92,8 +93,7 @@ private slots:
     void filesToSaveCarryTicks()
     {
         TestEnv env;
-        fillBackupFolder(DefaultBackupFolder());
-        InitBackupSettings();
+        fillBackupFolder();
         frmBackupArchivos w;
         w.AccionGrabar = true;
         w.GrabarDirectorio = env.path("usb");

@@ -343,6 +343,10 @@ private slots:
             "F976_Detalle", kActividadCols,
             {line.arg("0001", "10000,00", "0,60", "60,00"),
              line.arg("0002", "2500,50", "3,60", "90,02")});
+        row("records of other types are skipped", "F976", false,
+            "0@comment\n" + cabecera("F976") + "9@x@y\n" + actividad("100", "0,60", "0.60") +
+                "3@1@0.60\n",
+            "F976_Detalle", "CodigoDetalle", {"0001"});
         row("a rectifying declaration keys its lines by its date", "F2001", true,
             cabecera("F2001", codigo(true)) + actividad("100", "6,00", "6"), "F2001_Detalle",
             "Codigo,FechaRectificativa,CodigoDetalle", {codigo(true) + "|10-04-2024|0001"});
@@ -492,14 +496,6 @@ private slots:
         QCOMPARE(progress.maximum(), 3);
         QVERIFY(!progress.visible());
         QCOMPARE(Db::count("F976_Detalle"), 1);
-    }
-
-    void linesOfOtherTypesAreSkipped()
-    {
-        QVERIFY(importar("F976", file("0@comment\n" + cabecera("F976") + "9@x@y\n" +
-                                      actividad("100", "0,60", "0.60") + "3@1@0.60\n")));
-        QCOMPARE(Db::count("F976_Detalle"), 1);
-        QCOMPARE(onlyMessage(), QString("<none>"));
     }
 
     void annexLineChecks_data()
@@ -977,30 +973,32 @@ private slots:
         QCOMPARE(Db::count(form + "_Detalle"), 0);
     }
 
-    void headingsMayMixAccentedAndPlainSpellings()
+    // Headings may mix accented and plain spellings; empty rows, even
+    // thousands of formatted ones below the data, are no lines.
+    void writtenSheetsImport_data()
     {
-        const QString path = env->path("mixto.xlsx");
-        writeXlsx(path,
-                  {{"Fecha", "Tipo de Comprobante", "Numero de Comprobante", "Denominación", "CUIT",
-                    "Padron", "Importe"},
-                   {QDate(2024, 3, 1), "FACA", 1.0, "A", kCuit, 1.0, 1.0}},
-                  true);
-        QVERIFY(importarHoja("F978", path, true));
-        QCOMPARE(Db::count("F978_Detalle"), 1);
+        Columns<QVector<QVariantList>, int, QStringList>("sheet", "formattedEmptyRows", "stored");
+        Row("headings mixing accents",
+            QVector<QVariantList>{{"Fecha", "Tipo de Comprobante", "Numero de Comprobante",
+                                   "Denominación", "CUIT", "Padron", "Importe"},
+                                  {QDate(2024, 3, 1), "FACA", 1.0, "A", kCuit, 1.0, 1.0}},
+            0, QStringList{"0001|FACA - Factura A"});
+        Row("thousands of empty rows",
+            QVector<QVariantList>{header978(),
+                                  {QDate(2024, 3, 1), "FACA", 1.0, "A", kCuit, 1.0, 1.0},
+                                  {"", "", "", "", "", "", ""},
+                                  {QDate(2024, 3, 2), "FACB", 2.0, "B", kCuit, 1.0, 2.0}},
+            5000, QStringList{"0001|FACA - Factura A", "0002|FACB - Factura B"});
     }
-
-    void thousandsOfEmptyRowsAreNotLines()
+    void writtenSheetsImport()
     {
-        const QString path = env->path("vacias.xlsx");
-        writeXlsx(path,
-                  {header978(),
-                   {QDate(2024, 3, 1), "FACA", 1.0, "A", kCuit, 1.0, 1.0},
-                   {"", "", "", "", "", "", ""},
-                   {QDate(2024, 3, 2), "FACB", 2.0, "B", kCuit, 1.0, 2.0}},
-                  false, 5000);
+        QFETCH(QVector<QVariantList>, sheet);
+        QFETCH(int, formattedEmptyRows);
+        QFETCH(QStringList, stored);
+        const QString path = env->path("escrita.xlsx");
+        writeXlsx(path, sheet, formattedEmptyRows == 0, formattedEmptyRows);
         QVERIFY(importarHoja("F978", path, true));
-        QCOMPARE(rows("F978_Detalle", "CodigoDetalle,TipoComprobante"),
-                 QStringList({"0001|FACA - Factura A", "0002|FACB - Factura B"}));
+        QCOMPARE(rows("F978_Detalle", "CodigoDetalle,TipoComprobante"), stored);
     }
 
     void unreadableFilesGiveAMessageAndKeepWhatWasStored_data()
