@@ -20,33 +20,18 @@
 
 namespace {
 
-// Three copies, and files that only look like copies: they are not listed.
-void fillBackupFolder(const QString& folder)
+// The settings of a first start, and in their folder three copies and files
+// that only look like copies: they are not listed.
+void fillBackupFolder()
 {
+    InitBackupSettings();
+    const QString folder = DefaultBackupFolder();
     for (const char* name :
          {"Morvel.20240105083000", "Morvel.20240120191512", "Morvel.20240204120000"})
         Kit::write(folder + "/" + name, QByteArray(350000, 'm'));
     for (const char* name : {"Morvel.2024", "Morvel.20240204120000.part", "Morvel.2024020412000X",
                              "Otro.20240204120000"})
         Kit::write(folder + "/" + name, "x");
-}
-
-// Shows the view of a loaded window and lets it draw.
-QWidget* show(Controller& window)
-{
-    QWidget* view = OpenView(window);
-    if (!view)
-        return nullptr;
-    view->show();
-    QApplication::processEvents();
-    return view;
-}
-
-// Closes the window; its view goes with it.
-void closeView(Controller& window)
-{
-    window.unload();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 QStringList checks(QListWidget* list)
@@ -71,12 +56,10 @@ private slots:
     void backupDialog()
     {
         TestEnv env;
-        fillBackupFolder(DefaultBackupFolder());
-        InitBackupSettings();
+        fillBackupFolder();
         SaveBackupSetting(BackupKey::FechaUlt, "20240204120000");
         frmBackup w;
-        w.load();
-        QPointer<QWidget> view(show(w));
+        QPointer<QWidget> view(Gui::showView(w));
         QVERIFY(view);
         QCOMPARE(view->findChild<QLabel*>("lblFecha")->text(), QString("04/02/2024 12:00:00"));
         QCOMPARE(view->findChild<QLabel*>("lblSize")->text(), QString("1 Mb."));
@@ -87,17 +70,15 @@ private slots:
         QCOMPARE(w["chkDias"].value(), 0);
         QVERIFY(!group->isEnabled());
         QVERIFY(!view->findChild<QWidget*>("txtDias")->isEnabled());
-        closeView(w);
+        Gui::closeView(w);
     }
 
     void filesToRestore()
     {
         TestEnv env;
-        fillBackupFolder(DefaultBackupFolder());
-        InitBackupSettings();
+        fillBackupFolder();
         frmBackupArchivos w;
-        w.load();
-        QPointer<QWidget> view(show(w));
+        QPointer<QWidget> view(Gui::showView(w));
         QVERIFY(view);
         auto* single = view->findChild<QListWidget*>("lst0");
         QVERIFY(single->isVisible());
@@ -106,19 +87,17 @@ private slots:
         QCOMPARE(single->count(), 3);
         QCOMPARE(single->item(1)->text(), QString("Copia del día 20/01/2024 a hs. 19:15:12"));
         QCOMPARE(view->findChild<QPushButton*>("cmdAccion")->text(), QString("Restaurar"));
-        closeView(w);
+        Gui::closeView(w);
     }
 
     void filesToSaveCarryTicks()
     {
         TestEnv env;
-        fillBackupFolder(DefaultBackupFolder());
-        InitBackupSettings();
+        fillBackupFolder();
         frmBackupArchivos w;
         w.AccionGrabar = true;
         w.GrabarDirectorio = env.path("usb");
-        w.load();
-        QPointer<QWidget> view(show(w));
+        QPointer<QWidget> view(Gui::showView(w));
         QVERIFY(view);
         auto* several = view->findChild<QListWidget*>("lst1");
         QVERIFY(several->isVisible());
@@ -139,7 +118,7 @@ private slots:
         QCOMPARE(view->findChild<QLabel*>("lbl")->text(), w["lbl"].text());
         w["lbl"].setText(QString());
         QCOMPARE(view->findChild<QLabel*>("lbl")->text(), QString());
-        closeView(w);
+        Gui::closeView(w);
     }
 
     // A tampered backup chosen in the real restore window: the person is
@@ -173,8 +152,7 @@ private slots:
         Gui::MessageWatch person(Gui::MessageWatch::Answer::GoAhead);
         frmBackupArchivos w;
         w.RestauraDirectorio = env.path("usb");
-        w.load();
-        QPointer<QWidget> view(show(w));
+        QPointer<QWidget> view(Gui::showView(w));
         QVERIFY(view);
         auto* list = view->findChild<QListWidget*>("lst0");
         QCOMPARE(list->count(), 1);
@@ -189,7 +167,7 @@ private slots:
         QVERIFY2(person.texts().last().contains(why), qPrintable(person.texts().last()));
         QVERIFY(w.isLoaded());
         QCOMPARE(ReadBytes(DatabasePath()), before);
-        closeView(w);
+        Gui::closeView(w);
         setUi(&env.ui());
     }
 };

@@ -159,4 +159,44 @@ inline void abrirForm(FormularioDDJJ& form, const QString& parametros,
     form.load();
 }
 
+// The string a form hands its detail dialog on "Agregar"; with `id`, on
+// "Modificar".
+inline QString detalle(const QString& form, const QString& id = {})
+{
+    QString s = QStringLiteral("Padron=") + kPadron + QStringLiteral(" - Objeto N° ") + kObjeto +
+                QStringLiteral(";Periodo=") + kPeriodo + u';';
+    if (!id.isEmpty())
+        s += QStringLiteral("Id=") + id + u';';
+    return s + QStringLiteral("Rectificativa=False;Codigo=") + codigo(u'O') +
+           QStringLiteral(";Formulario=") + form +
+           QStringLiteral(";FechaRectificativa=0;Codigo=") + codigo(u'O') +
+           QStringLiteral(";DetalleNuevo=Verdadero;ctrl=0;");
+}
+
+// The detail dialog of a form as the form makes it, not yet loaded.
+inline std::unique_ptr<DetalleDialog> dialogo(const QString& form)
+{
+    return crearForm(form)->definicion().crearDetalle();
+}
+
+// The detail dialog as the form's "Agregar" opens it (no `id`) or
+// "Modificar", with the line before it to recall.
+inline std::unique_ptr<DetalleDialog> abrirDetalle(const QString& form, const QString& id = {},
+                                                   const QStringList& ultimo = {})
+{
+    auto d = dialogo(form);
+    d->Parametros = detalle(form, id);
+    d->EsAgrega = id.isEmpty();
+    d->Ultimo = ultimo;
+    d->load();
+    return d;
+}
+
+// One column of the original's lines in `table`, by line number.
+inline QStringList lineas(const QString& table, const QString& column)
+{
+    return Db::column(QStringLiteral("SELECT %1 FROM %2 WHERE Codigo = '%3' ORDER BY CodigoDetalle")
+                          .arg(column, table, codigo(u'O')));
+}
+
 } // namespace fx

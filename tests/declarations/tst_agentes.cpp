@@ -53,112 +53,50 @@ void agentReturns()
 
 } // namespace
 
-// The agents' forms: the annexes F985 and F987 against their returns, and the
-// returns F986 and F988 with their amount to deposit, their warning and their
-// row found without a Codigo.
+// The agents' returns F986 and F988: their amount to deposit, their warning
+// against the annex, and their row found without a Codigo.
 class TstAgentes : public EnvTest
 {
     Q_OBJECT
     void seed() override { premises("2"); }
 
 private slots:
-    void annexAgainstTheReturn_data()
-    {
-        // declared: "" when no return is registered; outcome: the adjustment, "refused" or "silent"
-        Columns<QString, QString, QString, QString, QString>("form", "total", "declared",
-                                                             "rectified", "outcome");
-        Row("F985 9,99 below adjusts", "F985", "90,01", "100,00", "", "9,99");
-        Row("F985 10,00 below refuses", "F985", "90,00", "100,00", "", "refused");
-        Row("F987 9,99 above adjusts", "F987", "109,99", "100,00", "", "-9,99");
-        Row("F987 10,00 above refuses", "F987", "110,00", "100,00", "", "refused");
-        Row("F985 without F986", "F985", "999.999,00", "", "", "silent");
-        Row("F987 equal", "F987", "100,00", "100,00", "", "silent");
-        Row("F985 rectified return", "F985", "95,00", "100,00", "05-04-2024", "5,00");
-    }
-
-    void annexAgainstTheReturn()
-    {
-        QFETCH(QString, form);
-        QFETCH(QString, total);
-        QFETCH(QString, declared);
-        QFETCH(QString, rectified);
-        QFETCH(QString, outcome);
-        const QString partner = form == "F985" ? "F986" : "F988";
-        if (!declared.isEmpty())
-            declareAgent(partner, declared, rectified.isEmpty() ? 0 : 1,
-                         rectified.isEmpty() ? "0" : rectified);
-        auto f = openForm(form, nuevo(form), {comprobante("1", total)});
-        Person(*f).click("cmdAceptar");
-        if (outcome == "silent") {
-            QVERIFY(env->ui().messages().isEmpty());
-            QCOMPARE(Db::column("SELECT TotalPercepciones FROM " + form), QStringList{total});
-            return;
-        }
-        const QString rect = rectified.isEmpty() ? "" : " (Rectif. " + rectified + ")";
-        const QString head = "El importe total no coincide con el declarado en el Formulario " +
-                             partner + " " + rect + "\r\nImporte declarado: $ " + declared + "\r\n";
-        QCOMPARE(env->ui().messages().last().title, QStringLiteral("Ajuste"));
-        if (outcome == "refused") {
-            QCOMPARE(env->ui().lastText(), head + "Revise los importes ingresados");
-            QVERIFY(f->isLoaded());
-            QCOMPARE(Db::count(form), 0);
-            return;
-        }
-        QCOMPARE(env->ui().lastText(), head + "Se ajustará automáticamente");
-        QCOMPARE(Db::rows("SELECT TipoComprobante, Denominacion, Cuit, ImportePercibido FROM " +
-                          form + "_Detalle WHERE CodigoDetalle = '9999'"),
-                 QStringList{"AJUS - Ajuste|Ajuste|00-00000000-0|" + outcome});
-        QCOMPARE(Db::column("SELECT TotalPercepciones FROM " + form), QStringList{declared});
-    }
-
+    // The amount to deposit is the sum of the four amounts, worked out again
+    // on any change of them; typed over (a row of one), it takes digits and
+    // the decimal symbol only, and leaving it rounds to cents.
     void importeDepositar_data()
     {
-        // typed: informed, accessories, fines, others
+        // typed: informed, accessories, fines, others; or the amount to deposit alone
         Columns<QStringList, QString>("typed", "expected");
         Row("all blank", QStringList{"", "", "", ""}, "0,00");
         Row("only informed", QStringList{"1.000,50", "", "", ""}, "1.000,50");
         Row("partial", QStringList{"", "10", "", "0,25"}, "10,25");
         Row("all four", QStringList{"1.234,56", "1", "2,5", "1000"}, "2.238,06");
         Row("informed led by a comma", QStringList{",5", "1", "", ""}, "1,00");
+        Row("typed over: third decimal rounds", QStringList{"150,555"}, "150,56");
+        Row("typed over: a dot is no separator", QStringList{"1.5"}, "15,00");
+        Row("typed over: letters are refused", QStringList{"12a3"}, "123,00");
+        Row("typed over: thousands", QStringList{"1234,5"}, "1.234,50");
     }
-
     void importeDepositar()
     {
         QFETCH(QStringList, typed);
         QFETCH(QString, expected);
         for (const QString form : {"F986", "F988"}) {
             auto f = openForm(form, nuevo(form));
+            Person p(*f);
             const QStringList names{informedField(form), "txtAccesorioCoef", "txtMultas",
                                     "txtOtros"};
-            for (int i = 0; i < names.size(); ++i)
-                (*f)[names[i]].setText(typed[i]);
-            // Any change of the four works the sum out again.
-            Person(*f).retype(names[3], "9");
-            Person(*f).retype(names[3], typed[3]);
+            if (typed.size() == 1) {
+                p.retype("txtImporteDepositar", typed[0]);
+                p.leave("txtImporteDepositar");
+            } else {
+                for (int i = 0; i < names.size(); ++i)
+                    (*f)[names[i]].setText(typed[i]);
+                p.retype(names[3], "9");
+                p.retype(names[3], typed[3]);
+            }
             QCOMPARE((*f)["txtImporteDepositar"].text(), expected);
-        }
-    }
-
-    // The amount to deposit is worked out but may be typed over: it takes
-    // digits and the decimal symbol only, and leaving it rounds to cents.
-    void importeDepositarTypedOver_data()
-    {
-        Columns<QString, QString>("typed", "left");
-        Row("third decimal rounds", "150,555", "150,56");
-        Row("a dot is no separator", "1.5", "15,00");
-        Row("letters are refused", "12a3", "123,00");
-        Row("thousands", "1234,5", "1.234,50");
-    }
-    void importeDepositarTypedOver()
-    {
-        QFETCH(QString, typed);
-        QFETCH(QString, left);
-        for (const QString form : {"F986", "F988"}) {
-            auto f = openForm(form, nuevo(form));
-            Person p(*f);
-            p.retype("txtImporteDepositar", typed);
-            p.leave("txtImporteDepositar");
-            QCOMPARE((*f)["txtImporteDepositar"].text(), left);
         }
     }
 
@@ -310,21 +248,6 @@ private slots:
         QVERIFY(!f->isLoaded());
         QCOMPARE(Db::count("TPadrones_Formularios"), 1);
         QCOMPARE(Db::count("F988"), 1);
-    }
-
-    void importFillsTheAnnexAndReloads()
-    {
-        QVERIFY(WriteBytes(env->path("retenciones.txt"),
-                           "1@F985@O@03@2024@20-12345678-6@\r\n"
-                           "2@05-03-2024@0001-00000123@CLIENTE UNO@20-12345678-6@4567@1500.00\r\n"
-                           "2@12-03-2024@0001-00000124@CLIENTE DOS@20-12345678-6@4568@250.50\r\n"
-                           "3@2@1750.50\r\n"));
-        env->ui().setOpenFile(env->path("retenciones.txt"));
-        auto f = openForm("F985", nuevo("F985"));
-        Person(*f).click("cmdImportar");
-        QCOMPARE((*f)["gridFormulario"].rowCount(), 2);
-        QCOMPARE((*f)["txtTotalPercepciones"].text(), QStringLiteral("1.750,50"));
-        QCOMPARE(Db::count("F985_Detalle"), 2);
     }
 
     void generateSavesWritesTheFileAndPrints()

@@ -7,67 +7,86 @@
 
 using namespace fx;
 
-// The annexes F977 and F978: their total, their agreement with the return of
-// the period (with the adjustment line under PROCOM), and their lines.
+// The annexes: their total, their agreement with the return of the period
+// (with the adjustment line under PROCOM and for the agents), and their lines.
 class TstAnexos : public EnvTest
 {
     Q_OBJECT
 private slots:
-    void againstTheGeneralReturnOneCentRefuses()
+    // An annex's total against the amount its return declared: the general
+    // return allows no difference; under Procom and for the agents' annexes
+    // less than $ 10,00 is adjusted by a line of its own, more refused; an
+    // agent's annex without its return saves silently.
+    void againstTheDeclaredAmount_data()
     {
-        premises("0");
-        storeVersion("F976", "Retenciones", "100,00");
-        F977 form;
-        abrirForm(form, nuevo("F977"), {comprobante("1", "99,99")});
-        QCOMPARE(form["txtTotalPercepciones"].text(), QStringLiteral("99,99"));
-        Person(form).click("cmdAceptar");
-        QCOMPARE(env->ui().messages().size(), 1);
-        QCOMPARE(env->ui().lastText(),
-                 QStringLiteral("El importe total debe coincidir con el declarado en el Formulario "
-                                "F976\r\nImporte declarado: $ 100,00\r\nRevise los importes "
-                                "ingresados"));
-        QCOMPARE(env->ui().messages().last().title, QStringLiteral("Ajuste"));
-        QVERIFY(form.isLoaded());
-        QCOMPARE(Db::count("F977"), 0);
-        QCOMPARE(Db::count("F977_Detalle"), 1);
+        // declared: "" when no return is registered; outcome: the adjustment, "refused" or "silent"
+        Columns<QString, QString, QString, QString, QString, QString>(
+            "form", "regimen", "total", "declared", "rectified", "outcome");
+        Row("F977 general one cent below refuses", "F977", "0", "99,99", "100,00", "", "refused");
+        Row("F977 Procom 9,99 below adjusts", "F977", "1", "90,01", "100,00", "", "9,99");
+        Row("F977 Procom 10,00 below refuses", "F977", "1", "90,00", "100,00", "", "refused");
+        Row("F978 Procom above adjusts", "F978", "1", "1.005,00", "1.000,00", "", "-5,00");
+        Row("F978 Procom 10,00 above refuses", "F978", "1", "1.010,00", "1.000,00", "", "refused");
+        Row("F985 9,99 below adjusts", "F985", "2", "90,01", "100,00", "", "9,99");
+        Row("F985 10,00 below refuses", "F985", "2", "90,00", "100,00", "", "refused");
+        Row("F987 9,99 above adjusts", "F987", "2", "109,99", "100,00", "", "-9,99");
+        Row("F987 10,00 above refuses", "F987", "2", "110,00", "100,00", "", "refused");
+        Row("F985 without F986", "F985", "2", "999.999,00", "", "", "silent");
+        Row("F987 equal", "F987", "2", "100,00", "100,00", "", "silent");
+        Row("F985 rectified return", "F985", "2", "95,00", "100,00", "05-04-2024", "5,00");
     }
-
-    void againstProcomTheToleranceAdjusts_data()
-    {
-        // ajuste: "" when refused
-        Columns<QString, QString, QString, QString>("form", "linea", "declarado", "ajuste");
-        Row("F977 9,99 below", "F977", "90,01", "100,00", "9,99");
-        Row("F977 10,00 below", "F977", "90,00", "100,00", "");
-        Row("F978 above", "F978", "1.005,00", "1.000,00", "-5,00");
-        Row("F978 10,00 above", "F978", "1.010,00", "1.000,00", "");
-    }
-    void againstProcomTheToleranceAdjusts()
+    void againstTheDeclaredAmount()
     {
         QFETCH(QString, form);
-        QFETCH(QString, linea);
-        QFETCH(QString, declarado);
-        QFETCH(QString, ajuste);
-        premises("1");
-        storeVersion("F2001", form == "F977" ? "Retenciones" : "Percepciones", declarado);
+        QFETCH(QString, regimen);
+        QFETCH(QString, total);
+        QFETCH(QString, declared);
+        QFETCH(QString, rectified);
+        QFETCH(QString, outcome);
+        premises(regimen);
+        const bool agent = form == "F985" || form == "F987";
+        const QString partner = agent ? (form == "F985" ? "F986" : "F988")
+                                      : (regimen == "1" ? "F2001" : "F976");
+        const QString column = agent                ? "ImpPercibido" + form
+                               : form == "F977" ? QStringLiteral("Retenciones")
+                                                : QStringLiteral("Percepciones");
+        // An agent's return is stored without a Codigo, as its form saves it.
+        if (!declared.isEmpty())
+            Seed::AddDeclaration({partner, kPeriodo, rectified.isEmpty() ? 0 : 1,
+                                  rectified.isEmpty() ? "0" : rectified, "12345", "7",
+                                  {column + "=" + declared}});
         auto f = crearForm(form);
-        abrirForm(*f, nuevo(form), {comprobante("1", linea)});
+        abrirForm(*f, nuevo(form), {comprobante("1", total)});
+        QCOMPARE((*f)["txtTotalPercepciones"].text(), total);
         Person(*f).click("cmdAceptar");
-        const QString head = "El importe total no coincide con el declarado en el Formulario "
-                             "F2001\r\nImporte declarado: $ " +
-                             declarado + "\r\n";
-        if (ajuste.isEmpty()) {
+        if (outcome == "silent") {
+            QVERIFY(env->ui().messages().isEmpty());
+            QCOMPARE(Db::column("SELECT TotalPercepciones FROM " + form), QStringList{total});
+            return;
+        }
+        const QString rect = rectified.isEmpty() ? "" : " (Rectif. " + rectified + ")";
+        const QString head = "El importe total " +
+                             QString(regimen == "0" ? "debe coincidir" : "no coincide") +
+                             " con el declarado en el Formulario " + partner +
+                             (agent ? " " + rect : QString()) + "\r\nImporte declarado: $ " +
+                             declared + "\r\n";
+        QCOMPARE(env->ui().messages().size(), 1);
+        QCOMPARE(env->ui().messages().last().title, QStringLiteral("Ajuste"));
+        if (outcome == "refused") {
             QCOMPARE(env->ui().lastText(), head + "Revise los importes ingresados");
             QVERIFY(f->isLoaded());
             QCOMPARE(Db::count(form), 0);
+            QCOMPARE(Db::count(form + "_Detalle"), 1);
             return;
         }
         QCOMPARE(env->ui().lastText(), head + "Se ajustará automáticamente");
         QVERIFY(!f->isLoaded());
-        QCOMPARE(Db::rows("SELECT CodigoDetalle, TipoComprobante, Cuit, ImportePercibido FROM " +
+        QCOMPARE(Db::rows("SELECT CodigoDetalle, TipoComprobante, Denominacion, Cuit, "
+                          "ImportePercibido FROM " +
                           form + "_Detalle WHERE CodigoDetalle = '9999'"),
-                 QStringList{"9999|AJUS - Ajuste|00-00000000-0|" + ajuste});
+                 QStringList{"9999|AJUS - Ajuste|Ajuste|00-00000000-0|" + outcome});
         QCOMPARE(Db::rows("SELECT TotalPercepciones, Domicilio, RazonSocial FROM " + form),
-                 QStringList{declarado + "|O'HIGGINS 1234 - CAPITAL|ALMACÉN O'HIGGINS"});
+                 QStringList{declared + "|O'HIGGINS 1234 - CAPITAL|ALMACÉN O'HIGGINS"});
     }
 
     void savingTwiceLeavesOneAdjustmentAndRemovalRenumbers()

@@ -2,13 +2,13 @@
 
 #include "BrokenDatabase.h"
 #include "Db.h"
-#include "DetalleTestData.h"
+#include "FormFixture.h"
 #include "Person.h"
 #include "TestSupport.h"
 #include "declarations/DetalleActividad.h"
 #include "registry/Busqueda.h"
 
-using namespace DetalleTest;
+using namespace fx;
 
 namespace {
 
@@ -16,7 +16,7 @@ void Linea(const QString& formulario, const QString& codigoDetalle, const QStrin
            const QString& base)
 {
     Db::insert(formulario + "_Detalle",
-               {"Codigo=" + kCodigo, "FechaRectificativa=0", "CodigoDetalle=" + codigoDetalle,
+               {"Codigo=" + codigo(u'O'), "FechaRectificativa=0", "CodigoDetalle=" + codigoDetalle,
                 "TipoActividad=Comercio", "CodigoActividad=" + actividad, "BaseImponible=" + base,
                 "Alicuota=2,40", "Impuesto=0,00", "ctrl=0"});
 }
@@ -77,7 +77,7 @@ private slots:
         QFETCH(QString, formulario);
         const QString tabla = formulario + "_Detalle";
         for (int vez = 0; vez < 2; ++vez) {
-            auto d = Abrir(formulario);
+            auto d = abrirDetalle(formulario);
             Person p(*d);
             p.type("txtBaseImponible", "1000");
             p.leave("txtBaseImponible");
@@ -85,9 +85,9 @@ private slots:
             p.click("cmdAceptar");
             QCOMPARE(d->Aceptado, vez == 0);
         }
-        QCOMPARE(Columna(tabla, "CodigoActividad"), QStringList{"999999"});
-        QCOMPARE(Columna(tabla, "TipoActividad"), QStringList{"Actividades A Clasificar"});
-        QCOMPARE(Columna(tabla, "CodigoDetalle"), QStringList{"0001"});
+        QCOMPARE(lineas(tabla, "CodigoActividad"), QStringList{"999999"});
+        QCOMPARE(lineas(tabla, "TipoActividad"), QStringList{"Actividades A Clasificar"});
+        QCOMPARE(lineas(tabla, "CodigoDetalle"), QStringList{"0001"});
         QCOMPARE(env->ui().texts(), QStringList{kRepetida});
     }
 
@@ -97,7 +97,7 @@ private slots:
     void refusedLineKeepsTheDialog()
     {
         FETCH_BREAKAGE(how);
-        auto d = Abrir("F976");
+        auto d = abrirDetalle("F976");
         Person p(*d);
         p.type("txtBaseImponible", "1000");
         p.leave("txtBaseImponible");
@@ -111,10 +111,10 @@ private slots:
         BrokenDatabase::Mend();
         if (how == Breakage::Damaged)
             return;
-        QCOMPARE(Columna("F976_Detalle", "CodigoDetalle"), QStringList{});
+        QCOMPARE(lineas("F976_Detalle", "CodigoDetalle"), QStringList{});
         p.click("cmdAceptar");
         QVERIFY(d->Aceptado);
-        QCOMPARE(Columna("F976_Detalle", "CodigoDetalle"), QStringList{"0001"});
+        QCOMPARE(lineas("F976_Detalle", "CodigoDetalle"), QStringList{"0001"});
     }
 
     void taxOfTheLine_data()
@@ -136,7 +136,7 @@ private slots:
         QFETCH(QString, alicuota);
         QFETCH(QString, baseMostrada);
         QFETCH(QString, tasa);
-        auto d = Abrir(formulario);
+        auto d = abrirDetalle(formulario);
         QCOMPARE(d->field("txtTasa").text(), QString("0,00")); // a new line shows zeros
         Person p(*d);
         p.type("txtBaseImponible", base);
@@ -158,7 +158,7 @@ private slots:
         const QString tabla = formulario + "_Detalle";
         Linea(formulario, "0001", "111111", "100,00");
         Linea(formulario, "0002", "222222", "200,00");
-        auto d = Abrir(formulario, "0002");
+        auto d = abrirDetalle(formulario, "0002");
         QCOMPARE(d->field("txtIdActividad").text(), QString("222222"));
         QCOMPARE(d->field("txtBaseImponible").text(), QString("200,00"));
         QCOMPARE(d->field("txtAlicuota").listIndex(), 5);
@@ -190,17 +190,17 @@ private slots:
         int n = 0;
         for (const QString& codigo : existentes)
             Linea("F976", codigo, QString::number(100000 + ++n), "1,00");
-        auto d = Abrir("F976");
+        auto d = abrirDetalle("F976");
         Person(*d).click("cmdAceptar");
         QVERIFY(d->Aceptado);
-        QVERIFY(Columna("F976_Detalle", "CodigoDetalle").contains(siguiente));
-        QCOMPARE(Columna("F976_Detalle", "CodigoDetalle").size(), existentes.size() + 1);
+        QVERIFY(lineas("F976_Detalle", "CodigoDetalle").contains(siguiente));
+        QCOMPARE(lineas("F976_Detalle", "CodigoDetalle").size(), existentes.size() + 1);
     }
 
     void recallOfThePreviousLine()
     {
         const QStringList ultimo{"0001", "620100", "Comercio", "1.500,00", "3,60", "54,00"};
-        auto d = Abrir("F976", {}, ultimo);
+        auto d = abrirDetalle("F976", {}, ultimo);
         Person p(*d);
         p.focus("txtBaseImponible");
         QVERIFY(d->field("lblF3").visible());
@@ -212,10 +212,10 @@ private slots:
         QCOMPARE(d->field("txtTasa").text(), QString("54,00"));
         p.click("cmdAceptar");
         QVERIFY(!d->field("lblF3").visible());
-        QCOMPARE(Columna("F976_Detalle", "BaseImponible"), QStringList{"1.500,00"});
+        QCOMPARE(lineas("F976_Detalle", "BaseImponible"), QStringList{"1.500,00"});
 
         // a blank cell of the line before is not recalled
-        auto blank = Abrir("F976", {}, {"0001", "1", "X", "", "", ""});
+        auto blank = abrirDetalle("F976", {}, {"0001", "1", "X", "", "", ""});
         Person(*blank).key("txtTasa", KeyCode::F3);
         QCOMPARE(blank->field("txtTasa").text(), QString());
         QCOMPARE(blank->focused(), QString("txtTasa"));
@@ -224,7 +224,7 @@ private slots:
     void recallDoesNothingInAnEdit()
     {
         Linea("F2001", "0001", "111111", "100,00");
-        auto d = Abrir("F2001", "0001", {"0001", "111111", "X", "9.999,00", "6,00", "599,94"});
+        auto d = abrirDetalle("F2001", "0001", {"0001", "111111", "X", "9.999,00", "6,00", "599,94"});
         Person p(*d);
         p.focus("txtBaseImponible");
         QVERIFY(!d->field("lblF3").visible());
@@ -252,7 +252,7 @@ private slots:
         QFETCH(QString, mensaje);
         QFETCH(QString, actividad);
         QFETCH(QString, foco);
-        auto d = Abrir(formulario);
+        auto d = abrirDetalle(formulario);
         Person p(*d);
         p.retype("txtTasa", "");
         if (sinAlicuota)
@@ -262,7 +262,7 @@ private slots:
         QCOMPARE(env->ui().texts(), QStringList{mensaje});
         QCOMPARE(d->field("txtIdActividad").text(), actividad);
         QCOMPARE(d->focused(), foco);
-        QVERIFY(Columna(formulario + "_Detalle", "Id").isEmpty());
+        QVERIFY(lineas(formulario + "_Detalle", "Id").isEmpty());
     }
 
     // The search offers the premises' own activities; the one chosen is the
@@ -286,7 +286,7 @@ private slots:
                 Person(c).choose("lstRegistros", servicios);
                 Person(c).dblClick("lstRegistros");
             });
-            auto d = Abrir(formulario);
+            auto d = abrirDetalle(formulario);
             Person p(*d);
             p.click("cmdPrincipal");
             QCOMPARE(d->field("txtIdActividad").text(), QString("620100"));
@@ -298,7 +298,7 @@ private slots:
         QCOMPARE(nombre, formulario);
         QVERIFY(pedido.contains("FROM ACTIVIDADES_X_PADRONES WHERE PADRON = '" + kPadron +
                                 "' AND OBJETO = '" + kObjeto + "'"));
-        QCOMPARE(Columna(formulario + "_Detalle", "TipoActividad"), QStringList{servicios});
+        QCOMPARE(lineas(formulario + "_Detalle", "TipoActividad"), QStringList{servicios});
         QCOMPARE(env->ui().texts(), QStringList{kRepetida});
     }
 
@@ -306,7 +306,7 @@ private slots:
     {
         env->ui().onShow("Busqueda",
                          [](Controller& c) { Person(c).key("lstRegistros", KeyCode::Escape); });
-        auto d = Abrir("F2001");
+        auto d = abrirDetalle("F2001");
         Person p(*d);
         p.type("txtIdActividad", "123");
         p.click("cmdPrincipal");
@@ -314,7 +314,7 @@ private slots:
         p.type("txtBaseImponible", "10");
         p.click("cmdCancelar");
         QVERIFY(!d->Aceptado);
-        QVERIFY(Columna("F2001_Detalle", "Id").isEmpty());
+        QVERIFY(lineas("F2001_Detalle", "Id").isEmpty());
     }
 
     // A pasted amount that starts with its decimal symbol is refused.
@@ -340,7 +340,7 @@ private slots:
         QFETCH(QString, pegado);
         QFETCH(QString, mensaje);
         QFETCH(QString, titulo);
-        auto d = Abrir(formulario);
+        auto d = abrirDetalle(formulario);
         Person p(*d);
         p.focus(campo);
         d->field(campo).setText(pegado);
@@ -380,7 +380,7 @@ private slots:
         QFETCH(QString, fecha);
         QFETCH(QString, mensaje);
         QFETCH(QString, titulo);
-        auto d = Abrir("F977");
+        auto d = abrirDetalle("F977");
         Person p(*d);
         p.type("txtFecha", fecha);
         QCOMPARE(p.leave("txtFecha"), mensaje.isEmpty());
@@ -406,7 +406,7 @@ private slots:
     {
         QFETCH(QString, cuit);
         QFETCH(bool, aviso);
-        auto d = Abrir("F978");
+        auto d = abrirDetalle("F978");
         Person p(*d);
         p.type("txtCuit", cuit);
         QVERIFY(p.leave("txtCuit")); // a notice: the person goes on
@@ -432,7 +432,7 @@ private slots:
         QFETCH(QString, importe);
         QFETCH(QString, mensaje);
         QFETCH(QString, foco);
-        auto d = Abrir("F977");
+        auto d = abrirDetalle("F977");
         Person p(*d);
         p.type("txtFecha", fecha);
         p.type("txtCuit", cuit);
@@ -442,20 +442,20 @@ private slots:
         QVERIFY(!d->Aceptado);
         QCOMPARE(env->ui().lastText(), mensaje);
         QCOMPARE(d->focused(), foco);
-        QVERIFY(Columna("F977_Detalle", "Id").isEmpty());
+        QVERIFY(lineas("F977_Detalle", "Id").isEmpty());
     }
 
     void defaultsOfAnUntypedReceipt_data() { forms({"F977", "F978", "F985", "F987"}); }
     void defaultsOfAnUntypedReceipt()
     {
         QFETCH(QString, formulario);
-        auto d = Abrir(formulario);
+        auto d = abrirDetalle(formulario);
         Minimo(*d);
         Person(*d).click("cmdAceptar");
         QVERIFY(d->Aceptado);
         QCOMPARE(Db::rows("SELECT CodigoDetalle, NroComprobante, Padron, Denominacion, "
                           "TipoComprobante, Fecha, Cuit, ImportePercibido FROM " +
-                          formulario + "_Detalle WHERE Codigo = '" + kCodigo + "'"),
+                          formulario + "_Detalle WHERE Codigo = '" + codigo(u'O') + "'"),
                  QStringList{"0001|000000000000000|0000000000000|0|" +
                              QString(conTipo(formulario) ? "OTRO - Otros" : "<null>") +
                              "|15-03-2024|20-12345678-6|150,00"});
@@ -463,7 +463,7 @@ private slots:
 
     void numbersArePaddedAndNamesCut()
     {
-        auto d = Abrir("F985");
+        auto d = abrirDetalle("F985");
         Person p(*d);
         p.type("txtNroComprobante", "4711");
         p.type("txtPadron", "1234");
@@ -500,7 +500,7 @@ private slots:
         QFETCH(QString, tipo2);
         QFETCH(QString, mensaje);
         for (const QString& tipo : {QString("FACA - Factura A"), tipo2}) {
-            auto d = Abrir(formulario);
+            auto d = abrirDetalle(formulario);
             Person p(*d);
             if (conTipo(formulario))
                 p.choose("cboComprobante", tipo);
@@ -511,18 +511,18 @@ private slots:
             if (!d->Aceptado)
                 QCOMPARE(d->focused(), QString("txtNroComprobante"));
         }
-        QCOMPARE(Columna(formulario + "_Detalle", "Id").size(), mensaje.isEmpty() ? 2 : 1);
+        QCOMPARE(lineas(formulario + "_Detalle", "Id").size(), mensaje.isEmpty() ? 2 : 1);
         QCOMPARE(env->ui().texts(), mensaje.isEmpty() ? QStringList{} : QStringList{mensaje});
     }
 
     void typeListLeavesTheAdjustmentOut()
     {
-        auto d = Abrir("F978");
+        auto d = abrirDetalle("F978");
         const Field& f = d->field("cboComprobante");
         QCOMPARE(f.itemText(0), QString("FACA - Factura A"));
         for (int i = 0; i < f.listCount(); ++i)
             QVERIFY(!f.itemText(i).startsWith("AJUS"));
-        QVERIFY(!Abrir("F977")->hasField("cboComprobante"));
+        QVERIFY(!abrirDetalle("F977")->hasField("cboComprobante"));
     }
 
     // A stored line is shown for edit: F987 finds the description of a
@@ -540,11 +540,11 @@ private slots:
         QFETCH(QString, guardado);
         QFETCH(QString, mostrado);
         Db::insert(formulario + "_Detalle",
-                   {"Codigo=" + kCodigo, "FechaRectificativa=0", "CodigoDetalle=0001",
+                   {"Codigo=" + codigo(u'O'), "FechaRectificativa=0", "CodigoDetalle=0001",
                     "Fecha=02-03-2024", "TipoComprobante=" + guardado,
                     "NroComprobante=000000000000777", "Denominacion=Acme Sa", "Cuit=20123456786",
                     "Padron=0000000000099", "ImportePercibido=1.234,56", "ctrl=0"});
-        auto d = Abrir(formulario, "0001");
+        auto d = abrirDetalle(formulario, "0001");
         QCOMPARE(d->field("cboComprobante").text(), mostrado);
         QVERIFY(d->field("cboComprobante").listIndex() >= 0);
         QCOMPARE(d->field("txtCuit").text(), QString("20-12345678-6"));
@@ -563,7 +563,7 @@ private slots:
     {
         const QStringList ultimo{"0001",    "10-03-2024",    "FACB - Factura B", "000000000000001",
                                  "ACME SA", "20-12345678-6", "0000000000099",    "300,00"};
-        auto d = Abrir("F978", {}, ultimo);
+        auto d = abrirDetalle("F978", {}, ultimo);
         Person p(*d);
         for (const char* name : {"txtFecha", "cboComprobante", "txtDenominacion", "txtCuit",
                                  "txtPadron", "txtImportePercibido"})

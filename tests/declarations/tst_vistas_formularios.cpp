@@ -6,7 +6,6 @@
 #include <QLineEdit>
 #include <QTableWidget>
 
-#include "DetalleTestData.h"
 #include "shell/view/ShellViews.h"
 #include "FormFixture.h"
 #include "Person.h"
@@ -113,7 +112,7 @@ private slots:
     void filledDialog()
     {
         QFETCH(QString, ventana);
-        auto d = DetalleTest::Abrir(ventana);
+        auto d = abrirDetalle(ventana);
         QWidget* view = OpenView(*d);
         QVERIFY(view);
         for (Field* f : d->fields()) {
@@ -135,7 +134,7 @@ private slots:
     void rateTypedIntoTheList()
     {
         F976_Detalle d;
-        d.Parametros = DetalleTest::Parametros("F976");
+        d.Parametros = detalle("F976");
         d.load();
         QWidget* view = OpenView(d);
         view->show();

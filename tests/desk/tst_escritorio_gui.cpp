@@ -21,26 +21,6 @@
 
 namespace {
 
-// Shows the view of a loaded window offscreen and lets it draw.
-QWidget* show(Controller& window, QSize size)
-{
-    window.load();
-    QWidget* view = OpenView(window);
-    if (!view)
-        return nullptr;
-    view->resize(size);
-    view->show();
-    QApplication::setActiveWindow(view);
-    QApplication::processEvents();
-    return view;
-}
-
-void closeView(Controller& window)
-{
-    window.unload();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
 // Where the pictures of the desk go, to be looked at.
 void shoot(QWidget* view, const QString& name)
 {
@@ -59,14 +39,6 @@ QStringList column(QTableWidget* table, int col)
     return out;
 }
 
-void doubleClickCell(QTableWidget* table, int row, int col)
-{
-    const QRect rect = table->visualRect(table->model()->index(row, col));
-    QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, rect.center());
-    QTest::mouseDClick(table->viewport(), Qt::LeftButton, {}, rect.center());
-    QApplication::processEvents();
-}
-
 } // namespace
 
 // The desk on real widgets, offscreen, over a desk of 200 taxpayers: the
@@ -83,7 +55,7 @@ class TstEscritorioGui : public EnvTest
     void tearDown() override
     {
         if (gPrincipal().isLoaded())
-            closeView(gPrincipal());
+            Gui::closeView(gPrincipal());
     }
 
 private slots:
@@ -91,7 +63,7 @@ private slots:
 
     void finderFiltersAsOneTypesAndOpensWithEnter()
     {
-        QPointer<QWidget> view(show(gPrincipal(), {900, 640}));
+        QPointer<QWidget> view(Gui::showView(gPrincipal(), {900, 640}));
         QVERIFY(view);
         auto* table = view->findChild<QTableWidget*>("gridContribuyentes");
         auto* box = view->findChild<QLineEdit*>("txtBuscar");
@@ -121,7 +93,7 @@ private slots:
         QApplication::processEvents();
         QCOMPARE(table->item(0, 0)->text(), QString("PÉREZ JUAN"));
         // arrows and a double click pick another
-        doubleClickCell(table, 3, 0);
+        Gui::doubleClickCell(table, 3, 0);
         QCOMPARE(env->ui().shownWindows().size(), 2);
         QCOMPARE(view->findChild<QComboBox*>("cboOrden")->currentText(),
                  QString("Recientes primero"));
@@ -133,7 +105,7 @@ private slots:
         // a retention agent who filed to August, its F986 to June
         calendario.IdContribuyente = 4;
         calendario.Anio = 2024;
-        QPointer<QWidget> view(show(calendario, {1000, 300}));
+        QPointer<QWidget> view(Gui::showView(calendario, {1000, 300}));
         QVERIFY(view);
         auto* table = view->findChild<QTableWidget*>("gridCalendario");
         QCOMPARE(table->horizontalHeaderItem(1)->text(), QString("Ene"));
@@ -153,18 +125,18 @@ private slots:
         QCOMPARE(view->findChild<QLabel*>("lblAnio")->text(), QString("Año 2023"));
         QCOMPARE(table->item(f976, 1)->text(), QString(""));
         QTest::mouseClick(view->findChild<QPushButton*>("cmdAnioSiguiente"), Qt::LeftButton);
-        doubleClickCell(table, f976, 1);
+        Gui::doubleClickCell(table, f976, 1);
         QCOMPARE(env->ui().shownWindows(), QStringList{"SeleccionFormulario"});
-        doubleClickCell(table, f986, 7);
+        Gui::doubleClickCell(table, f986, 7);
         QCOMPARE(env->ui().shownWindows().last(), QString("F986"));
-        closeView(calendario);
+        Gui::closeView(calendario);
     }
 
     void deskShowsEveryTaxpayersYear()
     {
         EscritorioMensual escritorio;
         escritorio.Anio = 2024;
-        QPointer<QWidget> view(show(escritorio, {1000, 620}));
+        QPointer<QWidget> view(Gui::showView(escritorio, {1000, 620}));
         QVERIFY(view);
         auto* table = view->findChild<QTableWidget*>("gridEscritorio");
         QCOMPARE(table->rowCount(), 200);
@@ -177,15 +149,15 @@ private slots:
         QCOMPARE(table->item(row, 8)->text(), QString("−2"));
         QCOMPARE(table->item(row, 13)->text(), QString());
         shoot(view, "escritorio");
-        doubleClickCell(table, row, 3);
+        Gui::doubleClickCell(table, row, 3);
         QCOMPARE(env->ui().shownWindows(), QStringList{"CalendarioPresentaciones"});
-        closeView(escritorio);
+        Gui::closeView(escritorio);
     }
 
     void checkReportListsTheDeskAndOpensALine()
     {
         ControlMensual control;
-        QPointer<QWidget> view(show(control, {1000, 580}));
+        QPointer<QWidget> view(Gui::showView(control, {1000, 580}));
         QVERIFY(view);
         auto* period = view->findChild<QLineEdit*>("txtPeriodo");
         period->selectAll();
@@ -201,9 +173,9 @@ private slots:
             if (!control.Observaciones().at(r).clave.isEmpty())
                 pending = r;
         QVERIFY(pending >= 0);
-        doubleClickCell(table, pending, 4);
+        Gui::doubleClickCell(table, pending, 4);
         QCOMPARE(env->ui().shownWindows().size(), 1);
-        closeView(control);
+        Gui::closeView(control);
     }
 };
 

@@ -56,18 +56,10 @@ QString codigo(const QString& padron, const QString& mm, QChar letra)
     return padron + mm + QStringLiteral("2024") + kObjeto + letra;
 }
 
+// A form's name, as the tree's captions carry it.
 QString nombreFormulario(const QString& id)
 {
-    static const QHash<QString, QString> nombres = {
-        {"F976", "T.I.S.S.H. Régimen General DDJJ Mensual: F976"},
-        {"F977", "T.I.S.S.H. Anexo Retenciones Deducidas: F977"},
-        {"F978", "T.I.S.S.H. Anexo Percepciones Deducidas: F978"},
-        {"F985", "T.I.S.S.H. Anexo Informativo de Retenciones Realizadas: F985"},
-        {"F986", "T.I.S.S.H. Agentes de Retención DDJJ Mensual: F986"},
-        {"F987", "T.I.S.S.H. Anexo Informativo de Percepciones Realizadas: F987"},
-        {"F988", "T.I.S.S.H. Agentes de Percepción DDJJ Mensual: F988"},
-    };
-    return nombres.value(id);
+    return Db::column("SELECT Nombre FROM Formularios WHERE idFormulario = '" + id + "'").value(0);
 }
 QString nuevo(const QString& id)
 {
@@ -149,13 +141,6 @@ QByteArray archivoF987()
 
 // --- Reading back what the program left ---------------------------------------
 
-// Lets the views catch up, and deletes those of the windows that closed.
-void asentar()
-{
-    QApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
 // The lines of a declaration in a detail table, but for their Id and Codigo;
 // Null reads as the empty text, as the forms read it.
 QStringList lineasDe(const QString& tabla, const QString& codigo)
@@ -177,16 +162,13 @@ QStringList hijos(Controller& arbol, const QString& key)
 // captions, marked where no icon is drawn.
 QStringList esquemaEnPantalla()
 {
-    asentar();
+    Gui::settle();
     auto* tree = Gui::find<QTreeWidget>("trvDatos");
     if (!tree)
         return {"<no tree on screen>"};
     QStringList out;
     for (QTreeWidgetItemIterator it(tree); *it; ++it) {
-        int depth = 0;
-        for (QTreeWidgetItem* p = (*it)->parent(); p; p = p->parent())
-            ++depth;
-        out << QString(depth * 2, u' ') + (*it)->text(0) +
+        out << QString(Gui::depthOf(*it) * 2, u' ') + (*it)->text(0) +
                    ((*it)->icon(0).isNull() ? QStringLiteral(" <no icon>") : QString());
     }
     return out;
@@ -196,7 +178,7 @@ QStringList esquemaEnPantalla()
 // `caption` under the node `padre` (at the top without one).
 void abrirNodo(Controller& arbol, const QString& padre, const QString& caption)
 {
-    asentar();
+    Gui::settle();
     auto* tree = Gui::find<QTreeWidget>("trvDatos");
     QVERIFY(tree);
     const int bajo = padre.isEmpty() ? -1 : arbol["trvDatos"].tree().indexOf(padre);
@@ -207,10 +189,7 @@ void abrirNodo(Controller& arbol, const QString& padre, const QString& caption)
             ((*it)->parent() ? (*it)->parent()->data(0, Qt::UserRole).toInt() : -1) == bajo)
             item = *it;
     QVERIFY2(item, qPrintable("no node " + caption + " under " + padre));
-    tree->scrollToItem(item);
-    const QPoint centro = tree->visualItemRect(item).center();
-    QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, centro);
-    QTest::mouseDClick(tree->viewport(), Qt::LeftButton, {}, centro);
+    Gui::doubleClickItem(tree, item);
 }
 
 // The records of a submission file, unzipped by the program's own archiver:
@@ -324,7 +303,7 @@ class TstRecorrido : public QObject
             QPointer<QWidget> vista = OpenView(w);
             QVERIFY2(vista, qPrintable("no view for " + w.windowName()));
             vista->show();
-            asentar();
+            Gui::settle();
             QCOMPARE(vista->windowTitle(), w.caption());
             guion(w);
             const QString carpeta = qEnvironmentVariable("MORVEL_SHOTS");
@@ -475,7 +454,7 @@ private slots:
             gFrmBackup().unload();
         if (gPrincipal().isLoaded())
             gPrincipal().unload();
-        asentar();
+        Gui::settle();
         SetReportPrinter(nullptr);
         ResetForms();
         m_env.reset();

@@ -343,6 +343,10 @@ private slots:
             "F976_Detalle", kActividadCols,
             {line.arg("0001", "10000,00", "0,60", "60,00"),
              line.arg("0002", "2500,50", "3,60", "90,02")});
+        row("records of other types are skipped", "F976", false,
+            "0@comment\n" + cabecera("F976") + "9@x@y\n" + actividad("100", "0,60", "0.60") +
+                "3@1@0.60\n",
+            "F976_Detalle", "CodigoDetalle", {"0001"});
         row("a rectifying declaration keys its lines by its date", "F2001", true,
             cabecera("F2001", codigo(true)) + actividad("100", "6,00", "6"), "F2001_Detalle",
             "Codigo,FechaRectificativa,CodigoDetalle", {codigo(true) + "|10-04-2024|0001"});
@@ -418,52 +422,65 @@ private slots:
         QCOMPARE(rows(form + "_Detalle", "CodigoDetalle"), numbers);
     }
 
-    void aRateOutsideTheListAsks_data()
+    // A doubtful third line asks whether to go on: "Yes" goes on, keeping
+    // the line or leaving it out as the question says; "No" stops the import
+    // with the lines before it, and only it: what the person saves afterwards
+    // reaches the disk.
+    void aDoubtfulLineAsks_data()
     {
-        Columns<QString, int, bool, QStringList>("rate", "answer", "result", "stored");
-        const QStringList all{"0001|0,60", "0002|6,00"}, first{"0001|0,60"};
-        Row("0,6 and go on", "0,6", int(Msg::Yes), true, all);
-        Row("0,6 and stop", "0,6", int(Msg::No), false, first);
-        Row("dotted rate", "0.60", int(Msg::No), false, first);
-        Row("empty rate", "", int(Msg::Yes), true, all);
+        Columns<QString, QByteArray, QString, int, bool, QString, QStringList>(
+            "form", "line", "question", "answer", "result", "columns", "stored");
+        const QString rate = "El valor de alícuota no es válido\n"
+                             "¿Continuar con la lectura del archivo?";
+        const QString tax = "El valor del impuesto no es el mismo que el valor calculado "
+                            "(Base Imponible * Alícuota)\n¿Ignorar el error?";
+        const QString other = "Código no coincide con cabecera.\n"
+                              "¿Continuar con la lectura del archivo?";
+        const QByteArray elsewhere =
+            percepcion("01-03-2024", "20-12345678-6", kPadron + "022024" + kObjeto + "O");
+        const QStringList rates{"0001|1,20", "0002|6,00"};
+        Row("rate 0,6 and go on", "F976", actividad("100", "0,6", "0.60"), rate, int(Msg::Yes),
+            true, "CodigoDetalle,Alicuota", rates);
+        Row("rate 0,6 and stop", "F976", actividad("100", "0,6", "0.60"), rate, int(Msg::No),
+            false, "CodigoDetalle,Alicuota", rates.mid(0, 1));
+        Row("dotted rate", "F976", actividad("100", "0.60", "0.60"), rate, int(Msg::No), false,
+            "CodigoDetalle,Alicuota", rates.mid(0, 1));
+        Row("empty rate", "F976", actividad("100", "", "0.60"), rate, int(Msg::Yes), true,
+            "CodigoDetalle,Alicuota", rates);
+        // The first line's 102880.50 * 1.20 / 100 = 1234.566 rounds to 1234.57.
+        Row("tax a cent off, ignored: stored as read", "F976",
+            actividad("102880.50", "1,20", "1234.56"), tax, int(Msg::Yes), true,
+            "CodigoDetalle,Impuesto", QStringList{"0001|1234,57", "0002|1234,56", "0003|6,00"});
+        Row("tax a cent off, not ignored: left out", "F976",
+            actividad("102880.50", "1,20", "1234.56"), tax, int(Msg::No), true,
+            "CodigoDetalle,Impuesto", QStringList{"0001|1234,57", "0002|6,00"});
+        Row("another declaration, go on", "F978", elsewhere, other, int(Msg::Yes), true,
+            "CodigoDetalle", QStringList{"0001", "0002"});
+        Row("another declaration, stop", "F978", elsewhere, other, int(Msg::No), false,
+            "CodigoDetalle", QStringList{"0001"});
     }
-    void aRateOutsideTheListAsks()
+    void aDoubtfulLineAsks()
     {
-        QFETCH(QString, rate);
+        QFETCH(QString, form);
+        QFETCH(QByteArray, line);
+        QFETCH(QString, question);
         QFETCH(int, answer);
         QFETCH(bool, result);
+        QFETCH(QString, columns);
         QFETCH(QStringList, stored);
-        env->ui().answer("El valor de alícuota no es válido", answer);
-        QCOMPARE(importar("F976",
-                          file(cabecera("F976") + actividad("100", "0,60", "0.60") +
-                               actividad("100", rate, "0.60") + actividad("100", "6,00", "6.00"))),
-                 result);
-        QCOMPARE(onlyMessage(), "Error en línea 3\nEl valor de alícuota no es válido\n"
-                                "¿Continuar con la lectura del archivo?");
+        env->ui().answer(question.section(u'\n', 0, 0), answer);
+        const QByteArray good = form == "F976" ? actividad("102880.50", "1,20", "1234.57")
+                                               : percepcion("01-03-2024");
+        const QByteArray last = form == "F976" ? actividad("100", "6,00", "6.00")
+                                               : percepcion("02-03-2024");
+        QCOMPARE(importar(form, file(cabecera(form) + good + line + last)), result);
+        QCOMPARE(onlyMessage(), "Error en línea 3\n" + question);
         QCOMPARE(env->ui().messages().first().style & Msg::YesNo, Msg::YesNo);
-        QCOMPARE(rows("F976_Detalle", "CodigoDetalle,Alicuota"), stored);
-    }
-
-    void aTaxOffByOneCentAsks_data()
-    {
-        Columns<int, QStringList>("answer", "stored");
-        Row("ignore: stored as read", int(Msg::Yes),
-            QStringList({"0001|1234,57", "0002|1234,56", "0003|1,20"}));
-        Row("do not ignore: left out", int(Msg::No), QStringList({"0001|1234,57", "0002|1,20"}));
-    }
-    void aTaxOffByOneCentAsks()
-    {
-        QFETCH(int, answer);
-        QFETCH(QStringList, stored);
-        env->ui().answer("¿Ignorar el error?", answer);
-        // 102880.50 * 1.20 / 100 = 1234.566, which rounds to 1234.57.
-        QVERIFY(importar("F976", file(cabecera("F976") + actividad("102880.50", "1,20", "1234.57") +
-                                      actividad("102880.50", "1,20", "1234.56") +
-                                      actividad("100", "1,20", "1.20"))));
-        QCOMPARE(onlyMessage(),
-                 "Error en línea 3\nEl valor del impuesto no es el mismo que el valor calculado "
-                 "(Base Imponible * Alícuota)\n¿Ignorar el error?");
-        QCOMPARE(rows("F976_Detalle", "CodigoDetalle,Impuesto"), stored);
+        QCOMPARE(rows(form + "_Detalle", columns), stored);
+        Db::insert(form + "_Detalle",
+                   {"Codigo=" + codigo(), "FechaRectificativa=0", "CodigoDetalle=0099", "ctrl=0"});
+        CloseDatabase();
+        QCOMPARE(rows(form + "_Detalle", "CodigoDetalle").size(), stored.size() + 1);
     }
 
     void emptyLinesAreSkippedAndNotCounted()
@@ -479,14 +496,6 @@ private slots:
         QCOMPARE(progress.maximum(), 3);
         QVERIFY(!progress.visible());
         QCOMPARE(Db::count("F976_Detalle"), 1);
-    }
-
-    void linesOfOtherTypesAreSkipped()
-    {
-        QVERIFY(importar("F976", file("0@comment\n" + cabecera("F976") + "9@x@y\n" +
-                                      actividad("100", "0,60", "0.60") + "3@1@0.60\n")));
-        QCOMPARE(Db::count("F976_Detalle"), 1);
-        QCOMPARE(onlyMessage(), QString("<none>"));
     }
 
     void annexLineChecks_data()
@@ -580,53 +589,6 @@ private slots:
         QCOMPARE(importar(form, file(cabeceraDe(form) + lines)), message.isEmpty());
         QCOMPARE(onlyMessage(), message.isEmpty() ? "<none>" : message);
         QCOMPARE(Db::count(form + "_Detalle"), stored);
-    }
-
-    // A question answered "No" ends the import, and only it: what the person
-    // saves afterwards reaches the disk.
-    void aSaveAfterAQuestionAnsweredNoStands_data()
-    {
-        Columns<QString, QByteArray, QString>("form", "text", "question");
-        Row("rate", "F976", cabecera("F976") + actividad("100", "0,6", "0.60"),
-            "El valor de alícuota no es válido");
-        Row("another declaration", "F978",
-            cabecera("F978") +
-                percepcion("01-03-2024", "20-12345678-6", kPadron + "022024" + kObjeto + "O"),
-            "Código no coincide con cabecera.");
-    }
-    void aSaveAfterAQuestionAnsweredNoStands()
-    {
-        QFETCH(QString, form);
-        QFETCH(QByteArray, text);
-        QFETCH(QString, question);
-        env->ui().answer(question, Msg::No);
-        QVERIFY(!importar(form, file(text)));
-        Db::insert("F978_Detalle",
-                   {"Codigo=" + codigo(), "FechaRectificativa=0", "CodigoDetalle=0007", "ctrl=0"});
-        CloseDatabase();
-        QCOMPARE(rows("F978_Detalle", "CodigoDetalle"), QStringList{"0007"});
-    }
-
-    void aLineOfAnotherDeclarationAsks_data()
-    {
-        Columns<int, bool, int>("answer", "result", "stored");
-        Row("go on", int(Msg::Yes), true, 2);
-        Row("stop", int(Msg::No), false, 1);
-    }
-    void aLineOfAnotherDeclarationAsks()
-    {
-        QFETCH(int, answer);
-        QFETCH(bool, result);
-        QFETCH(int, stored);
-        env->ui().answer("Código no coincide con cabecera.", answer);
-        const QString other = kPadron + "022024" + kObjeto + "O";
-        QCOMPARE(importar("F978", file(cabecera("F978") + percepcion("01-03-2024") +
-                                       percepcion("01-03-2024", "20-12345678-6", other) +
-                                       percepcion("02-03-2024"))),
-                 result);
-        QCOMPARE(onlyMessage(), "Error en línea 3\nCódigo no coincide con cabecera.\n"
-                                "¿Continuar con la lectura del archivo?");
-        QCOMPARE(Db::count("F978_Detalle"), stored);
     }
 
     void trailerOfAgents_data()
@@ -759,6 +721,7 @@ private slots:
         Row("text anywhere in the name", "datos.txt.xls", "", 1);
         Row("capitals", "DATOS.TXT", "", 1);
         Row("xls not at the end", "datos.xls.bak", excel, 0);
+        Row("a spreadsheet in capitals", "LIBRO.XLS", excel, 0);
         Row("an OpenDocument sheet", "datos.ods", "La hoja del archivo, ¿tiene encabezado?", 0);
         Row("other files are ignored", "datos.csv", "", 0);
     }
@@ -1010,30 +973,32 @@ private slots:
         QCOMPARE(Db::count(form + "_Detalle"), 0);
     }
 
-    void headingsMayMixAccentedAndPlainSpellings()
+    // Headings may mix accented and plain spellings; empty rows, even
+    // thousands of formatted ones below the data, are no lines.
+    void writtenSheetsImport_data()
     {
-        const QString path = env->path("mixto.xlsx");
-        writeXlsx(path,
-                  {{"Fecha", "Tipo de Comprobante", "Numero de Comprobante", "Denominación", "CUIT",
-                    "Padron", "Importe"},
-                   {QDate(2024, 3, 1), "FACA", 1.0, "A", kCuit, 1.0, 1.0}},
-                  true);
-        QVERIFY(importarHoja("F978", path, true));
-        QCOMPARE(Db::count("F978_Detalle"), 1);
+        Columns<QVector<QVariantList>, int, QStringList>("sheet", "formattedEmptyRows", "stored");
+        Row("headings mixing accents",
+            QVector<QVariantList>{{"Fecha", "Tipo de Comprobante", "Numero de Comprobante",
+                                   "Denominación", "CUIT", "Padron", "Importe"},
+                                  {QDate(2024, 3, 1), "FACA", 1.0, "A", kCuit, 1.0, 1.0}},
+            0, QStringList{"0001|FACA - Factura A"});
+        Row("thousands of empty rows",
+            QVector<QVariantList>{header978(),
+                                  {QDate(2024, 3, 1), "FACA", 1.0, "A", kCuit, 1.0, 1.0},
+                                  {"", "", "", "", "", "", ""},
+                                  {QDate(2024, 3, 2), "FACB", 2.0, "B", kCuit, 1.0, 2.0}},
+            5000, QStringList{"0001|FACA - Factura A", "0002|FACB - Factura B"});
     }
-
-    void thousandsOfEmptyRowsAreNotLines()
+    void writtenSheetsImport()
     {
-        const QString path = env->path("vacias.xlsx");
-        writeXlsx(path,
-                  {header978(),
-                   {QDate(2024, 3, 1), "FACA", 1.0, "A", kCuit, 1.0, 1.0},
-                   {"", "", "", "", "", "", ""},
-                   {QDate(2024, 3, 2), "FACB", 2.0, "B", kCuit, 1.0, 2.0}},
-                  false, 5000);
+        QFETCH(QVector<QVariantList>, sheet);
+        QFETCH(int, formattedEmptyRows);
+        QFETCH(QStringList, stored);
+        const QString path = env->path("escrita.xlsx");
+        writeXlsx(path, sheet, formattedEmptyRows == 0, formattedEmptyRows);
         QVERIFY(importarHoja("F978", path, true));
-        QCOMPARE(rows("F978_Detalle", "CodigoDetalle,TipoComprobante"),
-                 QStringList({"0001|FACA - Factura A", "0002|FACB - Factura B"}));
+        QCOMPARE(rows("F978_Detalle", "CodigoDetalle,TipoComprobante"), stored);
     }
 
     void unreadableFilesGiveAMessageAndKeepWhatWasStored_data()
@@ -1217,12 +1182,6 @@ private slots:
         QCOMPARE(shownAfterTheQuestion(),
                  QStringList{"El archivo enorme.ods está dañado o no es una planilla válida."});
         QCOMPARE(env->ui().messages().last().title, "Importar hoja de cálculo");
-    }
-
-    void aSpreadsheetInCapitalsIsRecognised()
-    {
-        QVERIFY(importarHoja("F978", copy("f978_encabezado.xls", "LIBRO.XLS"), true));
-        QCOMPARE(Db::count("F978_Detalle"), 2);
     }
 
     void progressFollowsTheRowsAndHidesAtTheEnd()

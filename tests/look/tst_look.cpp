@@ -15,7 +15,6 @@
 #include <functional>
 #include <memory>
 
-#include "../declarations/DetalleTestData.h"
 #include "shell/view/ShellViews.h"
 #include "Globals.h"
 #include "HelpPages.h"
@@ -73,8 +72,8 @@ Window window(const QString& name)
         return form;
     }
     if (name.endsWith(QLatin1String("_Detalle"))) { // a line of March, as its form opens it
-        auto d = DetalleTest::Dialogo(name.section(u'_', 0, 0));
-        d->Parametros = DetalleTest::Parametros(name.section(u'_', 0, 0));
+        auto d = fx::dialogo(name.section(u'_', 0, 0));
+        d->Parametros = fx::detalle(name.section(u'_', 0, 0));
         d->EsAgrega = true;
         return d;
     }
@@ -211,6 +210,27 @@ std::unique_ptr<QWidget> showActive(Controller& w)
     return view;
 }
 
+// A run over taxpayer 1 and its premises with the window of that name, its
+// view shown and active as the person has it: `view` is null when it never
+// became active. With `port`, the program's look talks to the person.
+struct Shown {
+    TestEnv env;
+    Window w;
+    std::unique_ptr<QWidget> view;
+};
+std::unique_ptr<Shown> showWindow(const QString& name, UiPort* port = nullptr)
+{
+    auto s = std::make_unique<Shown>();
+    s->env.createDatabase();
+    fx::premises();
+    if (port)
+        setUi(port);
+    s->w = window(name);
+    if (s->w)
+        s->view = showActive(*s->w);
+    return s;
+}
+
 } // namespace
 
 // Every window's view, offscreen: its amounts right-aligned, its Tab order
@@ -337,16 +357,10 @@ private slots:
     void helpPerWindow()
     {
         QFETCH(QString, name);
-        TestEnv env;
-        env.createDatabase();
-        fx::premises();
-        setUi(&port);
-        Window w = window(name);
-        QVERIFY(w);
-        std::unique_ptr<QWidget> view = showActive(*w);
-        QVERIFY(view);
+        auto s = showWindow(name, &port);
+        QVERIFY(s->view);
         HelpViewer::instance().hide();
-        QTest::keyClick(view.get(), Qt::Key_F1);
+        QTest::keyClick(s->view.get(), Qt::Key_F1);
         QVERIFY(HelpViewer::instance().isVisible());
         const QUrl shown = HelpViewer::instance().browser()->source();
         const QString page = HelpPageFor(name);
@@ -354,8 +368,8 @@ private slots:
                  page);
         QVERIFY(!HelpViewer::instance().browser()->toPlainText().trimmed().isEmpty());
         HelpViewer::instance().hide();
-        w->unload();
-        setUi(&env.ui());
+        s->w->unload();
+        setUi(&s->env.ui());
     }
 
     // The manual's search ignores case and accents and lists the pages that
@@ -394,13 +408,10 @@ private slots:
     void keyboardManners()
     {
         QFETCH(QString, name);
-        TestEnv env;
-        env.createDatabase();
-        fx::premises();
-        Window w = window(name);
-        QVERIFY(w);
-        std::unique_ptr<QWidget> view = showActive(*w);
-        QVERIFY(view);
+        auto s = showWindow(name);
+        QVERIFY(s->view);
+        QWidget* view = s->view.get();
+        Controller* w = s->w.get();
 
         QList<QLineEdit*> boxes;
         for (QLineEdit* box : view->findChildren<QLineEdit*>())
@@ -428,7 +439,7 @@ private slots:
         if (cancel && cancel->isEnabled() && cancel->isVisible()) {
             bool pressed = false;
             connect(cancel, &QPushButton::clicked, [&] { pressed = true; });
-            QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : view.get(),
+            QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : view,
                             Qt::Key_Escape);
             QVERIFY(pressed);
         }
@@ -443,14 +454,11 @@ private slots:
     void enterMovesOnOrAccepts()
     {
         QFETCH(QString, name);
-        TestEnv env;
-        env.createDatabase();
-        fx::premises();
-        env.ui().setStrict(false); // a question of Aceptar is answered No
-        Window w = window(name);
-        QVERIFY(w);
-        std::unique_ptr<QWidget> view = showActive(*w);
-        QVERIFY(view);
+        auto s = showWindow(name);
+        QVERIFY(s->view);
+        s->env.ui().setStrict(false); // a question of Aceptar is answered No
+        QWidget* view = s->view.get();
+        Controller* w = s->w.get();
         QPushButton* byDefault = nullptr;
         for (QPushButton* button : view->findChildren<QPushButton*>())
             if (button->property("porDefecto").toBool() && button->isEnabled())
@@ -501,12 +509,10 @@ private slots:
         QFETCH(QString, then);
         QFETCH(QString, other);
         QFETCH(QString, shows);
-        TestEnv env;
-        env.createDatabase();
-        fx::premises();
-        Window w = window(name);
-        std::unique_ptr<QWidget> view = showActive(*w);
-        QVERIFY(view);
+        auto s = showWindow(name);
+        QVERIFY(s->view);
+        QWidget* view = s->view.get();
+        Controller* w = s->w.get();
         auto* from = view->findChild<QWidget*>(start);
         from->setFocus(Qt::MouseFocusReason);
         QApplication::processEvents();

@@ -3,6 +3,7 @@
 #include <QTreeWidgetItemIterator>
 #include <QtTest>
 
+#include "GuiSupport.h"
 #include "NavigationData.h"
 #include "Person.h"
 #include "TestSupport.h"
@@ -15,21 +16,6 @@
 using namespace nav;
 
 namespace {
-
-void settle()
-{
-    QApplication::processEvents();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-}
-
-QTreeWidget* treeOnScreen()
-{
-    for (QWidget* top : QApplication::topLevelWidgets())
-        if (top->isVisible())
-            if (auto* tree = top->findChild<QTreeWidget*>(QStringLiteral("trvDatos")))
-                return tree;
-    return nullptr;
-}
 
 // The item down the path of captions from "Padrones Comerciales", the last
 // one read by its beginning.
@@ -54,10 +40,8 @@ QStringList branches(QTreeWidget* tree)
     for (QTreeWidgetItemIterator it(tree); *it; ++it) {
         if ((*it)->childCount() == 0)
             continue;
-        int depth = 0;
-        for (QTreeWidgetItem* p = (*it)->parent(); p; p = p->parent())
-            ++depth;
-        out << QString(depth * 2, u' ') + (*it)->text(0) + ((*it)->isExpanded() ? " +" : " -");
+        out << QString(Gui::depthOf(*it) * 2, u' ') + (*it)->text(0) +
+                   ((*it)->isExpanded() ? " +" : " -");
     }
     return out;
 }
@@ -97,7 +81,7 @@ class TstTreePlace : public EnvTest
             QPointer<QWidget> view = OpenView(w);
             QVERIFY(view);
             view->show();
-            settle();
+            Gui::settle();
             script(w);
         });
     }
@@ -122,7 +106,7 @@ private slots:
             QVERIFY(!f.isLoaded());
         });
         onScreen("ContribuyentesDatos", [&](Controller& w) {
-            QTreeWidget* tree = treeOnScreen();
+            QTreeWidget* tree = Gui::find<QTreeWidget>("trvDatos");
             QVERIFY(tree);
             const QStringList premises = {"Padrones Comerciales", PremisesKey("1")};
             // Opens both years, closes January 2023.
@@ -134,12 +118,9 @@ private slots:
             QTreeWidgetItem* start = item(
                 tree, premises + QStringList{"Formularios Año: 2024", "Periodo: 03", "Nuevo - "});
             QVERIFY(start && start->text(0).endsWith("F988"));
-            tree->scrollToItem(start);
-            const QPoint centre = tree->visualItemRect(start).center();
-            QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, centre);
-            QTest::mouseDClick(tree->viewport(), Qt::LeftButton, {}, centre);
-            settle();
-            tree = treeOnScreen();
+            Gui::doubleClickItem(tree, start);
+            Gui::settle();
+            tree = Gui::find<QTreeWidget>("trvDatos");
             QVERIFY(tree && tree->currentItem());
             after = branches(tree);
             QTreeWidgetItem* current = tree->currentItem();
@@ -175,7 +156,7 @@ private:
     void tearDown() override
     {
         m_window.reset();
-        settle();
+        Gui::settle();
         ResetForms();
     }
     std::unique_ptr<ContribuyentesDatos> m_window;

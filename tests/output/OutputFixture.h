@@ -86,17 +86,24 @@ inline QStringList versionOf(const QString& form)
     return rectifications.value(form, {"Falso", "0", "0"});
 }
 
-// The parameter string a form hands to the generation: the month apart from
-// the year, or "mm-yyyy" with no year when `anio` is empty.
-inline QString parameters(const QString& form, const QString& periodo = QStringLiteral("01"),
-                          const QString& anio = QStringLiteral("2010"))
+// The parameter string a form hands to the generation for its version `v`
+// (Rectificativa, FechaRectificativa, ctrl): the month apart from the year,
+// or "mm-yyyy" with no year when `anio` is empty.
+inline QString parametersOf(const QString& form, const QStringList& v,
+                            const QString& periodo = QStringLiteral("01"),
+                            const QString& anio = QStringLiteral("2010"))
 {
-    const QStringList v = versionOf(form);
     const QString letter = v.at(0) == QLatin1String("Verdadero") ? "R" : "O";
     return "Padron=" + kPadron + " - Objeto N° " + kObjeto + ";Periodo=" + periodo + ";" +
            (anio.isEmpty() ? QString() : "Anio=" + anio + ";") + "Rectificativa=" + v.at(0) +
            ";Codigo=" + kPadron + "012010" + kObjeto + letter + ";Formulario=" + form +
            ";FechaRectificativa=" + v.at(1) + ";ctrl=" + v.at(2) + ";Nuevo=False;ConDatos=True;";
+}
+// The same for the version the fixture generates.
+inline QString parameters(const QString& form, const QString& periodo = QStringLiteral("01"),
+                          const QString& anio = QStringLiteral("2010"))
+{
+    return parametersOf(form, versionOf(form), periodo, anio);
 }
 
 inline const QStringList kForms = {"F976", "F2001", "F977", "F978", "F985", "F987", "F986", "F988"};

@@ -20,15 +20,6 @@ bool loadLongDeclarations()
     return loadStatements(QStringLiteral("printing/largos.sql"));
 }
 
-QString versionParameters(const QString& form, bool rect)
-{
-    return "Padron=" + kPadron + " - Objeto N° " + kObjeto + ";Periodo=01;Anio=2010;" +
-           "Rectificativa=" + (rect ? "Verdadero" : "Falso") + ";Codigo=" + kPadron + "012010" +
-           kObjeto + (rect ? "R" : "O") + ";Formulario=" + form +
-           ";FechaRectificativa=" + (rect ? "15-03-2010" : "0") + ";ctrl=" + (rect ? "1" : "0") +
-           ";Nuevo=False;ConDatos=True;";
-}
-
 QString run(const QString& program, const QStringList& arguments)
 {
     QProcess tool;
@@ -77,7 +68,9 @@ class TstPrintedForms : public EnvTest
 
     QList<ReportJob> prepare(const QString& form, bool rect)
     {
-        return ReportDriver::Prepare(versionParameters(form, rect));
+        return ReportDriver::Prepare(
+            parametersOf(form, rect ? QStringList{"Verdadero", "15-03-2010", "1"}
+                                    : QStringList{"Falso", "0", "0"}));
     }
     QString writePdf(const QList<ReportJob>& jobs, const QString& name)
     {

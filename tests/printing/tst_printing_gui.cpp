@@ -58,15 +58,19 @@ private slots:
         RegisterAllViews();
     }
 
-    void previewShowsEveryPage()
+    // The preview shows every page of the printing, fits the screen with its
+    // buttons, moves from page to page and zooms: in, out, to the width and
+    // to the whole page.
+    void previewShowsEveryPageAndNavigates()
     {
         TestEnv env;
         QVERIFY(m_db.install());
         setUi(&m_port);
         addF987Lines(30);
         QtReportPrinter& printer = dynamic_cast<QtReportPrinter&>(reportPrinter());
+        QStringList seen, buttons;
+        bool fits = false;
         int pages = -1;
-        QStringList buttons;
         QTimer::singleShot(0, [&] {
             QDialog* dialog = openPreview();
             if (!dialog)
@@ -76,30 +80,6 @@ private slots:
                 pages += label->pixmap().isNull() ? 0 : 1;
             for (QPushButton* button : dialog->findChildren<QPushButton*>())
                 buttons << button->text();
-            dialog->reject();
-        });
-        printer.preview(ReportDriver::Prepare(parameters("F987")));
-        QCOMPARE(pages, 4); // two copies of two pages
-        QVERIFY(buttons.contains("Guardar como PDF"));
-        QVERIFY(buttons.contains("Imprimir"));
-        CloseDatabase();
-    }
-
-    // The preview fits the screen with its buttons, moves from page to page
-    // and zooms: in, out, to the width and to the whole page.
-    void previewFitsAndNavigates()
-    {
-        TestEnv env;
-        QVERIFY(m_db.install());
-        setUi(&m_port);
-        addF987Lines(30);
-        QtReportPrinter& printer = dynamic_cast<QtReportPrinter&>(reportPrinter());
-        QStringList seen;
-        bool fits = false;
-        QTimer::singleShot(0, [&] {
-            QDialog* dialog = openPreview();
-            if (!dialog)
-                return;
             // MORVEL_SHOT=file.png keeps a picture of the preview to be looked at.
             if (qEnvironmentVariableIsSet("MORVEL_SHOT"))
                 dialog->grab().save(qEnvironmentVariable("MORVEL_SHOT"));
@@ -128,6 +108,9 @@ private slots:
             dialog->reject();
         });
         printer.preview(ReportDriver::Prepare(parameters("F987")));
+        QCOMPARE(pages, 4); // two copies of two pages
+        QVERIFY(buttons.contains("Guardar como PDF"));
+        QVERIFY(buttons.contains("Imprimir"));
         QVERIFY(fits);
         QCOMPARE(seen, (QStringList{"Página 1 de 4", "Página 3 de 4", "Página 2 de 4", "1", "1",
                                     "Página 2 de 4"}));

@@ -5,11 +5,14 @@
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QScopeGuard>
+#include <QTableWidget>
 #include <QTest>
 #include <QTimer>
+#include <QTreeWidget>
 #include <functional>
 
 #include "Controller.h"
+#include "frame/view/QtUi.h"
 
 // What the tests on real widgets share: finding a widget in the windows on
 // screen, typing into it, answering stray message boxes, and showing a window
@@ -40,6 +43,64 @@ inline void typeInto(const QString& name, const QString& text)
     edit->setFocus();
     QApplication::processEvents();
     QTest::keyClicks(edit, text);
+}
+
+// Lets the views catch up, and deletes those of the windows that closed.
+inline void settle()
+{
+    QApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+// The view of `window` (loaded first when it is not) shown, active and drawn,
+// at `size` when one is given; null when the window has no view.
+inline QWidget* showView(Controller& window, QSize size = {})
+{
+    if (!window.isLoaded())
+        window.load();
+    QWidget* view = OpenView(window);
+    if (!view)
+        return nullptr;
+    if (size.isValid())
+        view->resize(size);
+    view->show();
+    QApplication::setActiveWindow(view);
+    QApplication::processEvents();
+    return view;
+}
+
+// Closes the window; its view goes with it.
+inline void closeView(Controller& window)
+{
+    window.unload();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+// A click and a double click of the mouse at the centre of `rect` of the
+// item view, as a person opens what is there.
+inline void doubleClickAt(QAbstractItemView* view, const QRect& rect)
+{
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, rect.center());
+    QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, rect.center());
+    QApplication::processEvents();
+}
+inline void doubleClickItem(QTreeWidget* tree, QTreeWidgetItem* item)
+{
+    tree->scrollToItem(item);
+    doubleClickAt(tree, tree->visualItemRect(item));
+}
+inline void doubleClickCell(QTableWidget* table, int row, int col)
+{
+    doubleClickAt(table, table->visualRect(table->model()->index(row, col)));
+}
+
+// How deep an item of a tree stands: 0 at the top.
+inline int depthOf(const QTreeWidgetItem* item)
+{
+    int depth = 0;
+    for (const QTreeWidgetItem* p = item->parent(); p; p = p->parent())
+        ++depth;
+    return depth;
 }
 
 // Shows `window` modally on real widgets and runs `script` once it stands on
