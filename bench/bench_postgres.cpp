@@ -11,6 +11,7 @@
 // the end.
 // Usage: bench_postgres [runs] [lines] [years]   (default 3 runs, 100000 lines, 20 years)
 #include <QApplication>
+#include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <libpq-fe.h>
@@ -30,6 +31,11 @@ class Server
 public:
     explicit Server(const QString& folder) : m_folder(folder)
     {
+        // Run as root, the script serves as another user, who must pass
+        // through the folder above.
+        QFile::setPermissions(QFileInfo(folder).absolutePath(),
+                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner |
+                                  QFile::ExeGroup | QFile::ExeOther);
         QProcess script;
         script.start(QStringLiteral("bash"),
                      {QStringLiteral(MORVEL_PG_SERVER_SCRIPT), QStringLiteral("start"), m_folder,
