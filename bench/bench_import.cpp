@@ -21,48 +21,8 @@
 #include "SqliteDatabase.h"
 #include "ZoAccess.h"
 #include "database/Schema.h"
-#include "import/ZoImport.h"
 
 namespace {
-
-const QString kPadron = QStringLiteral("0000000004711");
-const QString kObjeto = QStringLiteral("0000000000001");
-const char* const kTipos[] = {"FACA", "FACB", "NCRA", "RECA"};
-
-// Header, `lines` details and the trailer with their count and signed sum.
-void writeFile(const QString& path, int lines)
-{
-    QFile f(path);
-    f.open(QIODevice::WriteOnly);
-    QByteArray buffer = "1@F987@O@03@2024@30-71234567-1@\r\n";
-    qint64 cents = 0;
-    for (int i = 0; i < lines; ++i) {
-        const char* tipo = kTipos[i % 4];
-        const qint64 amount = 100 + (i * 37) % 99900;
-        cents += tipo[0] == 'N' ? -amount : amount;
-        buffer += QStringLiteral("2@%1-03-2024@%2@%3@CLIENTE NÚMERO %4@20-12345678-6@%5@%6.%7\r\n")
-                      .arg(1 + i % 28, 2, 10, QChar(u'0'))
-                      .arg(QLatin1String(tipo))
-                      .arg(i + 1)
-                      .arg(i % 1000)
-                      .arg(i % 5000)
-                      .arg(amount / 100)
-                      .arg(amount % 100, 2, 10, QChar(u'0'))
-                      .toUtf8();
-        if (buffer.size() > (1 << 20)) {
-            f.write(buffer);
-            buffer.clear();
-        }
-    }
-    const QString sign = cents < 0 ? QStringLiteral("-") : QString();
-    buffer += QStringLiteral("3@%1@%2%3.%4\r\n")
-                  .arg(lines)
-                  .arg(sign)
-                  .arg(qAbs(cents) / 100)
-                  .arg(qAbs(cents) % 100, 2, 10, QChar(u'0'))
-                  .toUtf8();
-    f.write(buffer);
-}
 
 // Processor time of this process, in milliseconds: on a busy machine the
 // clock on the wall says more about the neighbours than about the import.
@@ -136,46 +96,31 @@ int main(int argc, char* argv[])
     CreateCurrentDatabase();
     ScriptedUi person;
     setUi(&person);
-    gAccess().Execute(QStringLiteral("INSERT INTO tPadronesComerciales (cuit, padron, objeto) "
-                                     "VALUES ('30712345671', '%1', '%2')")
-                          .arg(kPadron, kObjeto));
+    Bench::addAnnexPremises();
     QTextStream out(stdout);
     int status = 0;
     constexpr int kRuns = 3;
     constexpr double kGoal = 0.6;
-    const QString codigo = kPadron + QStringLiteral("032024") + kObjeto + QStringLiteral("O");
+    const QString codigo = Bench::annexCodigo();
     for (const int lines : sizes) {
         const QString path = dir.filePath(QStringLiteral("f987_%1.txt").arg(lines));
-        writeFile(path, lines);
+        Bench::writeAnnexFile(path, lines);
         std::vector<double> program, reference;
         qint64 cpu = 0;
         for (int run = 0; run < kRuns; ++run) {
-            gAccess().Execute(QStringLiteral("DELETE * FROM F987_Detalle"));
-            QString parametros = QStringLiteral("Padron=") + kPadron +
-                                 QStringLiteral(" - Objeto N° ") + kObjeto +
-                                 QStringLiteral(";Anio=2024;Periodo=03;Formulario=F987;"
-                                                "Rectificativa=Falso;FechaRectificativa=0;ctrl=0;"
-                                                "Codigo=") +
-                                 codigo + u';';
-            ZoImport import;
-            import.IdFormulario = QStringLiteral("F987");
-            import.Path = path;
             const qint64 cpuBefore = cpuMilliseconds();
-            QElapsedTimer timer;
-            timer.start();
-            const bool ok = import.Importar(parametros, false);
-            program.push_back(lines / qMax(1e-9, timer.nsecsElapsed() / 1e9));
+            const double rate = Bench::importAnnex(path, lines);
+            program.push_back(rate);
             cpu = cpuMilliseconds() - cpuBefore;
-            const int stored =
-                gAccess().GetLong(QStringLiteral("SELECT count(*) FROM F987_Detalle"));
-            if (!ok || stored != lines) {
+            if (rate <= 0) {
                 out << lines << " lines: [FAILED: " << person.texts().join(" | ") << "]"
                     << Qt::endl;
                 status = 1;
             }
 
             gAccess().Execute(QStringLiteral("DELETE * FROM F987_Detalle"));
-            timer.restart();
+            QElapsedTimer timer;
+            timer.start();
             const int referenceStored = referenceImport(path, codigo);
             reference.push_back(lines / qMax(1e-9, timer.nsecsElapsed() / 1e9));
             if (referenceStored != lines)

@@ -34,114 +34,8 @@
 
 namespace {
 
-const QString kPadron = QStringLiteral("0000000004711");
-const QString kObjeto = QStringLiteral("0000000000001");
-const QStringList kForms = {QStringLiteral("F976"), QStringLiteral("F2001"), QStringLiteral("F977"),
-                            QStringLiteral("F978"), QStringLiteral("F985"),  QStringLiteral("F986"),
-                            QStringLiteral("F987"), QStringLiteral("F988")};
 constexpr double kGoal = 2.0;
 constexpr double kMemoryGoal = 1.3;
-
-void isolateSettings(const QString& folder)
-{
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder + "/settings");
-    QSettings::setPath(QSettings::IniFormat, QSettings::UserScope, folder + "/settings");
-}
-
-void addVersion(ZoAccess& db, const QString& form, const QString& period, int ctrl)
-{
-    const QString rect = ctrl == 0 ? QStringLiteral("False") : QStringLiteral("Verdadero");
-    const QString date =
-        ctrl == 0 ? QStringLiteral("0") : QStringLiteral("%1-%2").arg(10 + ctrl).arg(period);
-    db.Execute(QStringLiteral("INSERT INTO TPadrones_Formularios (Padron, Objeto, Periodo, "
-                              "idFormulario, Rectificativa, FechaRectificativa, ctrl) VALUES "
-                              "('%1', '%2', '%3', '%4', '%5', '%6', '%7')")
-                   .arg(kPadron, kObjeto, period, form, rect, date, QString::number(ctrl)));
-    if (form == QLatin1String("F976") || form == QLatin1String("F2001"))
-        db.Execute(QStringLiteral("INSERT INTO %1 (Padron, Objeto, Periodo, Rectificativa, "
-                                  "FechaRectificativa, ctrl, Retenciones, Percepciones) VALUES "
-                                  "('%2', '%3', '%4', '%5', '%6', '%7', '10,00', '20,00')")
-                       .arg(form, kPadron, kObjeto, period, rect, date, QString::number(ctrl)));
-}
-
-// A database in `folder` with `years` years of declarations.
-void buildData(const QString& folder, int years)
-{
-    isolateSettings(folder);
-    SetAppPath(folder + QStringLiteral("/data"));
-    CreateCurrentDatabase();
-    ZoAccess& db = gAccess();
-    {
-        Transaction unit(db, Transaction::Mode::KeepWhatPassed);
-        db.Execute(QStringLiteral("INSERT INTO Contribuyentes (idContribuyente, ApellidoNombre, "
-                                  "Cuit) VALUES (1, 'GRAN CONTRIBUYENTE S.A.', '30-71234567-1')"));
-        db.Execute(QStringLiteral("INSERT INTO tPadronesComerciales (cuit, padron, objeto, "
-                                  "regimen, retencion, percepcion) VALUES ('30712345671', '%1', "
-                                  "'%2', '2', '0', '0')")
-                       .arg(kPadron, kObjeto));
-        for (int year = 2025 - years; year < 2025; ++year)
-            for (int month = 1; month <= 12; ++month) {
-                const QString period =
-                    QStringLiteral("%1-%2").arg(month, 2, 10, QLatin1Char('0')).arg(year);
-                for (const QString& form : kForms)
-                    for (int ctrl = 0; ctrl < 3; ++ctrl)
-                        addVersion(db, form, period, ctrl);
-            }
-    }
-    ResetForms();
-    CloseDatabase();
-}
-
-struct Times {
-    std::vector<double> open, refresh;
-    int nodes = 0;
-};
-
-// --- the program ---------------------------------------------------------------
-
-// Opens the taxpayer's window, times it, refreshes its tree; `script` runs
-// while the window stands (the memory child reads its memory there).
-void runProgram(Times& times, const std::function<void()>& script = {})
-{
-    ContribuyentesDatos datos;
-    datos.IdContribuyente = 1;
-    datos.NombreContribuyente = QStringLiteral("GRAN CONTRIBUYENTE S.A.");
-    datos.CuitContribuyente = QStringLiteral("30-71234567-1");
-    QElapsedTimer t;
-    QTimer::singleShot(0, [&] {
-        auto* tree = Bench::shown<QTreeWidget>(QStringLiteral("trvDatos"));
-        if (!tree) {
-            std::printf("the tree is not shown\n");
-            datos.unload();
-            return;
-        }
-        Bench::PaintWatch watch(tree->viewport());
-        watch.waitPaintedAfter(0);
-        times.open.push_back(Bench::ms(t));
-        times.nodes = datos[QStringLiteral("trvDatos")].tree().count();
-        if (script) {
-            script();
-        } else {
-            // What the window does when a saved form closes.
-            const int painted = watch.paints();
-            t.restart();
-            Field& field = datos[QStringLiteral("trvDatos")];
-            gForms().FillTreeViewContribuyenteOpciones(field, QStringLiteral("1"));
-            gForms().FillTreeViewLocales(field, QStringLiteral("1"));
-            watch.waitPaintedAfter(painted);
-            times.refresh.push_back(Bench::ms(t));
-            if (qEnvironmentVariableIsSet("BENCH_DEBUG"))
-                std::printf("refresh %.1f ms, paints %d -> %d, upd %d vis %d exposed %d\n",
-                            times.refresh.back(), painted, watch.paints(),
-                            tree->viewport()->updatesEnabled(), tree->viewport()->isVisible(),
-                            tree->window()->windowHandle()->isExposed());
-        }
-        datos.unload();
-    });
-    t.start();
-    datos.show(true);
-    QApplication::processEvents();
-}
 
 // --- the reference: bare items from one prepared read --------------------------
 
@@ -238,7 +132,7 @@ QSize g_windowSize(640, 480);
 
 // The taxpayer's window as drawn, without its controller and binder; or, for
 // the memory, a bare window with a bare tree.
-int runReference(Times& times, sqlite3* db, const std::function<void()>& script = {})
+int runReference(Bench::TreeTimes& times, sqlite3* db, const std::function<void()>& script = {})
 {
     QElapsedTimer t;
     t.start();
@@ -295,7 +189,7 @@ int programMemoryChild(int argc, char* argv[], const QString& folder)
 {
     QApplication app(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    isolateSettings(folder);
+    Bench::isolateSettings(folder);
     Bench::AnsweringUi port;
     setUi(&port);
     RegisterAllViews();
@@ -303,8 +197,8 @@ int programMemoryChild(int argc, char* argv[], const QString& folder)
     QApplication::processEvents();
     if (qEnvironmentVariableIsSet("BENCH_DEBUG"))
         std::fprintf(stderr, "after Main: %.1f MiB\n", Bench::residentMiB());
-    Times times;
-    runProgram(times, printMemory);
+    Bench::TreeTimes times;
+    Bench::openTree(times, printMemory);
     gPrincipal().unload();
     CloseDatabase();
     return 0;
@@ -319,7 +213,7 @@ int referenceMemoryChild(int argc, char* argv[], const QString& folder)
     }
     sqlite3* db = nullptr;
     sqlite3_open((folder + QStringLiteral("/data/Morvel.db")).toUtf8().constData(), &db);
-    Times times;
+    Bench::TreeTimes times;
     runReference(times, db, printMemory);
     sqlite3_close(db);
     return 0;
@@ -369,15 +263,15 @@ int main(int argc, char* argv[])
     QString folder20;
     for (const int years : sizes) {
         const QString folder = dir.filePath(QStringLiteral("years%1").arg(years));
-        buildData(folder, years);
+        Bench::buildTreeData(folder, years);
         if (years == 20 || folder20.isEmpty())
             folder20 = folder;
         SetAppPath(folder + QStringLiteral("/data"));
         gAccess();
         sqlite3* db = SqliteDatabase::connection(DatabasePath());
-        Times program, reference;
+        Bench::TreeTimes program, reference;
         for (int run = 0; run < runs; ++run) {
-            runProgram(program);
+            Bench::openTree(program);
             runReference(reference, db);
         }
         ResetForms();

@@ -66,9 +66,9 @@ QString indexName(const QString& table, const QString& columns)
 
 using Kind = DatabaseConnection::Kind;
 
-bool ownOrNew()
+bool ownOrNew(ZoAccess& db)
 {
-    const Kind kind = gAccess().DatabaseKind();
+    const Kind kind = db.DatabaseKind();
     return kind == Kind::New || kind == Kind::Own;
 }
 
@@ -112,15 +112,23 @@ bool WritableDatabase()
 
 void MarkDatabase()
 {
-    if (!gAccess().MarkAsOwn())
+    MarkDatabase(gAccess());
+}
+
+void MarkDatabase(ZoAccess& db)
+{
+    if (!db.MarkAsOwn())
         LogError(QStringLiteral("-1"),
-                 QStringLiteral("No se pudo marcar la base de datos: ") + gAccess().Describe(),
-                 kSource);
+                 QStringLiteral("No se pudo marcar la base de datos: ") + db.Describe(), kSource);
 }
 
 bool EnsureBaseSchema()
 {
-    ZoAccess& db = gAccess();
+    return EnsureBaseSchema(gAccess());
+}
+
+bool EnsureBaseSchema(ZoAccess& db)
+{
     const QString tables = TableCount(db);
     if (tables.isEmpty()) {
         // Not a database (or not readable): it is left exactly as it is.
@@ -156,7 +164,11 @@ bool EnsureBaseSchema()
 
 void EnsureIndices()
 {
-    ZoAccess& db = gAccess();
+    EnsureIndices(gAccess());
+}
+
+void EnsureIndices(ZoAccess& db)
+{
     // Only on tables that are there: a damaged or very old file lacks some,
     // and a statement that is bound to fail would only fill the daily log.
     QSet<QString> present;
@@ -177,14 +189,19 @@ void EnsureIndices()
 
 void CreateCurrentDatabase()
 {
+    CreateCurrentDatabase(gAccess());
+}
+
+void CreateCurrentDatabase(ZoAccess& db)
+{
     // Another program's file, a file that is not a database, or a base that
     // could not be made, is left alone.
-    if (!ownOrNew() || !EnsureBaseSchema())
+    if (!ownOrNew(db) || !EnsureBaseSchema(db))
         return;
     ProgressWindow splash(QStringLiteral("Inicial"));
-    VerifyDatabase(DatabasePath(), splash);
-    ApplyUpgrades(splash);
-    UpgradeAddGuidColumns();
-    EnsureIndices();
-    MarkDatabase();
+    VerifyDatabase(db, splash);
+    ApplyUpgrades(db, splash);
+    UpgradeAddGuidColumns(db);
+    EnsureIndices(db);
+    MarkDatabase(db);
 }

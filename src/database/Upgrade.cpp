@@ -266,6 +266,11 @@ void VerifyDatabase(const QString& databasePath, ProgressWindow& splash)
     ZoAccess db;
     if (!databasePath.isEmpty())
         db.SetConnectionString(DefaultConnectionString(databasePath));
+    VerifyDatabase(db, splash);
+}
+
+void VerifyDatabase(ZoAccess& db, ProgressWindow& splash)
+{
     splash.field(QStringLiteral("pb")).setMaximum(kVerifySteps);
 
     // The agents' annexes, their lines and their print staging.
@@ -380,7 +385,11 @@ void VerifyDatabase(const QString& databasePath, ProgressWindow& splash)
 
 void ApplyUpgrades(ProgressWindow& splash)
 {
-    ZoAccess& shared = gAccess();
+    ApplyUpgrades(gAccess(), splash);
+}
+
+void ApplyUpgrades(ZoAccess& shared, ProgressWindow& splash)
+{
     if (shared.GetString(QStringLiteral(
             "SELECT Valor FROM Opciones WHERE Nombre = 'PuntoPorComa'")) == QLatin1String("S"))
         return;
@@ -427,7 +436,11 @@ void ApplyUpgrades(ProgressWindow& splash)
 
 void UpgradeAddGuidColumns()
 {
-    ZoAccess& db = gAccess();
+    UpgradeAddGuidColumns(gAccess());
+}
+
+void UpgradeAddGuidColumns(ZoAccess& db)
+{
     if (db.GetString(QStringLiteral("SELECT Valor FROM Opciones WHERE Nombre = 'GUID'")) ==
         QLatin1String("S"))
         return;

@@ -1,5 +1,6 @@
 #include "frmBaseDatos.h"
 
+#include <QFileInfo>
 #include <libpq-fe.h>
 
 #include "ErrorLog.h"
@@ -7,6 +8,7 @@
 #include "PgPass.h"
 #include "UiPort.h"
 #include "Validar.h"
+#include "backup/CopiaBaseDatos.h"
 #include "backup/ServerBackup.h"
 
 namespace {
@@ -19,6 +21,9 @@ const QString kBase = QStringLiteral("txtBase");
 const QString kUsuario = QStringLiteral("txtUsuario");
 const QString kContrasena = QStringLiteral("txtContrasena");
 const QString kProbarTitle = QStringLiteral("Probar conexión");
+const QString kCopiarTitle = QStringLiteral("Copiar base de datos");
+const QString kAlServidor = QStringLiteral("cmdCopiarAlServidor");
+const QString kAArchivo = QStringLiteral("cmdCopiarAArchivo");
 
 // The fields that only matter for a server.
 const QStringList kServerFields = {
@@ -35,6 +40,9 @@ const QStringList kServerFields = {
     kContrasena,
     QStringLiteral("lblNota"),
     QStringLiteral("cmdProbar"),
+    QStringLiteral("lblCopiar"),
+    kAlServidor,
+    kAArchivo,
 };
 
 constexpr int kMaxPort = 65535;
@@ -99,6 +107,8 @@ void frmBaseDatos::design()
     add(kOptServidor, FieldKind::Option, QStringLiteral("Servidor PostgreSQL"))
         .setGroup(QStringLiteral("tipo"));
     designServer();
+    add(QStringLiteral("lbl"), FieldKind::Label).setVisible(false);
+    add(QStringLiteral("pb"), FieldKind::Progress).setVisible(false);
     add(QStringLiteral("cmdAceptar"), FieldKind::Button, QStringLiteral("Aceptar"));
     add(QStringLiteral("cmdCancelar"), FieldKind::Button, QStringLiteral("Cancelar"));
 
@@ -107,6 +117,8 @@ void frmBaseDatos::design()
     on(kPuerto, Ev::KeyPress,
        [this](EventArgs& e) { gValidar().TextBox(e.key, field(kPuerto), Validar::Digits, 5); });
     on(QStringLiteral("cmdProbar"), Ev::Click, [this](EventArgs&) { probar(); });
+    on(kAlServidor, Ev::Click, [this](EventArgs&) { copiarAlServidor(); });
+    on(kAArchivo, Ev::Click, [this](EventArgs&) { copiarAArchivo(); });
     on(QStringLiteral("cmdAceptar"), Ev::Click, [this](EventArgs&) { aceptar(); });
     on(QStringLiteral("cmdCancelar"), Ev::Click, [this](EventArgs&) { unload(); });
 }
@@ -126,6 +138,10 @@ void frmBaseDatos::designServer()
     add(kContrasena, FieldKind::Text);
     add(QStringLiteral("lblNota"), FieldKind::Label);
     add(QStringLiteral("cmdProbar"), FieldKind::Button, kProbarTitle);
+    add(QStringLiteral("lblCopiar"), FieldKind::Label,
+        QStringLiteral("Copiar la base de datos entre este equipo y el servidor:"));
+    add(kAlServidor, FieldKind::Button, QStringLiteral("Copiar el archivo al servidor..."));
+    add(kAArchivo, FieldKind::Button, QStringLiteral("Copiar el servidor a un archivo..."));
 }
 
 void frmBaseDatos::onLoad()
@@ -213,13 +229,8 @@ void frmBaseDatos::aceptar()
         if (!ok && MsgBox(said + QStringLiteral("\n¿Desea guardar esta elección de todos modos?"),
                           Msg::YesNo | Msg::Question | Msg::DefaultButton2, caption()) != Msg::Yes)
             return;
-        QString reason;
-        if (!password.isEmpty() && !PgPass::Store(chosen, password, &reason)) {
-            MsgBox(QStringLiteral("No se pudo guardar la contraseña en ") + PgPass::FilePath() +
-                       QStringLiteral(": ") + reason,
-                   Msg::Critical, caption());
+        if (!guardarContrasena(chosen))
             return;
-        }
     }
     DatabaseLocation::setCurrent(chosen);
     if (!(chosen == before))
@@ -227,4 +238,89 @@ void frmBaseDatos::aceptar()
                               "Morvel."),
                Msg::Information, caption());
     unload();
+}
+
+// A password typed is kept in the password file, where the client library
+// finds it for this server.
+bool frmBaseDatos::guardarContrasena(const DatabaseLocation& location)
+{
+    const QString password = field(kContrasena).text();
+    QString reason;
+    if (password.isEmpty() || PgPass::Store(location, password, &reason))
+        return true;
+    MsgBox(QStringLiteral("No se pudo guardar la contraseña en ") + PgPass::FilePath() +
+               QStringLiteral(": ") + reason,
+           Msg::Critical, caption());
+    return false;
+}
+
+void frmBaseDatos::copiarAlServidor()
+{
+    if (!complete())
+        return;
+    const DatabaseLocation servidor = Eleccion();
+    if (MsgBox(QStringLiteral("Se copiará la base de datos del archivo ") + DatabasePath() +
+                   QStringLiteral(" a la base de datos ") + servidor.describe() +
+                   QStringLiteral(" del servidor, que debe estar vacía.\n¿Desea continuar?"),
+               Msg::YesNo | Msg::Question | Msg::DefaultButton2, kCopiarTitle) != Msg::Yes)
+        return;
+    if (guardarContrasena(servidor))
+        copiar(CopiaBaseDatos::Archivo(DatabasePath()), CopiaBaseDatos::Servidor(servidor));
+}
+
+void frmBaseDatos::copiarAArchivo()
+{
+    if (!complete())
+        return;
+    const DatabaseLocation servidor = Eleccion();
+    const QString archivo = ui().chooseSaveFile(
+        QStringLiteral("Copiar la base de datos del servidor a un archivo"),
+        QStringLiteral("Base de datos de Morvel (*.db)"),
+        QFileInfo(DatabasePath()).absolutePath() + QStringLiteral("/Morvel-") +
+            servidor.database + QStringLiteral(".db"));
+    if (archivo.isEmpty())
+        return;
+    if (MsgBox(QStringLiteral("Se copiará la base de datos ") + servidor.describe() +
+                   QStringLiteral(" del servidor al archivo nuevo ") + archivo +
+                   QStringLiteral(".\n¿Desea continuar?"),
+               Msg::YesNo | Msg::Question | Msg::DefaultButton2, kCopiarTitle) != Msg::Yes)
+        return;
+    if (guardarContrasena(servidor))
+        copiar(CopiaBaseDatos::Servidor(servidor), CopiaBaseDatos::Archivo(archivo));
+}
+
+void frmBaseDatos::copiar(const QString& origen, const QString& destino)
+{
+    CopiaBaseDatos copia(origen, destino);
+    copia.OnAvance = [this](qint64 hechas, qint64 total, const QString& estado) {
+        avance(hechas, total, estado);
+    };
+    field(QStringLiteral("pb")).setMaximum(100);
+    ui().setBusy(true);
+    const bool ok = copia.Copiar();
+    ui().setBusy(false);
+    field(QStringLiteral("pb")).setVisible(false);
+    field(QStringLiteral("lbl")).setVisible(false);
+    if (!ok) {
+        MsgBox(copia.Motivo() + QStringLiteral("\nNo se copió nada: ") + copia.Destino() +
+                   QStringLiteral(" quedó como estaba."),
+               Msg::Exclamation, kCopiarTitle);
+        return;
+    }
+    MsgBox(QStringLiteral("Se copiaron %1 tablas y %2 filas de %3 a %4.")
+               .arg(copia.Tablas())
+               .arg(copia.Filas())
+               .arg(copia.Origen(), copia.Destino()),
+           Msg::Information, kCopiarTitle);
+}
+
+void frmBaseDatos::avance(qint64 hechas, qint64 total, const QString& estado)
+{
+    Field& pb = field(QStringLiteral("pb"));
+    Field& lbl = field(QStringLiteral("lbl"));
+    pb.setVisible(true);
+    lbl.setVisible(true);
+    pb.setValue(total > 0 ? int(hechas * 100 / total) : 0);
+    lbl.setText(estado);
+    ui().yield();
 }

@@ -7,7 +7,8 @@
 // data folder or a firm's PostgreSQL server, with a test of the connection.
 // The choice is kept in the settings and takes effect at the next start; a
 // server's password goes to the person's password file (PgPass), never to
-// the settings.
+// the settings. The data folder's file can be copied into an empty database
+// of the server, and the server's database into a new file.
 class frmBaseDatos : public Controller
 {
     Q_OBJECT
@@ -36,4 +37,9 @@ private:
     bool complete();
     void probar();
     void aceptar();
+    bool guardarContrasena(const DatabaseLocation& location);
+    void copiarAlServidor();
+    void copiarAArchivo();
+    void copiar(const QString& origen, const QString& destino);
+    void avance(qint64 hechas, qint64 total, const QString& estado);
 };

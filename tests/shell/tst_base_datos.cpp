@@ -6,6 +6,7 @@
 #include <QRadioButton>
 
 #include "../backup/ServerTestKit.h"
+#include "Db.h"
 #include "Globals.h"
 #include "GuiSupport.h"
 #include "Person.h"
@@ -255,6 +256,74 @@ private slots:
         p.click("cmdAceptar");
         QCOMPARE(env->ui().texts(), QStringList{kProxima});
         QCOMPARE(kept(), QString("archivo"));
+    }
+
+    // The copies the window offers, as a person makes them on the server
+    // typed in: the data folder's file into its empty database, then that
+    // database into a new file; each asked first, and told what was copied,
+    // or declined; a second copy into the same database is refused.
+    void copies_data()
+    {
+        Columns<int>("answer");
+        Row("copied", int(Msg::Yes));
+        Row("declined", int(Msg::No));
+    }
+    void copies()
+    {
+        REQUIRE_SERVER();
+        QFETCH(int, answer);
+        ServerKit::Scratch db;
+        QVERIFY(db.ok());
+        Db::exec("INSERT INTO Contribuyentes (idContribuyente, ApellidoNombre, Cuit) VALUES "
+                 "(1, 'PEREZ JUAN', '20-12345678-6')");
+        int rows = 0;
+        for (const QString& table : Db::tables())
+            rows += Db::count(table);
+        const QString told = QString("Se copiaron %1 tablas y %2 filas de %3 a %4.")
+                                 .arg(Db::tables().size())
+                                 .arg(rows);
+        const QString server = db.location().describe();
+        const QString file = env->path("copia.db");
+        env->ui().setSaveFile(file);
+        for (int i = 0; i < (answer == Msg::Yes ? 3 : 2); ++i)
+            env->ui().answer("¿Desea continuar?", answer);
+
+        frmBaseDatos w;
+        w.load();
+        Person p(w);
+        p.click("optServidor");
+        p.retype("txtServidor", db.location().host);
+        p.retype("txtPuerto", "55432");
+        p.type("txtBase", db.name());
+        p.type("txtUsuario", "morvel");
+        p.click("cmdCopiarAlServidor");
+        p.click("cmdCopiarAArchivo");
+        if (answer == Msg::Yes)
+            p.click("cmdCopiarAlServidor");
+
+        const QString toServer = "Se copiará la base de datos del archivo " + DatabasePath() +
+                                 " a la base de datos " + server +
+                                 " del servidor, que debe estar vacía.\n¿Desea continuar?";
+        const QString toFile = "Se copiará la base de datos " + server +
+                               " del servidor al archivo nuevo " + file + ".\n¿Desea continuar?";
+        QStringList messages{toServer, toFile};
+        if (answer == Msg::Yes)
+            messages = QStringList{toServer,
+                                   told.arg(DatabasePath(), server),
+                                   toFile,
+                                   told.arg(server, file),
+                                   toServer,
+                                   "La base de datos " + server +
+                                       " del servidor no está vacía: ya tiene tablas. La copia se "
+                                       "hace solo en una base de datos vacía.\nNo se copió nada: " +
+                                       server + " quedó como estaba."};
+        QCOMPARE(env->ui().texts(), messages);
+        QCOMPARE(db.query("SELECT ApellidoNombre FROM contribuyentes"),
+                 answer == Msg::Yes ? QStringList{"PEREZ JUAN"} : QStringList{});
+        QCOMPARE(QFile::exists(file), answer == Msg::Yes);
+        QVERIFY(w.isLoaded() && !w["pb"].visible());
+        QCOMPARE(kept(), QString("archivo"));
+        p.click("cmdCancelar");
     }
 
     // "Opciones › Base de Datos..." opens the window.
