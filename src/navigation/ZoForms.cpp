@@ -1,5 +1,9 @@
 #include "ZoForms.h"
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 #include "DeclarationReader.h"
 #include "ErrorLog.h"
 #include "Field.h"
@@ -117,6 +121,15 @@ const Offer kOffers[] = {
     {"2", false, true, "'F987','F988'"},
     {"2", true, true, "'F985','F986','F987','F988'"},
 };
+
+// Hands back to the system the memory the build's rows and look-ups took
+// and gave up: the heap keeps it otherwise for as long as the window stands.
+void releaseFreedMemory()
+{
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
 
 } // namespace
 
@@ -276,6 +289,7 @@ bool ZoForms::fillLocales(Field& tree, const QString& idContribuyente)
     // What the build looked up is asked again only when the person adds a
     // year or a month: the index is made anew then rather than held.
     m_index.release();
+    releaseFreedMemory();
     return true;
 }
 
