@@ -43,6 +43,20 @@ const QStringList kColumnasActividad = {
     QStringLiteral("ctrl"),
 };
 
+// ... and of a receipt's, without and with its type.
+const QStringList kColumnasComprobante = {
+    QStringLiteral("Codigo"),         QStringLiteral("FechaRectificativa"),
+    QStringLiteral("CodigoDetalle"),  QStringLiteral("Fecha"),
+    QStringLiteral("NroComprobante"), QStringLiteral("Denominacion"),
+    QStringLiteral("Cuit"),           QStringLiteral("Padron"),
+    QStringLiteral("ImportePercibido"), QStringLiteral("ctrl"),
+};
+const QStringList kColumnasComprobanteConTipo = [] {
+    QStringList columnas = kColumnasComprobante;
+    columnas.insert(4, QStringLiteral("TipoComprobante"));
+    return columnas;
+}();
+
 bool esVerdadero(const QString& text)
 {
     const QString t = text.trimmed();
@@ -534,20 +548,15 @@ DetailImporter::Paso DetailImporter::comprobante(QStringList linea)
         return detener(fueraDeRango(linea.at(Importe)));
     sumar(tipo.startsWith(QLatin1String("NC")) ? -*monto : *monto);
 
-    QStringList columnas = {QStringLiteral("Codigo"), QStringLiteral("FechaRectificativa"),
-                            QStringLiteral("CodigoDetalle"), QStringLiteral("Fecha")};
-    QStringList valores = {m_codigo, m_fecha, siguienteDetalle(), fecha};
-    if (m_rule.conTipo) {
-        columnas << QStringLiteral("TipoComprobante");
+    QStringList valores;
+    valores.reserve(kColumnasComprobante.size() + 1);
+    valores << m_codigo << m_fecha << siguienteDetalle() << fecha;
+    if (m_rule.conTipo)
         valores << tipoGuardado(tipo);
-    }
-    columnas << QStringLiteral("NroComprobante") << QStringLiteral("Denominacion")
-             << QStringLiteral("Cuit") << QStringLiteral("Padron")
-             << QStringLiteral("ImportePercibido") << QStringLiteral("ctrl");
     valores << ceros(linea.at(Numero), 15) << linea.at(Denominacion)
             << FormatCuit(QString(linea.at(Cuit)).remove(u'-').trimmed())
             << ceros(linea.at(Padron), 13) << importe << m_ctrl;
-    return insertar(columnas, valores);
+    return insertar(m_rule.conTipo ? kColumnasComprobanteConTipo : kColumnasComprobante, valores);
 }
 
 // --- Storing -------------------------------------------------------------------

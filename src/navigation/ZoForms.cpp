@@ -87,7 +87,17 @@ int addBelow(TreeModel& model, int parent, const QString& key, const QString& te
 
 bool holdsCtrl(QStringView text)
 {
-    return text.contains(u"ctrl", Qt::CaseInsensitive);
+    // Plain ASCII, as the stored values are, is looked through at once.
+    const auto lower = [](char16_t c) { return char16_t(c >= u'A' && c <= u'Z' ? c + 32 : c); };
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t c = text.at(i).unicode();
+        if (c >= 0x80)
+            return text.contains(u"ctrl", Qt::CaseInsensitive);
+        if (lower(c) == u'c' && i + 3 < text.size() && lower(text.at(i + 1).unicode()) == u't' &&
+            lower(text.at(i + 2).unicode()) == u'r' && lower(text.at(i + 3).unicode()) == u'l')
+            return true;
+    }
+    return false;
 }
 
 // The padrón of a month's key, which begins with its premises' caption (or,
