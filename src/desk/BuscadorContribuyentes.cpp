@@ -59,9 +59,14 @@ void BuscadorContribuyentes::Asignar(QVector<ContribuyenteListado> lista)
 
 void BuscadorContribuyentes::ordenar()
 {
+    // The texts compared, made once for each taxpayer and not at each
+    // comparison.
     QVector<QString> nombres(m_lista.size());
-    for (int i = 0; i < m_lista.size(); ++i)
+    QVector<QString> digitos(m_lista.size());
+    for (int i = 0; i < m_lista.size(); ++i) {
         nombres[i] = m_lista.at(i).clave.section(u'\n', 0, 0);
+        digitos[i] = DigitsOnly(m_lista.at(i).cuit);
+    }
     m_porNombre.resize(m_lista.size());
     std::iota(m_porNombre.begin(), m_porNombre.end(), 0);
     m_porCuit = m_porNombre;
@@ -69,9 +74,8 @@ void BuscadorContribuyentes::ordenar()
         const int c = QString::localeAwareCompare(nombres.at(a), nombres.at(b));
         return c != 0 ? c < 0 : m_lista.at(a).cuit < m_lista.at(b).cuit;
     });
-    std::stable_sort(m_porCuit.begin(), m_porCuit.end(), [this](int a, int b) {
-        return DigitsOnly(m_lista.at(a).cuit) < DigitsOnly(m_lista.at(b).cuit);
-    });
+    std::stable_sort(m_porCuit.begin(), m_porCuit.end(),
+                     [&](int a, int b) { return digitos.at(a) < digitos.at(b); });
 }
 
 bool BuscadorContribuyentes::coincide(const QString& clave, const QStringList& palabras)

@@ -88,19 +88,34 @@ QString ZoAccess::ConnectionString() const
                                         : m_connectionString;
 }
 
+const ZoAccess::Target& ZoAccess::target() const
+{
+    // Every statement asks where its database is: the string is read again
+    // only when it changed.
+    const QString text = ConnectionString();
+    if (!m_target.read || text != m_target.text) {
+        m_target.text = text;
+        m_target.path = ReadParameter(text, "Data Source");
+        m_target.server = ReadParameter(text, "Provider") == kServerProvider;
+        m_target.read = true;
+    }
+    return m_target;
+}
+
 QString ZoAccess::DatabasePath() const
 {
-    return ReadParameter(ConnectionString(), "Data Source");
+    return target().path;
 }
 
 bool ZoAccess::OnServer() const
 {
-    return ReadParameter(ConnectionString(), "Provider") == kServerProvider;
+    return target().server;
 }
 
 DatabaseConnection* ZoAccess::connection()
 {
-    return OnServer() ? PostgresDatabase::open(DatabasePath()) : SqliteDatabase::open(DatabasePath());
+    const Target& where = target();
+    return where.server ? PostgresDatabase::open(where.path) : SqliteDatabase::open(where.path);
 }
 
 QString ZoAccess::openFailure() const

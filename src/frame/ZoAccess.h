@@ -120,6 +120,16 @@ private:
     void noteFailure(DatabaseConnection* db, const QString& error, const QString& sql);
     QString openFailure() const;
 
+    // The connection string last read and what it names.
+    struct Target {
+        QString text;
+        QString path;
+        bool server = false;
+        bool read = false;
+    };
+    const Target& target() const;
+    mutable Target m_target;
+
     QString m_connectionString;
     QStringList m_parameters;
     bool m_showMessageError = false;

@@ -10,6 +10,7 @@
 #include "Globals.h"
 #include "Numbers.h"
 #include "PreparedInsert.h"
+#include "RegionalSettings.h"
 #include "SpreadsheetFile.h"
 #include "SqlText.h"
 #include "TextLineReader.h"
@@ -42,6 +43,20 @@ const QStringList kColumnasActividad = {
     QStringLiteral("ctrl"),
 };
 
+// ... and of a receipt's, without and with its type.
+const QStringList kColumnasComprobante = {
+    QStringLiteral("Codigo"),         QStringLiteral("FechaRectificativa"),
+    QStringLiteral("CodigoDetalle"),  QStringLiteral("Fecha"),
+    QStringLiteral("NroComprobante"), QStringLiteral("Denominacion"),
+    QStringLiteral("Cuit"),           QStringLiteral("Padron"),
+    QStringLiteral("ImportePercibido"), QStringLiteral("ctrl"),
+};
+const QStringList kColumnasComprobanteConTipo = [] {
+    QStringList columnas = kColumnasComprobante;
+    columnas.insert(4, QStringLiteral("TipoComprobante"));
+    return columnas;
+}();
+
 bool esVerdadero(const QString& text)
 {
     const QString t = text.trimmed();
@@ -66,6 +81,50 @@ std::optional<qint64> centavos(const QString& amount)
 {
     const auto value = LocaleNumber(amount);
     return value ? AmountCents(*value) : 0;
+}
+
+// Whether an amount is written as its normal form writes it: no sign, no
+// grouping, no leading zero, the regional decimal symbol and two decimals
+// ("1234,50"), with at most thirteen whole digits; its cents then read
+// straight from its digits.
+bool enFormaNormal(const QString& amount, qint64* cents)
+{
+    const QChar dec = Regional::decimalSymbol();
+    const qsizetype n = amount.size();
+    if (n < 4 || n > 16 || amount.at(n - 3) != dec || dec == Regional::thousandsSymbol() ||
+        (amount.at(0) == u'0' && n > 4))
+        return false;
+    qint64 value = 0;
+    for (qsizetype i = 0; i < n; ++i) {
+        if (i == n - 3)
+            continue;
+        const char16_t c = amount.at(i).unicode();
+        if (c < u'0' || c > u'9')
+            return false;
+        value = value * 10 + (c - u'0');
+    }
+    *cents = value;
+    return true;
+}
+
+// The amount of a line in its normal form, and its cents (nullopt beyond the
+// range, 0 for a text that is no number), as NormalizeAmount and centavos
+// give them; an amount already written so is taken as it is.
+QString importeNormal(const QString& amount, std::optional<qint64>& cents)
+{
+    QString written = amount;
+    if (gDecimalSymbol != QLatin1String(".")) {
+        written.remove(u',');
+        written.replace(u'.', u',');
+    }
+    qint64 direct = 0;
+    if (enFormaNormal(written, &direct)) {
+        cents = direct;
+        return written;
+    }
+    const QString normal = NormalizeAmount(amount);
+    cents = centavos(normal);
+    return normal;
 }
 
 QString fueraDeRango(const QString& amount)
@@ -482,27 +541,22 @@ DetailImporter::Paso DetailImporter::comprobante(QStringList linea)
     }
     if (!ZoImport::EsCuitValido(linea.at(Cuit)))
         return detener(QStringLiteral("El CUIT informado no es válido. Verifique."));
-    const QString importe = NormalizeAmount(linea.at(Importe).trimmed());
+    std::optional<qint64> monto;
+    const QString importe = importeNormal(linea.at(Importe).trimmed(), monto);
     const QString tipo = linea.at(Tipo).trimmed();
-    const auto monto = centavos(importe);
     if (!monto)
         return detener(fueraDeRango(linea.at(Importe)));
     sumar(tipo.startsWith(QLatin1String("NC")) ? -*monto : *monto);
 
-    QStringList columnas = {QStringLiteral("Codigo"), QStringLiteral("FechaRectificativa"),
-                            QStringLiteral("CodigoDetalle"), QStringLiteral("Fecha")};
-    QStringList valores = {m_codigo, m_fecha, siguienteDetalle(), fecha};
-    if (m_rule.conTipo) {
-        columnas << QStringLiteral("TipoComprobante");
+    QStringList valores;
+    valores.reserve(kColumnasComprobante.size() + 1);
+    valores << m_codigo << m_fecha << siguienteDetalle() << fecha;
+    if (m_rule.conTipo)
         valores << tipoGuardado(tipo);
-    }
-    columnas << QStringLiteral("NroComprobante") << QStringLiteral("Denominacion")
-             << QStringLiteral("Cuit") << QStringLiteral("Padron")
-             << QStringLiteral("ImportePercibido") << QStringLiteral("ctrl");
     valores << ceros(linea.at(Numero), 15) << linea.at(Denominacion)
             << FormatCuit(QString(linea.at(Cuit)).remove(u'-').trimmed())
             << ceros(linea.at(Padron), 13) << importe << m_ctrl;
-    return insertar(columnas, valores);
+    return insertar(m_rule.conTipo ? kColumnasComprobanteConTipo : kColumnasComprobante, valores);
 }
 
 // --- Storing -------------------------------------------------------------------

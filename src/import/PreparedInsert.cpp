@@ -6,26 +6,28 @@
 bool PreparedInsert::insert(const QString& table, const QStringList& columns,
                             const QStringList& values)
 {
-    QString sql = QStringLiteral("INSERT INTO ") + table + QStringLiteral(" (") +
-                  columns.join(u',') + QStringLiteral(") VALUES (");
-    for (qsizetype i = 0; i < columns.size(); ++i)
-        sql += i == 0 ? QStringLiteral("?") : QStringLiteral(",?");
-    sql += u')';
     ZoAccess& db = gAccess();
     DatabaseConnection* connection = db.connection();
-    if (sql != m_sql || connection != m_connection || !m_statement) {
+    // The lines of one import repeat the same table and columns: the
+    // statement is made again only when they or the database change.
+    if (table != m_table || columns != m_columns || connection != m_connection || !m_statement) {
+        QString sql = QStringLiteral("INSERT INTO ") + table + QStringLiteral(" (") +
+                      columns.join(u',') + QStringLiteral(") VALUES (");
+        for (qsizetype i = 0; i < columns.size(); ++i)
+            sql += i == 0 ? QStringLiteral("?") : QStringLiteral(",?");
+        sql += u')';
         m_statement.reset(); // before a new one is prepared on the same connection
         m_statement = db.Prepare(sql);
         m_connection = connection;
-        m_sql = m_statement ? sql : QString();
+        m_table = m_statement ? table : QString();
+        m_columns = m_statement ? columns : QStringList();
         if (!m_statement)
             return fail();
     }
-    QVector<QVariant> binds;
-    binds.reserve(columns.size());
+    m_binds.resize(columns.size());
     for (int i = 0; i < columns.size(); ++i)
-        binds.push_back(i < values.size() ? QVariant(values.at(i)) : QVariant());
-    return m_statement->run(binds) || fail();
+        m_binds[i] = i < values.size() ? QVariant(values.at(i)) : QVariant();
+    return m_statement->run(m_binds) || fail();
 }
 
 bool PreparedInsert::fail()

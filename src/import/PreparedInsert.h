@@ -30,6 +30,8 @@ private:
 
     std::unique_ptr<ZoAccess::Prepared> m_statement;
     DatabaseConnection* m_connection = nullptr;
-    QString m_sql;
+    QString m_table;
+    QStringList m_columns;
+    QVector<QVariant> m_binds; // kept from line to line: no allocation per line
     QString m_failure;
 };

@@ -156,8 +156,19 @@ QString ZoImport::DeleteZeros(const QString& text)
 
 bool ZoImport::EsFecha(const QString& fecha)
 {
-    return fecha.size() == 10 && fecha.at(2) == u'-' && fecha.at(5) == u'-' &&
-           TextToDate(fecha).isValid();
+    if (fecha.size() != 10 || fecha.at(2) != u'-' || fecha.at(5) != u'-')
+        return false;
+    // Plain digits, as every line of a file writes them, are read at once;
+    // any other writing takes the general reading.
+    int day = 0, month = 0, year = 0;
+    for (int i : {0, 1, 3, 4, 6, 7, 8, 9}) {
+        const char16_t c = fecha.at(i).unicode();
+        if (c < u'0' || c > u'9')
+            return TextToDate(fecha).isValid();
+        int& part = i < 2 ? day : i < 5 ? month : year;
+        part = part * 10 + (c - u'0');
+    }
+    return QDate(year, month, day).isValid();
 }
 
 bool ZoImport::FechaPeriodo(const QString& fecha, int mes, int anio)

@@ -1,5 +1,9 @@
 #include "ZoForms.h"
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 #include "DeclarationReader.h"
 #include "ErrorLog.h"
 #include "Field.h"
@@ -83,7 +87,17 @@ int addBelow(TreeModel& model, int parent, const QString& key, const QString& te
 
 bool holdsCtrl(QStringView text)
 {
-    return text.contains(u"ctrl", Qt::CaseInsensitive);
+    // Plain ASCII, as the stored values are, is looked through at once.
+    const auto lower = [](char16_t c) { return char16_t(c >= u'A' && c <= u'Z' ? c + 32 : c); };
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t c = text.at(i).unicode();
+        if (c >= 0x80)
+            return text.contains(u"ctrl", Qt::CaseInsensitive);
+        if (lower(c) == u'c' && i + 3 < text.size() && lower(text.at(i + 1).unicode()) == u't' &&
+            lower(text.at(i + 2).unicode()) == u'r' && lower(text.at(i + 3).unicode()) == u'l')
+            return true;
+    }
+    return false;
 }
 
 // The padrón of a month's key, which begins with its premises' caption (or,
@@ -117,6 +131,15 @@ const Offer kOffers[] = {
     {"2", false, true, "'F987','F988'"},
     {"2", true, true, "'F985','F986','F987','F988'"},
 };
+
+// Hands back to the system the memory the build's rows and look-ups took
+// and gave up: the heap keeps it otherwise for as long as the window stands.
+void releaseFreedMemory()
+{
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
 
 } // namespace
 
@@ -276,6 +299,7 @@ bool ZoForms::fillLocales(Field& tree, const QString& idContribuyente)
     // What the build looked up is asked again only when the person adds a
     // year or a month: the index is made anew then rather than held.
     m_index.release();
+    releaseFreedMemory();
     return true;
 }
 

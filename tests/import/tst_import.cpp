@@ -591,6 +591,43 @@ private slots:
         QCOMPARE(Db::count(form + "_Detalle"), stored);
     }
 
+    // An amount is stored in its regional form with two decimals, however it
+    // is written; a date is taken only when it is a day of the calendar
+    // written in plain digits.
+    void amountsAndDatesAsWritten_data()
+    {
+        Columns<QString, QString, QStringList>("fecha", "importe", "stored");
+        const auto stored = [](const char* fecha, const char* importe) {
+            return QStringList{QString::fromUtf8(fecha) + u'|' + QString::fromUtf8(importe)};
+        };
+        Row("already normal", "15-03-2024", "1234.50", stored("15-03-2024", "1234,50"));
+        Row("cents only", "15-03-2024", "0.05", stored("15-03-2024", "0,05"));
+        Row("a leading zero", "15-03-2024", "00.05", stored("15-03-2024", "0,05"));
+        Row("one decimal", "15-03-2024", "1234.5", stored("15-03-2024", "1234,50"));
+        Row("whole", "15-03-2024", "7", stored("15-03-2024", "7,00"));
+        Row("grouped", "15-03-2024", "1,234.50", stored("15-03-2024", "1234,50"));
+        Row("three decimals", "15-03-2024", "2.675", stored("15-03-2024", "2,68"));
+        Row("fourteen whole digits", "15-03-2024", "12345678901234.00",
+            stored("15-03-2024", "12345678901234,00"));
+        Row("negative", "15-03-2024", "-3.10", stored("15-03-2024", "-3,10"));
+        Row("a leap day", "29-02-2024", "1.00", stored("29-02-2024", "1,00"));
+        Row("no such day", "30-02-2024", "1.00", QStringList());
+        Row("day zero", "00-03-2024", "1.00", QStringList());
+        Row("digits of another script", "١٥-03-2024", "1.00", QStringList());
+        Row("slashes", "15/03/2024", "1.00", QStringList());
+    }
+    void amountsAndDatesAsWritten()
+    {
+        QFETCH(QString, fecha);
+        QFETCH(QString, importe);
+        QFETCH(QStringList, stored);
+        const QByteArray line = ("2@" + codigo() + "@" + fecha +
+                                 "@FACA@123@PROVEEDOR SA@20-12345678-6@4567@" + importe + "\n")
+                                    .toUtf8();
+        QCOMPARE(importar("F978", file(cabecera("F978") + line)), !stored.isEmpty());
+        QCOMPARE(rows("F978_Detalle", "Fecha,ImportePercibido"), stored);
+    }
+
     void trailerOfAgents_data()
     {
         Columns<QString, QByteArray, QString>("form", "trailer", "message");
