@@ -261,10 +261,8 @@ void DetalleActividad::cmdAceptar()
         return;
     }
     SetCodigo(codigo);
-    const QString id = IdDetalle().isEmpty()
-                           ? SiguienteCodigoDetalle(m_datos.tabla, codigo, fecha,
-                                                    Parametro(QStringLiteral("ctrl")))
-                           : IdDetalle();
+    // A new line is numbered as it is written.
+    const QString id = IdDetalle();
     if (!GrabarLinea(m_datos.tabla, codigo, id, fecha,
                      {QStringLiteral("TipoActividad"), QStringLiteral("CodigoActividad"),
                       QStringLiteral("BaseImponible"), QStringLiteral("Alicuota"),

@@ -287,10 +287,8 @@ void DetalleComprobante::cmdAceptar()
         field(kNumero).selectAll();
         return;
     }
-    const QString id = IdDetalle().isEmpty()
-                           ? SiguienteCodigoDetalle(m_datos.tabla, codigo, fechaClave,
-                                                    Parametro(QStringLiteral("ctrl")))
-                           : IdDetalle();
+    // A new line is numbered as it is written.
+    const QString id = IdDetalle();
     QStringList columnas{QStringLiteral("Fecha")};
     QStringList valores{fechaTexto};
     if (m_datos.conTipo) {

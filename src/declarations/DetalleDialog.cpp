@@ -22,22 +22,6 @@ QString DetalleDialog::CodigoDeclaracion(const QString& parametros)
            (original ? QStringLiteral("O") : QStringLiteral("R"));
 }
 
-QString DetalleDialog::SiguienteCodigoDetalle(const QString& tabla, const QString& codigo,
-                                              const QString& fecha, const QString& ctrl)
-{
-    // The highest number by value: a text maximum would stop at an adjustment
-    // line "9999" and hand out "10000" twice.
-    RecordsetPtr rs = gAccess().FillRecordSet(
-        QStringLiteral("SELECT CodigoDetalle FROM %1 WHERE CODIGO = '%2' AND "
-                       "FECHARECTIFICATIVA = '%3' AND ctrl = '%4'")
-            .arg(tabla, Sq(codigo), Sq(fecha), Sq(ctrl)));
-    qint64 highest = 0;
-    if (rs)
-        for (const auto& row : rs->rows())
-            highest = qMax(highest, row.value(0).toString().trimmed().toLongLong());
-    return QStringLiteral("%1").arg(highest + 1, 4, 10, QChar(u'0'));
-}
-
 void DetalleDialog::handle(const QString& fieldName, Ev ev, Handler handler)
 {
     auto& chain = m_chains[{fieldName, ev}];
@@ -132,15 +116,25 @@ bool DetalleDialog::GrabarLinea(const QString& tabla, const QString& codigo,
                                 const QStringList& columnas, const QStringList& valores)
 {
     const QString ctrl = Parametro(QStringLiteral("ctrl"));
-    QStringList quoted{Sq(codigo), Sq(fecha), Sq(codigoDetalle)};
-    for (const QString& v : valores)
-        quoted << Sq(v);
-    quoted << Sq(ctrl);
+    const QString version = QStringLiteral("CODIGO = '%1' AND FECHARECTIFICATIVA = '%2' AND "
+                                           "ctrl = '%3'")
+                                .arg(Sq(codigo), Sq(fecha), Sq(ctrl));
     // The line is replaced whole or left as it was.
     return SaveWhole([&] {
-        gAccess().Execute(QStringLiteral("DELETE * FROM %1 WHERE CODIGO = '%2' AND CodigoDetalle = "
-                                         "'%3' AND FECHARECTIFICATIVA = '%4' AND ctrl = '%5'")
-                              .arg(tabla, Sq(codigo), Sq(codigoDetalle), Sq(fecha), Sq(ctrl)));
+        QString numero = codigoDetalle;
+        if (numero.isEmpty()) {
+            const qint64 siguiente =
+                gAccess().NextKey(tabla, QStringLiteral("CodigoDetalle"), version);
+            if (siguiente < 0)
+                return true; // the failure, logged, undoes the save
+            numero = QStringLiteral("%1").arg(siguiente, 4, 10, QChar(u'0'));
+        }
+        QStringList quoted{Sq(codigo), Sq(fecha), Sq(numero)};
+        for (const QString& v : valores)
+            quoted << Sq(v);
+        quoted << Sq(ctrl);
+        gAccess().Execute(QStringLiteral("DELETE * FROM %1 WHERE CodigoDetalle = '%2' AND %3")
+                              .arg(tabla, Sq(numero), version));
         gAccess().Execute(
             QStringLiteral("INSERT INTO %1 (Codigo,FechaRectificativa,CodigoDetalle,%2,ctrl) "
                            "VALUES ('%3')")

@@ -21,9 +21,6 @@ public:
     // Codigo of the declaration the parameter string names: padrón, period
     // without its "-", objeto, and "O" for an original or "R".
     static QString CodigoDeclaracion(const QString& parametros);
-    // The next number of a line of one version, "0001" for the first.
-    static QString SiguienteCodigoDetalle(const QString& tabla, const QString& codigo,
-                                          const QString& fecha, const QString& ctrl);
 
 protected:
     explicit DetalleDialog(const QString& windowName) : Controller(windowName) {}
@@ -59,8 +56,11 @@ protected:
     // Sets the Codigo entry, adding it when the string has none.
     void SetCodigo(const QString& codigo);
     // Writes one line: the old line of that number goes and the new one is
-    // inserted, so an edit keeps the line's number. False, with the person
-    // told why, when the database refused it: the dialog stays open.
+    // inserted, so an edit keeps the line's number. A new line (no number)
+    // gets the next number of its version, "0001" for the first, in the same
+    // step as its insert, so that two workstations never number two lines
+    // alike. False, with the person told why, when the database refused it:
+    // the dialog stays open.
     bool GrabarLinea(const QString& tabla, const QString& codigo, const QString& codigoDetalle,
                      const QString& fecha, const QStringList& columnas, const QStringList& valores);
     // The line was written: the form reads Aceptado once the dialog is gone.

@@ -312,17 +312,9 @@ void FormularioDDJJ::designBotones()
 void FormularioDDJJ::onLoad()
 {
     // The close box is refused in onQueryUnload: a form is left by its buttons.
-    tomarCabecera();
-    cargaDatos(1);
-    PropGrid();
-    DeshabilitarDetalle();
-    if (EsVerdadero(param(QStringLiteral("ConDatos")))) {
-        field(QStringLiteral("optOriginal")).setEnabled(false);
-        field(QStringLiteral("optRectificativa")).setEnabled(false);
-        field(kFecha).setEnabled(false);
-    }
+    // Open for editing on another workstation: here for consultation only,
+    // decided before anything is read or copied into the version.
     if (param(QStringLiteral("Nuevo")) != QLatin1String("Consultar")) {
-        // Open for editing on another workstation: here for consultation only.
         m_bloqueo = m_def.id + u' ' + padron() + objeto() + periodo() + u' ' +
                     param(QStringLiteral("ctrl"));
         const QString otro = EditLock::Acquire(m_bloqueo);
@@ -331,6 +323,15 @@ void FormularioDDJJ::onLoad()
             MsgBox(EditLock::HeldText(otro), Msg::Information);
             fijarParam(QStringLiteral("Nuevo"), QStringLiteral("Consultar"));
         }
+    }
+    tomarCabecera();
+    cargaDatos(1);
+    PropGrid();
+    DeshabilitarDetalle();
+    if (EsVerdadero(param(QStringLiteral("ConDatos")))) {
+        field(QStringLiteral("optOriginal")).setEnabled(false);
+        field(QStringLiteral("optRectificativa")).setEnabled(false);
+        field(kFecha).setEnabled(false);
     }
     if (param(QStringLiteral("Nuevo")) == QLatin1String("Consultar"))
         BloquearConsulta();
@@ -446,8 +447,17 @@ void FormularioDDJJ::CopiarDetallePrevio()
     const int ultima = rs->FieldCount() - 1;
     // The lines of the version before come over all together or not at all:
     // a rectification with some of them only would look whole.
+    // Copied once: another workstation may have begun the same version and
+    // copied them already.
+    const QString destino =
+        QStringLiteral("Codigo = ") + q(codigo()) + QStringLiteral(" AND FECHARECTIFICATIVA = ") +
+        q(NormalizarFecha(param(QStringLiteral("FechaRectificativaNueva")))) +
+        QStringLiteral(" AND ctrl = ") + q(ctrl());
     SaveWhole([&] {
-        copiarLineas(*rs, columnas, ultima);
+        gAccess().ReserveKeys(m_def.tablaDetalle, destino);
+        if (gAccess().GetInteger(QStringLiteral("SELECT count(*) FROM ") + m_def.tablaDetalle +
+                                 QStringLiteral(" WHERE ") + destino) == 0)
+            copiarLineas(*rs, columnas, ultima);
         return true;
     });
 }
@@ -885,6 +895,12 @@ void FormularioDDJJ::GrabarFormulario()
     const QString per = texto(QStringLiteral("txtPeriodo"));
     const QString pad = texto(QStringLiteral("txtPadron"));
     const QString obj = texto(QStringLiteral("txtObjeto"));
+    // The versions of one declaration are registered one at a time across
+    // workstations, so that two never take the same number.
+    const QString declaracion = QStringLiteral("Padron = ") + q(pad) +
+                                QStringLiteral(" AND Objeto = ") + q(obj) +
+                                QStringLiteral(" AND Periodo = ") + q(per);
+    gAccess().ReserveKeys(m_def.tabla, declaracion);
     const QString identidad =
         m_def.tieneCodigo
             ? QStringLiteral("CODIGO = ") + q(codigo()) +
@@ -910,6 +926,10 @@ void FormularioDDJJ::GrabarFormulario()
             q(f) + QStringLiteral(" AND ctrl = ") + q(ctrl()));
         return;
     }
+    if (gAccess().GetInteger(QStringLiteral("SELECT count(*) FROM ") + m_def.tabla +
+                             QStringLiteral(" WHERE ") + declaracion +
+                             QStringLiteral(" AND ctrl = ") + q(ctrl())) > 0)
+        TomarSiguienteVersion(declaracion);
     QVector<QPair<QString, QString>> valores{{QStringLiteral("Padron"), pad},
                                              {QStringLiteral("Objeto"), obj},
                                              {QStringLiteral("Periodo"), per},
@@ -934,6 +954,20 @@ void FormularioDDJJ::GrabarFormulario()
         QStringList{q(pad), q(obj), q(per), q(m_def.id), q(valorRect), q(f), q(ctrl())}.join(
             QStringLiteral(", ")) +
         u')');
+}
+
+void FormularioDDJJ::TomarSiguienteVersion(const QString& declaracion)
+{
+    // Another workstation registered a version under this number while this
+    // one was being made: this one takes the next, and its lines go with it.
+    const qint64 siguiente = gAccess().NextKey(m_def.tabla, QStringLiteral("ctrl"), declaracion);
+    if (siguiente < 0)
+        return;
+    if (!m_def.tablaDetalle.isEmpty())
+        gAccess().Execute(QStringLiteral("UPDATE ") + m_def.tablaDetalle +
+                          QStringLiteral(" SET ctrl = ") + q(QString::number(siguiente)) +
+                          QStringLiteral(" WHERE ") + filtroVersion());
+    fijarParam(QStringLiteral("ctrl"), QString::number(siguiente));
 }
 
 bool FormularioDDJJ::escribir(const QString& sql)

@@ -43,6 +43,8 @@ public:
     void BloquearConsulta();
     void GuardarFormulario(bool generar);
     void GrabarFormulario();
+    // The version takes the next free number of the declaration's versions.
+    void TomarSiguienteVersion(const QString& declaracion);
     virtual void RecalcularTotales() {}
 
     // The key of the version in edit, as the parameter string holds it.

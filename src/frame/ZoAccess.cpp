@@ -662,3 +662,44 @@ void ZoAccess::noteFailure(DatabaseConnection* db, const QString& error, const Q
     s_lastError = error;
     LogError(QStringLiteral("SQL"), error + QStringLiteral("\n") + sql, QStringLiteral("ZoAccess"));
 }
+
+bool ZoAccess::ReserveKeys(const QString& table, const QString& scope)
+{
+    DatabaseConnection* db = connection();
+    if (!db) {
+        noteFailure(nullptr, openFailure(), table);
+        return false;
+    }
+    // A server keeps a lock per name until the transaction ends; the name is
+    // the table and the scope (however their words are spelt), hashed by the
+    // server into the lock's number.
+    // A file has one writer at a time: an empty write takes the file now.
+    const bool server = db->dialect() == JetDialect::Postgres;
+    const QString sql =
+        server ? QStringLiteral("SELECT pg_advisory_xact_lock(7265002, hashtext($1))")
+               : QStringLiteral("DELETE FROM ") + table + QStringLiteral(" WHERE 0");
+    const QVector<QVariant> binds{(table + u'|' + scope).toLower().simplified()};
+    if (db->run(sql, server ? binds : QVector<QVariant>{}, nullptr))
+        return true;
+    noteFailure(db, db->lastError(), sql);
+    return false;
+}
+
+qint64 ZoAccess::NextKey(const QString& table, const QString& column, const QString& scope)
+{
+    if (!ReserveKeys(table, scope))
+        return -1;
+    QString sql = QStringLiteral("SELECT ") + column + QStringLiteral(" FROM ") + table;
+    if (!scope.isEmpty())
+        sql += QStringLiteral(" WHERE ") + scope;
+    const RecordsetPtr rs = read(sql, {});
+    if (!rs)
+        return -1;
+    // The highest by value: a text maximum would stop at "9999" and hand out
+    // "10000" twice.
+    qint64 highest = 0;
+    for (const auto& row : rs->rows())
+        highest = qMax(highest, row.value(0).toString().trimmed().toLongLong());
+    Dispose();
+    return highest + 1;
+}

@@ -107,6 +107,22 @@ public:
     // "base en servidor:puerto (usuario)".
     QString Describe() const;
 
+    // --- Numbers that two workstations never share ---------------------------
+    //
+    // Inside an open unit of work (a Transaction), reserves the handing out of
+    // new numbers among the rows of `table` that `scope` selects (a condition;
+    // "" for the whole table) until the unit ends. Another workstation that
+    // asks for the same waits its turn and then sees the rows this one
+    // inserted, so that reading the highest number and inserting the next are
+    // one step. On a server the reservation is the server's lock on that
+    // name; on a file the unit is taken for writing at once (it must not have
+    // read anything yet). False when it could not be taken (logged).
+    bool ReserveKeys(const QString& table, const QString& scope = {});
+    // The next number of `column` among the rows `scope` selects in `table`,
+    // reserved as above: one more than the highest by value (a text that is
+    // not a number counts as 0), 1 for the first. -1 when it could not be read.
+    qint64 NextKey(const QString& table, const QString& column, const QString& scope = {});
+
     DatabaseConnection* connection();
 
 private:

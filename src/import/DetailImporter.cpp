@@ -563,14 +563,17 @@ DetailImporter::Paso DetailImporter::comprobante(QStringList linea)
 
 QString DetailImporter::siguienteDetalle()
 {
-    // The maximum is read once; the import is the only writer meanwhile, so
-    // counting on from it gives the numbers a MAX per line would.
+    // The maximum is read once; the version's numbers are reserved for the
+    // import until it ends (no other workstation numbers a line of it
+    // meanwhile), so counting on from it gives the numbers a MAX per line would.
     if (m_proximo < 0) {
-        const QString maximo =
-            gAccess().GetString(QStringLiteral("SELECT MAX(CODIGODETALLE) as maximo FROM ") +
-                                m_tabla + QStringLiteral(" WHERE CODIGO = '") + Sq(m_codigo) +
+        const QString version = QStringLiteral("CODIGO = '") + Sq(m_codigo) +
                                 QStringLiteral("' AND FECHARECTIFICATIVA = '") + Sq(m_fecha) +
-                                QStringLiteral("' AND ctrl = '") + Sq(m_ctrl) + u'\'');
+                                QStringLiteral("' AND ctrl = '") + Sq(m_ctrl) + u'\'';
+        gAccess().ReserveKeys(m_tabla, version);
+        const QString maximo = gAccess().GetString(
+            QStringLiteral("SELECT MAX(CODIGODETALLE) as maximo FROM ") + m_tabla +
+            QStringLiteral(" WHERE ") + version);
         m_proximo = (maximo.isEmpty() || maximo == u"-1") ? 1 : qint64(Val(maximo)) + 1;
     }
     return QStringLiteral("%1").arg(m_proximo++, 4, 10, QChar(u'0'));

@@ -245,10 +245,13 @@ bool Contribuyentes::GuardarContribuyente()
     const QString nombre = field(kNombre).text();
     const QString cuit = field(kCuit).text();
     if (NewRecord) {
-        QString id = gAccess().GetString(
-            QStringLiteral("SELECT Max(IDCONTRIBUYENTE + 1) FROM CONTRIBUYENTES;"));
-        if (id.isEmpty())
-            id = QStringLiteral("1");
+        // Numbered in the same step as the insert: two workstations adding a
+        // taxpayer at once never get the same id.
+        const qint64 next =
+            gAccess().NextKey(QStringLiteral("CONTRIBUYENTES"), QStringLiteral("IDCONTRIBUYENTE"));
+        if (next < 0)
+            return true; // the failure, logged, undoes the save
+        const QString id = QString::number(next);
         QStringList values{id, nombre, cuit};
         gAccess().ExecuteNonQuery(QStringLiteral("INSERT INTO contribuyentes (idContribuyente, "
                                                  "ApellidoNombre, Cuit) VALUES (?,?,?);"),
