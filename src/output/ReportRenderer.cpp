@@ -7,6 +7,9 @@
 #include <QPagedPaintDevice>
 #include <QPainter>
 #include <QPdfWriter>
+#include <QThread>
+#include <QThreadPool>
+#include <future>
 
 #include "ErrorLog.h"
 #include "Numbers.h"
@@ -423,7 +426,14 @@ double AnnexLines(Sheet& s, const ReportLayout& l, const ReportJob& job, int pag
 // modules on white, with a quiet margin around it inside `side`.
 void QrCode(Sheet& s, const ReportJob& job, double x, double y, double side)
 {
-    const QVector<QVector<bool>> modules = ReportQrCode::Modules(ReportQrCode::Text(job));
+    // The copies of a declaration carry the same code: it is encoded once.
+    thread_local QString text;
+    thread_local QVector<QVector<bool>> modules;
+    const QString wanted = ReportQrCode::Text(job);
+    if (wanted != text || modules.isEmpty()) {
+        modules = ReportQrCode::Modules(wanted);
+        text = wanted;
+    }
     if (modules.isEmpty())
         return;
     const int quiet = 2;
@@ -513,7 +523,51 @@ void DrawJobPage(QPainter& painter, const ReportJob& job, int page, QStringList*
     Footer(s, *l, job);
 }
 
-bool WritePdf(const QList<ReportJob>& jobs, QPdfWriter& writer, QStringList* unfit)
+// Draws every page of the printings; the texts that did not fit their boxes
+// into `missed`.
+bool DrawAll(QPagedPaintDevice& device, const QList<ReportJob>& jobs, QStringList& missed)
+{
+    for (const ReportJob& job : jobs) {
+        if (!FindReportLayout(job.layout))
+            return false;
+    }
+    QPainter painter;
+    if (jobs.isEmpty() || !painter.begin(&device))
+        return false;
+    const QPageLayout page = device.pageLayout();
+    const QRectF paint = page.paintRect(QPageLayout::Millimeter);
+    const double dotsPerMm = device.width() / paint.width();
+    bool first = true;
+    for (const ReportJob& job : jobs) {
+        for (int p = 0; p < ReportRenderer::PageCount(job); ++p) {
+            if (!first)
+                device.newPage();
+            first = false;
+            painter.save();
+            painter.scale(dotsPerMm, dotsPerMm);
+            painter.translate(-paint.left(), -paint.top());
+            painter.fillRect(QRectF(0, 0, ReportRenderer::kPageWidth, ReportRenderer::kPageHeight),
+                             Qt::white);
+            DrawJobPage(painter, job, p, &missed);
+            painter.restore();
+        }
+    }
+    return painter.end();
+}
+
+// A text that did not fit its box is a fault of the layout: the paper still
+// shows it whole, and the developer learns of it.
+void LogUnfit(const QList<ReportJob>& jobs, const QStringList& missed)
+{
+    if (!missed.isEmpty())
+        LogError(QStringLiteral("0"),
+                 QStringLiteral("Texto que no cabe en su casilla: ") +
+                     missed.join(QStringLiteral(" | ")),
+                 QStringLiteral("ReportRenderer.Render ") + jobs.first().layout);
+}
+
+// Sets the writer up for A4 sheets and the file's title, and draws.
+bool DrawPdf(const QList<ReportJob>& jobs, QPdfWriter& writer, QStringList& missed)
 {
     writer.setResolution(300);
     writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait,
@@ -521,7 +575,7 @@ bool WritePdf(const QList<ReportJob>& jobs, QPdfWriter& writer, QStringList* unf
     writer.setTitle(jobs.isEmpty() ? QString()
                                    : QStringLiteral("Formulario ") + jobs.first().layout);
     writer.setCreator(QStringLiteral("Morvel"));
-    return ReportRenderer::Render(writer, jobs, unfit);
+    return DrawAll(writer, jobs, missed);
 }
 
 } // namespace
@@ -543,41 +597,12 @@ void ReportRenderer::DrawPage(QPainter& painter, const ReportJob& job, int page)
 bool ReportRenderer::Render(QPagedPaintDevice& device, const QList<ReportJob>& jobs,
                             QStringList* unfit)
 {
-    for (const ReportJob& job : jobs) {
-        if (!FindReportLayout(job.layout))
-            return false;
-    }
-    QPainter painter;
-    if (jobs.isEmpty() || !painter.begin(&device))
-        return false;
-    const QPageLayout page = device.pageLayout();
-    const QRectF paint = page.paintRect(QPageLayout::Millimeter);
-    const double dotsPerMm = device.width() / paint.width();
     QStringList missed;
-    bool first = true;
-    for (const ReportJob& job : jobs) {
-        for (int p = 0; p < PageCount(job); ++p) {
-            if (!first)
-                device.newPage();
-            first = false;
-            painter.save();
-            painter.scale(dotsPerMm, dotsPerMm);
-            painter.translate(-paint.left(), -paint.top());
-            painter.fillRect(QRectF(0, 0, kPageWidth, kPageHeight), Qt::white);
-            DrawJobPage(painter, job, p, &missed);
-            painter.restore();
-        }
-    }
-    // A text that did not fit its box is a fault of the layout: the paper
-    // still shows it whole, and the developer learns of it.
-    if (!missed.isEmpty())
-        LogError(QStringLiteral("0"),
-                 QStringLiteral("Texto que no cabe en su casilla: ") +
-                     missed.join(QStringLiteral(" | ")),
-                 QStringLiteral("ReportRenderer.Render ") + jobs.first().layout);
+    const bool drawn = DrawAll(device, jobs, missed);
+    LogUnfit(jobs, missed);
     if (unfit)
         *unfit += missed;
-    return painter.end();
+    return drawn;
 }
 
 QStringList ReportRenderer::UnfitTexts(const QList<ReportJob>& jobs)
@@ -586,14 +611,18 @@ QStringList ReportRenderer::UnfitTexts(const QList<ReportJob>& jobs)
     buffer.open(QIODevice::WriteOnly);
     QPdfWriter writer(&buffer);
     QStringList unfit;
-    WritePdf(jobs, writer, &unfit);
+    DrawPdf(jobs, writer, unfit);
+    LogUnfit(jobs, unfit);
     return unfit;
 }
 
 bool WriteReportPdf(const QList<ReportJob>& jobs, const QString& path)
 {
     QPdfWriter writer(path);
-    return WritePdf(jobs, writer, nullptr);
+    QStringList missed;
+    const bool written = DrawPdf(jobs, writer, missed);
+    LogUnfit(jobs, missed);
+    return written;
 }
 
 QImage RenderPageImage(const ReportJob& job, int page, double dotsPerMm)
@@ -609,4 +638,64 @@ QImage RenderPageImage(const ReportJob& job, int page, double dotsPerMm)
     painter.scale(dotsPerMm, dotsPerMm);
     ReportRenderer::DrawPage(painter, job, page);
     return image;
+}
+
+struct ReportPdfQueue::File {
+    QList<ReportJob> jobs;
+    QStringList missed; // written by the drawing thread, read after it ends
+    std::promise<bool> promise;
+    std::future<bool> written;
+    Done done;
+};
+
+ReportPdfQueue::ReportPdfQueue(int parallel)
+    : m_parallel(parallel > 0 ? parallel : qMax(1, QThread::idealThreadCount())),
+      m_pool(std::make_unique<QThreadPool>())
+{
+    // The threads live as long as the queue: each keeps the fonts it loaded
+    // for the files after.
+    m_pool->setMaxThreadCount(m_parallel);
+    m_pool->setExpiryTimeout(-1);
+}
+
+ReportPdfQueue::~ReportPdfQueue()
+{
+    Finish();
+}
+
+void ReportPdfQueue::Add(const QList<ReportJob>& jobs, const QString& path, Done done)
+{
+    while (!m_pending.empty() && endOldest(false)) {
+    }
+    // A file waiting its turn for every thread keeps them busy.
+    while (int(m_pending.size()) >= 2 * m_parallel)
+        endOldest(true);
+    auto file = std::make_shared<File>();
+    file->jobs = jobs;
+    file->done = std::move(done);
+    file->written = file->promise.get_future();
+    m_pool->start([file, path] {
+        QPdfWriter writer(path);
+        file->promise.set_value(DrawPdf(file->jobs, writer, file->missed));
+    });
+    m_pending.push_back(std::move(file));
+}
+
+void ReportPdfQueue::Finish()
+{
+    while (!m_pending.empty())
+        endOldest(true);
+}
+
+bool ReportPdfQueue::endOldest(bool wait)
+{
+    const std::shared_ptr<File> file = m_pending.front();
+    if (!wait && file->written.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
+        return false;
+    const bool written = file->written.get();
+    m_pending.pop_front();
+    LogUnfit(file->jobs, file->missed);
+    if (file->done)
+        file->done(written);
+    return true;
 }
