@@ -16,7 +16,7 @@
 #include "output/ArchiveQueue.h"
 #include "output/GenerarDisco.h"
 #include "output/ReportDriver.h"
-#include "output/ReportRenderer.h"
+#include "output/ReportPdfQueue.h"
 #include "output/ZoGenerateDisk.h"
 #include "output/ZoHashGuid.h"
 

@@ -2,14 +2,12 @@
 
 #include <QBuffer>
 #include <QFont>
+#include <QHash>
 #include <QFontMetricsF>
 #include <QPageLayout>
 #include <QPagedPaintDevice>
 #include <QPainter>
 #include <QPdfWriter>
-#include <QThread>
-#include <QThreadPool>
-#include <future>
 
 #include "ErrorLog.h"
 #include "Numbers.h"
@@ -95,15 +93,10 @@ public:
         if (text.isEmpty())
             return;
         const QRectF area(x + 1.2, y, w - 2.4, h);
-        // One line a little smaller reads better than two; then two or more
-        // lines; then one line as small as it may get.
-        if (fit(area, text, align, size, bold, 1, kOneLineScale) ||
-            (lines > 1 && fit(area, text, align, size, bold, lines, kMinScale)) ||
-            fit(area, text, align, size, bold, 1, kMinScale))
-            return;
-        if (m_unfit)
+        const Fitted fitted = fitting(area, text, size, bold, lines);
+        if (!fitted.fits && m_unfit)
             *m_unfit << text;
-        draw(area, {text}, makeFont(size * kMinScale, bold), align);
+        draw(area, fitted.lines, makeFont(fitted.size, bold), align);
     }
     // A ruled box with its caption small in the upper left corner; the value
     // may take two lines.
@@ -124,17 +117,52 @@ public:
     }
 
 private:
-    // Draws the text on at most `lines` lines at the largest size down to
-    // `least` of `size` at which it fits; false when it does not.
-    bool fit(const QRectF& area, const QString& text, int align, double size, bool bold, int lines,
-             double least)
+    // The size and the lines a text is drawn with in its box.
+    struct Fitted {
+        double size = 0;
+        QStringList lines;
+        bool fits = false;
+    };
+    // One line a little smaller reads better than two; then two or more
+    // lines; then one line as small as it may get, and noted as unfit. The
+    // same words come back in the same boxes page after page: what was
+    // measured once is kept, for the thread's painters of the same device.
+    Fitted fitting(const QRectF& area, const QString& text, double size, bool bold, int lines)
+    {
+        thread_local QHash<QString, Fitted> measured;
+        const QString key = text + QChar(0) +
+                            QStringLiteral("%1 %2 %3 %4 %5 %6 %7")
+                                .arg(area.width(), 0, 'g', 17)
+                                .arg(area.height(), 0, 'g', 17)
+                                .arg(size, 0, 'g', 17)
+                                .arg(int(bold))
+                                .arg(lines)
+                                .arg(m_p.device()->logicalDpiY())
+                                .arg(m_p.device()->devType());
+        const auto known = measured.constFind(key);
+        if (known != measured.cend())
+            return *known;
+        Fitted fitted;
+        if (!fit(fitted, area, text, size, bold, 1, kOneLineScale) &&
+            !(lines > 1 && fit(fitted, area, text, size, bold, lines, kMinScale)) &&
+            !fit(fitted, area, text, size, bold, 1, kMinScale))
+            fitted = {size * kMinScale, {text}, false};
+        if (measured.size() > 50000)
+            measured.clear();
+        measured.insert(key, fitted);
+        return fitted;
+    }
+    // The largest size down to `least` of `size` at which the text fits on
+    // at most `lines` lines; false when it does not.
+    bool fit(Fitted& fitted, const QRectF& area, const QString& text, double size, bool bold,
+             int lines, double least) const
     {
         const double width = area.width() * kTextUnit;
         for (double scale = 1.0; scale >= least - 1e-9; scale -= kScaleStep) {
             const QFont font = makeFont(size * scale, bold);
             const QFontMetricsF metrics(font, m_p.device());
             if (metrics.horizontalAdvance(text) <= width) {
-                draw(area, {text}, font, align);
+                fitted = {size * scale, {text}, true};
                 return true;
             }
             if (lines < 2)
@@ -142,7 +170,7 @@ private:
             const QStringList wrapped = WrapWords(text, metrics, width);
             if (!wrapped.isEmpty() && wrapped.size() <= lines &&
                 wrapped.size() * metrics.height() <= (area.height() + 0.2) * kTextUnit) {
-                draw(area, wrapped, font, align);
+                fitted = {size * scale, wrapped, true};
                 return true;
             }
         }
@@ -523,61 +551,6 @@ void DrawJobPage(QPainter& painter, const ReportJob& job, int page, QStringList*
     Footer(s, *l, job);
 }
 
-// Draws every page of the printings; the texts that did not fit their boxes
-// into `missed`.
-bool DrawAll(QPagedPaintDevice& device, const QList<ReportJob>& jobs, QStringList& missed)
-{
-    for (const ReportJob& job : jobs) {
-        if (!FindReportLayout(job.layout))
-            return false;
-    }
-    QPainter painter;
-    if (jobs.isEmpty() || !painter.begin(&device))
-        return false;
-    const QPageLayout page = device.pageLayout();
-    const QRectF paint = page.paintRect(QPageLayout::Millimeter);
-    const double dotsPerMm = device.width() / paint.width();
-    bool first = true;
-    for (const ReportJob& job : jobs) {
-        for (int p = 0; p < ReportRenderer::PageCount(job); ++p) {
-            if (!first)
-                device.newPage();
-            first = false;
-            painter.save();
-            painter.scale(dotsPerMm, dotsPerMm);
-            painter.translate(-paint.left(), -paint.top());
-            painter.fillRect(QRectF(0, 0, ReportRenderer::kPageWidth, ReportRenderer::kPageHeight),
-                             Qt::white);
-            DrawJobPage(painter, job, p, &missed);
-            painter.restore();
-        }
-    }
-    return painter.end();
-}
-
-// A text that did not fit its box is a fault of the layout: the paper still
-// shows it whole, and the developer learns of it.
-void LogUnfit(const QList<ReportJob>& jobs, const QStringList& missed)
-{
-    if (!missed.isEmpty())
-        LogError(QStringLiteral("0"),
-                 QStringLiteral("Texto que no cabe en su casilla: ") +
-                     missed.join(QStringLiteral(" | ")),
-                 QStringLiteral("ReportRenderer.Render ") + jobs.first().layout);
-}
-
-// Sets the writer up for A4 sheets and the file's title, and draws.
-bool DrawPdf(const QList<ReportJob>& jobs, QPdfWriter& writer, QStringList& missed)
-{
-    writer.setResolution(300);
-    writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait,
-                                     QMarginsF(0, 0, 0, 0), QPageLayout::Millimeter));
-    writer.setTitle(jobs.isEmpty() ? QString()
-                                   : QStringLiteral("Formulario ") + jobs.first().layout);
-    writer.setCreator(QStringLiteral("Morvel"));
-    return DrawAll(writer, jobs, missed);
-}
-
 } // namespace
 
 int ReportRenderer::PageCount(const ReportJob& job)
@@ -589,6 +562,55 @@ int ReportRenderer::PageCount(const ReportJob& job)
     return qMax(1, int((job.rows.size() + per - 1) / per));
 }
 
+bool ReportRenderer::Printable(const QList<ReportJob>& jobs)
+{
+    return !jobs.isEmpty() && std::all_of(jobs.cbegin(), jobs.cend(), [](const ReportJob& job) {
+        return FindReportLayout(job.layout) != nullptr;
+    });
+}
+
+void ReportRenderer::SetUpPdf(QPdfWriter& writer, const QList<ReportJob>& jobs)
+{
+    writer.setResolution(300);
+    writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait,
+                                     QMarginsF(0, 0, 0, 0), QPageLayout::Millimeter));
+    writer.setTitle(jobs.isEmpty() ? QString()
+                                   : QStringLiteral("Formulario ") + jobs.first().layout);
+    writer.setCreator(QStringLiteral("Morvel"));
+}
+
+void ReportRenderer::DrawPages(QPainter& painter, QPagedPaintDevice& device,
+                               const QList<ReportJob>& jobs, QStringList& missed, bool& first)
+{
+    const QPageLayout page = device.pageLayout();
+    const QRectF paint = page.paintRect(QPageLayout::Millimeter);
+    const double dotsPerMm = device.width() / paint.width();
+    for (const ReportJob& job : jobs) {
+        for (int p = 0; p < PageCount(job); ++p) {
+            if (!first)
+                device.newPage();
+            first = false;
+            painter.save();
+            painter.scale(dotsPerMm, dotsPerMm);
+            painter.translate(-paint.left(), -paint.top());
+            painter.fillRect(QRectF(0, 0, kPageWidth, kPageHeight), Qt::white);
+            DrawJobPage(painter, job, p, &missed);
+            painter.restore();
+        }
+    }
+}
+
+// A text that did not fit its box is a fault of the layout: the paper still
+// shows it whole, and the developer learns of it.
+void ReportRenderer::LogUnfit(const QList<ReportJob>& jobs, const QStringList& missed)
+{
+    if (!missed.isEmpty())
+        LogError(QStringLiteral("0"),
+                 QStringLiteral("Texto que no cabe en su casilla: ") +
+                     missed.join(QStringLiteral(" | ")),
+                 QStringLiteral("ReportRenderer.Render ") + jobs.first().layout);
+}
+
 void ReportRenderer::DrawPage(QPainter& painter, const ReportJob& job, int page)
 {
     DrawJobPage(painter, job, page, nullptr);
@@ -597,12 +619,16 @@ void ReportRenderer::DrawPage(QPainter& painter, const ReportJob& job, int page)
 bool ReportRenderer::Render(QPagedPaintDevice& device, const QList<ReportJob>& jobs,
                             QStringList* unfit)
 {
+    QPainter painter;
+    if (!Printable(jobs) || !painter.begin(&device))
+        return false;
     QStringList missed;
-    const bool drawn = DrawAll(device, jobs, missed);
+    bool first = true;
+    DrawPages(painter, device, jobs, missed, first);
     LogUnfit(jobs, missed);
     if (unfit)
         *unfit += missed;
-    return drawn;
+    return painter.end();
 }
 
 QStringList ReportRenderer::UnfitTexts(const QList<ReportJob>& jobs)
@@ -610,19 +636,17 @@ QStringList ReportRenderer::UnfitTexts(const QList<ReportJob>& jobs)
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     QPdfWriter writer(&buffer);
+    ReportRenderer::SetUpPdf(writer, jobs);
     QStringList unfit;
-    DrawPdf(jobs, writer, unfit);
-    LogUnfit(jobs, unfit);
+    ReportRenderer::Render(writer, jobs, &unfit);
     return unfit;
 }
 
 bool WriteReportPdf(const QList<ReportJob>& jobs, const QString& path)
 {
     QPdfWriter writer(path);
-    QStringList missed;
-    const bool written = DrawPdf(jobs, writer, missed);
-    LogUnfit(jobs, missed);
-    return written;
+    ReportRenderer::SetUpPdf(writer, jobs);
+    return ReportRenderer::Render(writer, jobs);
 }
 
 QImage RenderPageImage(const ReportJob& job, int page, double dotsPerMm)
@@ -638,64 +662,4 @@ QImage RenderPageImage(const ReportJob& job, int page, double dotsPerMm)
     painter.scale(dotsPerMm, dotsPerMm);
     ReportRenderer::DrawPage(painter, job, page);
     return image;
-}
-
-struct ReportPdfQueue::File {
-    QList<ReportJob> jobs;
-    QStringList missed; // written by the drawing thread, read after it ends
-    std::promise<bool> promise;
-    std::future<bool> written;
-    Done done;
-};
-
-ReportPdfQueue::ReportPdfQueue(int parallel)
-    : m_parallel(parallel > 0 ? parallel : qMax(1, QThread::idealThreadCount())),
-      m_pool(std::make_unique<QThreadPool>())
-{
-    // The threads live as long as the queue: each keeps the fonts it loaded
-    // for the files after.
-    m_pool->setMaxThreadCount(m_parallel);
-    m_pool->setExpiryTimeout(-1);
-}
-
-ReportPdfQueue::~ReportPdfQueue()
-{
-    Finish();
-}
-
-void ReportPdfQueue::Add(const QList<ReportJob>& jobs, const QString& path, Done done)
-{
-    while (!m_pending.empty() && endOldest(false)) {
-    }
-    // A file waiting its turn for every thread keeps them busy.
-    while (int(m_pending.size()) >= 2 * m_parallel)
-        endOldest(true);
-    auto file = std::make_shared<File>();
-    file->jobs = jobs;
-    file->done = std::move(done);
-    file->written = file->promise.get_future();
-    m_pool->start([file, path] {
-        QPdfWriter writer(path);
-        file->promise.set_value(DrawPdf(file->jobs, writer, file->missed));
-    });
-    m_pending.push_back(std::move(file));
-}
-
-void ReportPdfQueue::Finish()
-{
-    while (!m_pending.empty())
-        endOldest(true);
-}
-
-bool ReportPdfQueue::endOldest(bool wait)
-{
-    const std::shared_ptr<File> file = m_pending.front();
-    if (!wait && file->written.wait_for(std::chrono::seconds(0)) != std::future_status::ready)
-        return false;
-    const bool written = file->written.get();
-    m_pending.pop_front();
-    LogUnfit(file->jobs, file->missed);
-    if (file->done)
-        file->done(written);
-    return true;
 }

@@ -2,18 +2,15 @@
 
 #include <QList>
 #include <QString>
-#include <deque>
-#include <functional>
-#include <memory>
 
 #include "ReportJob.h"
 
 #include <QImage>
 
-class QThreadPool;
 
 class QPagedPaintDevice;
 class QPainter;
+class QPdfWriter;
 struct ReportLayout;
 
 // Draws printings on paper-like devices (a printer, a PDF file, a preview),
@@ -34,6 +31,18 @@ public:
     // One page, in millimetres of the sheet, on a painter already scaled.
     static void DrawPage(QPainter& painter, const ReportJob& job, int page);
 
+    // Whether every printing's layout is known, and there is one at least.
+    static bool Printable(const QList<ReportJob>& jobs);
+    // Sets a PDF writer up for A4 sheets, titled after the first printing.
+    static void SetUpPdf(QPdfWriter& writer, const QList<ReportJob>& jobs);
+    // Draws the printings' pages with a painter begun on `device`, each on a
+    // new page but the very first (`first`, then false); the texts that did
+    // not fit their boxes into `missed`.
+    static void DrawPages(QPainter& painter, QPagedPaintDevice& device,
+                          const QList<ReportJob>& jobs, QStringList& missed, bool& first);
+    // Writes the texts that did not fit their boxes to the daily log.
+    static void LogUnfit(const QList<ReportJob>& jobs, const QStringList& missed);
+
     static constexpr double kPageWidth = 210.0;
     static constexpr double kPageHeight = 297.0;
 };
@@ -44,35 +53,3 @@ QImage RenderPageImage(const ReportJob& job, int page, double dotsPerMm);
 // Writes the printings as one PDF file, A4; false when it cannot be written.
 bool WriteReportPdf(const QList<ReportJob>& jobs, const QString& path);
 
-// Writes many printings' PDF files at once: each file is drawn on a thread
-// of its own while the caller prepares the next, with at most as many files
-// at a time as the machine has cores. Each file's end is told to its
-// callback on the caller's thread, in the order the files were given; a text
-// that did not fit its box is written to the daily log there.
-class ReportPdfQueue
-{
-public:
-    // Whether the file was written.
-    using Done = std::function<void(bool written)>;
-
-    explicit ReportPdfQueue(int parallel = 0);
-    ~ReportPdfQueue();
-    ReportPdfQueue(const ReportPdfQueue&) = delete;
-    ReportPdfQueue& operator=(const ReportPdfQueue&) = delete;
-
-    // Starts drawing the file, first waiting for the oldest when enough wait
-    // their turn; the files already ended are told on the way.
-    void Add(const QList<ReportJob>& jobs, const QString& path, Done done);
-    // Waits for every file and tells their ends.
-    void Finish();
-
-private:
-    struct File;
-    // Ends the oldest file, waiting for it when `wait`; false when it is
-    // still being drawn.
-    bool endOldest(bool wait);
-
-    int m_parallel;
-    std::unique_ptr<QThreadPool> m_pool;
-    std::deque<std::shared_ptr<File>> m_pending;
-};
