@@ -7,7 +7,6 @@
 
 #include <QImage>
 
-
 class QPagedPaintDevice;
 class QPainter;
 class QPdfWriter;
