@@ -4,8 +4,10 @@
 //    the main window's fields, against a plain scan of pre-folded names;
 //  - the filing calendar of a taxpayer with 20 years of filings, opened,
 //    against one query of the same rows into a hash;
-//  - a period generated for 100 taxpayers with four forms each, against the
-//    400 archiver runs on the same texts.
+//  - a period generated for 100 taxpayers with four forms each, with their
+//    printed forms as PDF and without, against the 400 archiver runs on the
+//    same texts, as many at a time as the machine has cores; the three taken
+//    in turn, run after run, and their medians compared.
 // Usage: bench_desk [runs] [finder|calendar|generation]
 #include <QCoreApplication>
 #include <QDir>
@@ -15,7 +17,13 @@
 #include <QGuiApplication>
 #include <QTemporaryDir>
 #include <QTextStream>
+#include <QThread>
+#include <algorithm>
+#include <sys/resource.h>
+#include <deque>
 #include <functional>
+#include <memory>
+#include <vector>
 
 #include "Globals.h"
 #include "Person.h"
@@ -28,6 +36,7 @@
 #include "desk/CalendarioPresentaciones.h"
 #include "desk/GeneracionLote.h"
 #include "desk/MensajesRegistrados.h"
+#include "output/SevenZipRun.h"
 #include "output/ZoGenerateDisk.h"
 #include "shell/Principal.h"
 
@@ -124,6 +133,12 @@ double best(int runs, const std::function<void()>& work)
         fastest = fastest < 0 ? ms : qMin(fastest, ms);
     }
     return fastest;
+}
+
+double median(std::vector<double> v)
+{
+    std::sort(v.begin(), v.end());
+    return v.empty() ? 0 : v[v.size() / 2];
 }
 
 void report(const QString& what, double program, double reference)
@@ -235,6 +250,69 @@ void benchCalendar(int runs)
     report(QStringLiteral("calendar, 20 years, opened"), program, reference);
 }
 
+// A period generated into `folder`, emptied first; the files written.
+int generate(const QString& folder, const QVector<int>& ids, bool conPdf)
+{
+    QDir(folder).removeRecursively();
+    QDir().mkpath(folder);
+    GeneracionLote lote;
+    lote.Periodo = QStringLiteral("03-2025");
+    lote.Destino = folder;
+    lote.Ids = ids;
+    lote.ConPdf = conPdf;
+    return int(lote.Ejecutar().escritos.size());
+}
+
+// The reference: each text zipped alone by one archiver run, with as many
+// runs at a time as the machine has cores, the oldest waited for when all
+// are taken.
+void zipAll(const QStringList& texts, int parallel)
+{
+    std::deque<std::unique_ptr<SevenZipRun>> running;
+    for (const QString& text : texts) {
+        if (int(running.size()) >= parallel) {
+            running.front()->Wait();
+            running.pop_front();
+        }
+        const QString zip = text + QStringLiteral(".zip");
+        QFile::remove(zip);
+        running.push_back(std::make_unique<SevenZipRun>());
+        running.back()->Start(ArchiveArguments(text, zip, {}), false);
+    }
+    while (!running.empty()) {
+        running.front()->Wait();
+        running.pop_front();
+    }
+}
+
+// The processor time of this process, its threads and its children waited
+// for, in milliseconds: what the work costs whatever else the machine runs.
+double cpuMs()
+{
+    double ms = 0;
+    for (const int who : {RUSAGE_SELF, RUSAGE_CHILDREN}) {
+        rusage usage{};
+        getrusage(who, &usage);
+        for (const timeval& t : {usage.ru_utime, usage.ru_stime})
+            ms += t.tv_sec * 1e3 + t.tv_usec / 1e3;
+    }
+    return ms;
+}
+
+// The wall and processor times of each run of a piece of work.
+struct Times {
+    std::vector<double> wall, cpu;
+    void time(const std::function<void()>& work)
+    {
+        const double before = cpuMs();
+        QElapsedTimer timer;
+        timer.start();
+        work();
+        wall.push_back(timer.nsecsElapsed() / 1e6);
+        cpu.push_back(cpuMs() - before);
+    }
+};
+
 void benchGeneration(int runs, const QString& root)
 {
     {
@@ -248,51 +326,41 @@ void benchGeneration(int runs, const QString& root)
     QVector<int> ids;
     for (int id = 10001; id <= 10100; ++id)
         ids << id;
-    int written = 0;
-    const double program = best(runs, [&] {
-        const QString folder = root + QStringLiteral("/lote");
-        QDir(folder).removeRecursively();
-        QDir().mkpath(folder);
-        GeneracionLote lote;
-        lote.Periodo = QStringLiteral("03-2025");
-        lote.Destino = folder;
-        lote.Ids = ids;
-        lote.ConPdf = false;
-        written = int(lote.Ejecutar().escritos.size());
-    });
-    // The reference: the same 400 texts, each zipped by one archiver run.
+    // A first run gives the texts of the reference, and warms what the
+    // runs share (fonts, the archiver on the disk cache).
+    const QString bare = root + QStringLiteral("/lote");
+    const QString printed = root + QStringLiteral("/lote-pdf");
+    const int files = generate(bare, ids, false);
+    const int filesWithPdf = generate(printed, ids, true);
     QStringList texts;
-    QDirIterator files(root + QStringLiteral("/lote"), QDir::Files, QDirIterator::Subdirectories);
+    QDirIterator zips(bare, QDir::Files, QDirIterator::Subdirectories);
     const QString plain = root + QStringLiteral("/textos");
-    QDir().mkpath(plain);
-    for (int n = 0; files.hasNext(); ++n) {
+    for (int n = 0; zips.hasNext(); ++n) {
         QString member = QStringLiteral("TEMPFILE.DJ");
         QString into = plain + QStringLiteral("/%1").arg(n);
+        QDir().mkpath(into);
         ZoGenerateDisk disk;
-        disk.Expand(files.next(), member, into);
+        disk.Expand(zips.next(), member, into);
         texts << into + QStringLiteral("/TEMPFILE.DJ");
     }
-    const double reference = best(runs, [&] {
-        for (const QString& text : texts) {
-            const QString zip = text + QStringLiteral(".zip");
-            QFile::remove(zip);
-            RunSevenZip({QStringLiteral("a"), QStringLiteral("-tzip"), zip, text});
-        }
-    });
-    report(QStringLiteral("generation, 100 taxpayers x 4 forms"), program, reference);
-    out << "  files written " << written << ", archiver runs " << texts.size() << Qt::endl;
-    // For the record: the same run with the printed forms as PDF beside.
-    const double withPdf = best(1, [&] {
-        const QString folder = root + QStringLiteral("/lote-pdf");
-        QDir().mkpath(folder);
-        GeneracionLote lote;
-        lote.Periodo = QStringLiteral("03-2025");
-        lote.Destino = folder;
-        lote.Ids = ids;
-        written = int(lote.Ejecutar().escritos.size());
-    });
-    report(QStringLiteral("  the same with the printed forms (PDF)"), withPdf, reference);
-    out << "  files written " << written << Qt::endl;
+    const int parallel = qMax(1, QThread::idealThreadCount());
+    // One run of each in turn, so that what else the machine does weighs on
+    // the three alike; the medians.
+    Times withPdf, withoutPdf, reference;
+    for (int run = 0; run < runs; ++run) {
+        withPdf.time([&] { generate(printed, ids, true); });
+        withoutPdf.time([&] { generate(bare, ids, false); });
+        reference.time([&] { zipAll(texts, parallel); });
+    }
+    const double ref = median(reference.wall);
+    report(QStringLiteral("generation, 100 x 4, with the PDFs"), median(withPdf.wall), ref);
+    report(QStringLiteral("generation, 100 x 4, without the PDFs"), median(withoutPdf.wall), ref);
+    const double refCpu = median(reference.cpu);
+    report(QStringLiteral("  processor time, with the PDFs"), median(withPdf.cpu), refCpu);
+    report(QStringLiteral("  processor time, without the PDFs"), median(withoutPdf.cpu), refCpu);
+    out << "  files written " << filesWithPdf << " with the PDFs, " << files << " without; "
+        << texts.size() << " archiver runs, " << parallel << " at a time; medians of " << runs
+        << " runs" << Qt::endl;
 }
 
 } // namespace

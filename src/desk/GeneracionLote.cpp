@@ -16,7 +16,7 @@
 #include "output/ArchiveQueue.h"
 #include "output/GenerarDisco.h"
 #include "output/ReportDriver.h"
-#include "output/ReportRenderer.h"
+#include "output/ReportPdfQueue.h"
 #include "output/ZoGenerateDisk.h"
 #include "output/ZoHashGuid.h"
 
@@ -82,21 +82,25 @@ ResumenLote GeneracionLote::Ejecutar()
         // was given stands whatever stops the run.
         Transaction unidad(gAccess(), Transaction::Mode::KeepWhatPassed);
         ArchiveQueue cola;
+        ReportPdfQueue pdfs;
         for (int n = 0; n < tareas.size(); ++n) {
             if (Progreso && !Progreso(n, int(tareas.size()), tareas.at(n).nombre)) {
                 resumen.cancelado = true;
                 break;
             }
-            generar(tareas.at(n), cola, resultados[n]);
+            generar(tareas.at(n), cola, pdfs, resultados[n]);
             for (const QString& texto : mensajes.Tomar())
                 resultados[n].omitidos << tareas.at(n).nombre + QStringLiteral(": ") + texto;
         }
         cola.Finish();
+        pdfs.Finish();
     }
     for (const Resultado& r : std::as_const(resultados)) {
         for (const QString& escrito : {r.archivo, r.pdf})
             if (!escrito.isEmpty())
                 resumen.escritos << escrito;
+        if (!r.pdfOmitido.isEmpty())
+            resumen.omitidos << r.pdfOmitido;
         resumen.omitidos << r.omitidos;
     }
     if (Progreso && !resumen.cancelado)
@@ -104,7 +108,8 @@ ResumenLote GeneracionLote::Ejecutar()
     return resumen;
 }
 
-void GeneracionLote::generar(const Tarea& tarea, ArchiveQueue& cola, Resultado& resultado)
+void GeneracionLote::generar(const Tarea& tarea, ArchiveQueue& cola, ReportPdfQueue& pdfs,
+                             Resultado& resultado)
 {
     const QString que =
         tarea.nombre + u' ' + tarea.formulario + QStringLiteral(" padrón ") + tarea.padron;
@@ -150,20 +155,23 @@ void GeneracionLote::generar(const Tarea& tarea, ArchiveQueue& cola, Resultado& 
                                                ArchiveFailureText();
              });
     if (ConPdf)
-        imprimir(tarea, archivo, resultado);
+        imprimir(tarea, archivo, pdfs, resultado);
 }
 
-void GeneracionLote::imprimir(const Tarea& tarea, const QString& archivo,
+void GeneracionLote::imprimir(const Tarea& tarea, const QString& archivo, ReportPdfQueue& pdfs,
                               Resultado& resultado) const
 {
     const QList<ReportJob> jobs = ReportDriver::Prepare(tarea.clave);
     if (jobs.isEmpty())
         return; // a form that prints nothing (an F976 without lines)
     const QString pdf = archivo.left(archivo.size() - 3) + QStringLiteral(".pdf");
-    if (WriteReportPdf(jobs, pdf))
-        resultado.pdf = tarea.carpeta + u'/' + QFileInfo(pdf).fileName();
-    else
-        resultado.omitidos << tarea.nombre + u' ' + tarea.formulario +
-                                  QStringLiteral(" padrón ") + tarea.padron +
-                                  QStringLiteral(": no se pudo escribir el PDF.");
+    const QString escrito = tarea.carpeta + u'/' + QFileInfo(pdf).fileName();
+    const QString que =
+        tarea.nombre + u' ' + tarea.formulario + QStringLiteral(" padrón ") + tarea.padron;
+    pdfs.Add(jobs, pdf, [&resultado, escrito, que](bool written) {
+        if (written)
+            resultado.pdf = escrito;
+        else
+            resultado.pdfOmitido = que + QStringLiteral(": no se pudo escribir el PDF.");
+    });
 }

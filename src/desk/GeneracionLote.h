@@ -7,6 +7,7 @@
 #include <functional>
 
 class ArchiveQueue;
+class ReportPdfQueue;
 
 // What a whole period's generation did.
 struct ResumenLote {
@@ -54,12 +55,16 @@ private:
     struct Resultado {
         QString archivo;
         QString pdf;
+        QString pdfOmitido; // told before the others: the PDF is asked for first
         QStringList omitidos;
     };
     QVector<Tarea> planificar(ResumenLote& resumen) const;
-    // Writes the declaration's text and hands it to the archiver, which runs
-    // while its printed form, and the next declaration, are prepared.
-    void generar(const Tarea& tarea, ArchiveQueue& cola, Resultado& resultado);
-    void imprimir(const Tarea& tarea, const QString& archivo, Resultado& resultado) const;
+    // Writes the declaration's text and hands it to the archiver, and its
+    // printed form to the PDF writers, which run while the next declaration
+    // is prepared.
+    void generar(const Tarea& tarea, ArchiveQueue& cola, ReportPdfQueue& pdfs,
+                 Resultado& resultado);
+    void imprimir(const Tarea& tarea, const QString& archivo, ReportPdfQueue& pdfs,
+                  Resultado& resultado) const;
     QSet<QString> m_carpetas; // the folders made so far
 };

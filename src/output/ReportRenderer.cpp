@@ -2,6 +2,7 @@
 
 #include <QBuffer>
 #include <QFont>
+#include <QHash>
 #include <QFontMetricsF>
 #include <QPageLayout>
 #include <QPagedPaintDevice>
@@ -92,15 +93,10 @@ public:
         if (text.isEmpty())
             return;
         const QRectF area(x + 1.2, y, w - 2.4, h);
-        // One line a little smaller reads better than two; then two or more
-        // lines; then one line as small as it may get.
-        if (fit(area, text, align, size, bold, 1, kOneLineScale) ||
-            (lines > 1 && fit(area, text, align, size, bold, lines, kMinScale)) ||
-            fit(area, text, align, size, bold, 1, kMinScale))
-            return;
-        if (m_unfit)
+        const Fitted fitted = fitting(area, text, size, bold, lines);
+        if (!fitted.fits && m_unfit)
             *m_unfit << text;
-        draw(area, {text}, makeFont(size * kMinScale, bold), align);
+        draw(area, fitted.lines, makeFont(fitted.size, bold), align);
     }
     // A ruled box with its caption small in the upper left corner; the value
     // may take two lines.
@@ -121,17 +117,52 @@ public:
     }
 
 private:
-    // Draws the text on at most `lines` lines at the largest size down to
-    // `least` of `size` at which it fits; false when it does not.
-    bool fit(const QRectF& area, const QString& text, int align, double size, bool bold, int lines,
-             double least)
+    // The size and the lines a text is drawn with in its box.
+    struct Fitted {
+        double size = 0;
+        QStringList lines;
+        bool fits = false;
+    };
+    // One line a little smaller reads better than two; then two or more
+    // lines; then one line as small as it may get, and noted as unfit. The
+    // same words come back in the same boxes page after page: what was
+    // measured once is kept, for the thread's painters of the same device.
+    Fitted fitting(const QRectF& area, const QString& text, double size, bool bold, int lines)
+    {
+        thread_local QHash<QString, Fitted> measured;
+        const QString key = text + QChar(0) +
+                            QStringLiteral("%1 %2 %3 %4 %5 %6 %7")
+                                .arg(area.width(), 0, 'g', 17)
+                                .arg(area.height(), 0, 'g', 17)
+                                .arg(size, 0, 'g', 17)
+                                .arg(int(bold))
+                                .arg(lines)
+                                .arg(m_p.device()->logicalDpiY())
+                                .arg(m_p.device()->devType());
+        const auto known = measured.constFind(key);
+        if (known != measured.cend())
+            return *known;
+        Fitted fitted;
+        if (!fit(fitted, area, text, size, bold, 1, kOneLineScale) &&
+            !(lines > 1 && fit(fitted, area, text, size, bold, lines, kMinScale)) &&
+            !fit(fitted, area, text, size, bold, 1, kMinScale))
+            fitted = {size * kMinScale, {text}, false};
+        if (measured.size() > 50000)
+            measured.clear();
+        measured.insert(key, fitted);
+        return fitted;
+    }
+    // The largest size down to `least` of `size` at which the text fits on
+    // at most `lines` lines; false when it does not.
+    bool fit(Fitted& fitted, const QRectF& area, const QString& text, double size, bool bold,
+             int lines, double least) const
     {
         const double width = area.width() * kTextUnit;
         for (double scale = 1.0; scale >= least - 1e-9; scale -= kScaleStep) {
             const QFont font = makeFont(size * scale, bold);
             const QFontMetricsF metrics(font, m_p.device());
             if (metrics.horizontalAdvance(text) <= width) {
-                draw(area, {text}, font, align);
+                fitted = {size * scale, {text}, true};
                 return true;
             }
             if (lines < 2)
@@ -139,7 +170,7 @@ private:
             const QStringList wrapped = WrapWords(text, metrics, width);
             if (!wrapped.isEmpty() && wrapped.size() <= lines &&
                 wrapped.size() * metrics.height() <= (area.height() + 0.2) * kTextUnit) {
-                draw(area, wrapped, font, align);
+                fitted = {size * scale, wrapped, true};
                 return true;
             }
         }
@@ -423,7 +454,14 @@ double AnnexLines(Sheet& s, const ReportLayout& l, const ReportJob& job, int pag
 // modules on white, with a quiet margin around it inside `side`.
 void QrCode(Sheet& s, const ReportJob& job, double x, double y, double side)
 {
-    const QVector<QVector<bool>> modules = ReportQrCode::Modules(ReportQrCode::Text(job));
+    // The copies of a declaration carry the same code: it is encoded once.
+    thread_local QString text;
+    thread_local QVector<QVector<bool>> modules;
+    const QString wanted = ReportQrCode::Text(job);
+    if (wanted != text || modules.isEmpty()) {
+        modules = ReportQrCode::Modules(wanted);
+        text = wanted;
+    }
     if (modules.isEmpty())
         return;
     const int quiet = 2;
@@ -513,17 +551,6 @@ void DrawJobPage(QPainter& painter, const ReportJob& job, int page, QStringList*
     Footer(s, *l, job);
 }
 
-bool WritePdf(const QList<ReportJob>& jobs, QPdfWriter& writer, QStringList* unfit)
-{
-    writer.setResolution(300);
-    writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait,
-                                     QMarginsF(0, 0, 0, 0), QPageLayout::Millimeter));
-    writer.setTitle(jobs.isEmpty() ? QString()
-                                   : QStringLiteral("Formulario ") + jobs.first().layout);
-    writer.setCreator(QStringLiteral("Morvel"));
-    return ReportRenderer::Render(writer, jobs, unfit);
-}
-
 } // namespace
 
 int ReportRenderer::PageCount(const ReportJob& job)
@@ -535,26 +562,29 @@ int ReportRenderer::PageCount(const ReportJob& job)
     return qMax(1, int((job.rows.size() + per - 1) / per));
 }
 
-void ReportRenderer::DrawPage(QPainter& painter, const ReportJob& job, int page)
+bool ReportRenderer::Printable(const QList<ReportJob>& jobs)
 {
-    DrawJobPage(painter, job, page, nullptr);
+    return !jobs.isEmpty() && std::all_of(jobs.cbegin(), jobs.cend(), [](const ReportJob& job) {
+        return FindReportLayout(job.layout) != nullptr;
+    });
 }
 
-bool ReportRenderer::Render(QPagedPaintDevice& device, const QList<ReportJob>& jobs,
-                            QStringList* unfit)
+void ReportRenderer::SetUpPdf(QPdfWriter& writer, const QList<ReportJob>& jobs)
 {
-    for (const ReportJob& job : jobs) {
-        if (!FindReportLayout(job.layout))
-            return false;
-    }
-    QPainter painter;
-    if (jobs.isEmpty() || !painter.begin(&device))
-        return false;
+    writer.setResolution(300);
+    writer.setPageLayout(QPageLayout(QPageSize(QPageSize::A4), QPageLayout::Portrait,
+                                     QMarginsF(0, 0, 0, 0), QPageLayout::Millimeter));
+    writer.setTitle(jobs.isEmpty() ? QString()
+                                   : QStringLiteral("Formulario ") + jobs.first().layout);
+    writer.setCreator(QStringLiteral("Morvel"));
+}
+
+void ReportRenderer::DrawPages(QPainter& painter, QPagedPaintDevice& device,
+                               const QList<ReportJob>& jobs, QStringList& missed, bool& first)
+{
     const QPageLayout page = device.pageLayout();
     const QRectF paint = page.paintRect(QPageLayout::Millimeter);
     const double dotsPerMm = device.width() / paint.width();
-    QStringList missed;
-    bool first = true;
     for (const ReportJob& job : jobs) {
         for (int p = 0; p < PageCount(job); ++p) {
             if (!first)
@@ -568,13 +598,34 @@ bool ReportRenderer::Render(QPagedPaintDevice& device, const QList<ReportJob>& j
             painter.restore();
         }
     }
-    // A text that did not fit its box is a fault of the layout: the paper
-    // still shows it whole, and the developer learns of it.
+}
+
+// A text that did not fit its box is a fault of the layout: the paper still
+// shows it whole, and the developer learns of it.
+void ReportRenderer::LogUnfit(const QList<ReportJob>& jobs, const QStringList& missed)
+{
     if (!missed.isEmpty())
         LogError(QStringLiteral("0"),
                  QStringLiteral("Texto que no cabe en su casilla: ") +
                      missed.join(QStringLiteral(" | ")),
                  QStringLiteral("ReportRenderer.Render ") + jobs.first().layout);
+}
+
+void ReportRenderer::DrawPage(QPainter& painter, const ReportJob& job, int page)
+{
+    DrawJobPage(painter, job, page, nullptr);
+}
+
+bool ReportRenderer::Render(QPagedPaintDevice& device, const QList<ReportJob>& jobs,
+                            QStringList* unfit)
+{
+    QPainter painter;
+    if (!Printable(jobs) || !painter.begin(&device))
+        return false;
+    QStringList missed;
+    bool first = true;
+    DrawPages(painter, device, jobs, missed, first);
+    LogUnfit(jobs, missed);
     if (unfit)
         *unfit += missed;
     return painter.end();
@@ -585,15 +636,17 @@ QStringList ReportRenderer::UnfitTexts(const QList<ReportJob>& jobs)
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
     QPdfWriter writer(&buffer);
+    ReportRenderer::SetUpPdf(writer, jobs);
     QStringList unfit;
-    WritePdf(jobs, writer, &unfit);
+    ReportRenderer::Render(writer, jobs, &unfit);
     return unfit;
 }
 
 bool WriteReportPdf(const QList<ReportJob>& jobs, const QString& path)
 {
     QPdfWriter writer(path);
-    return WritePdf(jobs, writer, nullptr);
+    ReportRenderer::SetUpPdf(writer, jobs);
+    return ReportRenderer::Render(writer, jobs);
 }
 
 QImage RenderPageImage(const ReportJob& job, int page, double dotsPerMm)

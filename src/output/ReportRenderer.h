@@ -9,6 +9,7 @@
 
 class QPagedPaintDevice;
 class QPainter;
+class QPdfWriter;
 struct ReportLayout;
 
 // Draws printings on paper-like devices (a printer, a PDF file, a preview),
@@ -29,6 +30,18 @@ public:
     // One page, in millimetres of the sheet, on a painter already scaled.
     static void DrawPage(QPainter& painter, const ReportJob& job, int page);
 
+    // Whether every printing's layout is known, and there is one at least.
+    static bool Printable(const QList<ReportJob>& jobs);
+    // Sets a PDF writer up for A4 sheets, titled after the first printing.
+    static void SetUpPdf(QPdfWriter& writer, const QList<ReportJob>& jobs);
+    // Draws the printings' pages with a painter begun on `device`, each on a
+    // new page but the very first (`first`, then false); the texts that did
+    // not fit their boxes into `missed`.
+    static void DrawPages(QPainter& painter, QPagedPaintDevice& device,
+                          const QList<ReportJob>& jobs, QStringList& missed, bool& first);
+    // Writes the texts that did not fit their boxes to the daily log.
+    static void LogUnfit(const QList<ReportJob>& jobs, const QStringList& missed);
+
     static constexpr double kPageWidth = 210.0;
     static constexpr double kPageHeight = 297.0;
 };
@@ -38,3 +51,4 @@ QImage RenderPageImage(const ReportJob& job, int page, double dotsPerMm);
 
 // Writes the printings as one PDF file, A4; false when it cannot be written.
 bool WriteReportPdf(const QList<ReportJob>& jobs, const QString& path);
+

@@ -10,6 +10,8 @@
 #include "desk/GeneracionLote.h"
 #include "desk/GenerarLote.h"
 #include "output/GenerarDisco.h"
+#include "output/ReportDriver.h"
+#include "output/ReportRenderer.h"
 #include "output/ZoGenerateDisk.h"
 
 namespace {
@@ -40,6 +42,29 @@ QByteArray member(const QString& archive)
     if (!disk.Expand(archive, name, folder))
         return {};
     return ReadBytes(folder + u'/' + name);
+}
+
+// What a person sees of a PDF: each page as a grey picture, and its text
+// as laid out; empty when the tools are missing.
+QList<QByteArray> looks(const QString& pdf)
+{
+    QTemporaryDir out;
+    QProcess tool;
+    tool.start("pdftoppm", {"-r", "60", "-gray", pdf, out.filePath("page")});
+    if (!tool.waitForFinished() || tool.exitCode() != 0)
+        return {};
+    QList<QByteArray> seen;
+    QDirIterator pages(out.path(), QDir::Files);
+    QStringList names;
+    while (pages.hasNext())
+        names << pages.next();
+    names.sort();
+    for (const QString& page : names)
+        seen << ReadBytes(page);
+    tool.start("pdftotext", {"-layout", pdf, "-"});
+    if (!tool.waitForFinished())
+        return {};
+    return seen << tool.readAllStandardOutput();
 }
 
 QStringList filesUnder(const QString& root)
@@ -98,6 +123,51 @@ private slots:
         text.start("pdftotext", {env->path("lote/20000000016 PÉREZ JUAN/09760124.pdf"), "-"});
         QVERIFY(text.waitForFinished());
         QVERIFY(QString::fromUtf8(text.readAllStandardOutput()).contains("1.300,00"));
+    }
+
+    // The batch draws its printed forms by groups and parts them into a file
+    // each: every file shows, page by page and word by word, what the same
+    // forms written alone show.
+    void printedFormsShowWhatAFileOfTheirOwnShows_data()
+    {
+        Columns<int, QString, QString, int>("id", "form", "file", "pages");
+        Row("the rectified return, one copy", 1, "F976", "20000000016 PÉREZ JUAN/09760124.pdf", 1);
+        Row("an annex, two copies", 1, "F977", "20000000016 PÉREZ JUAN/09770124.pdf", 2);
+        Row("another taxpayer's return", 2, "F976", "20000000026 ACME SRL/09760124.pdf", 1);
+    }
+    void printedFormsShowWhatAFileOfTheirOwnShows()
+    {
+        QFETCH(int, id);
+        QFETCH(QString, form);
+        QFETCH(QString, file);
+        QFETCH(int, pages);
+        if (QStandardPaths::findExecutable("pdftoppm").isEmpty())
+            QSKIP("pdftoppm (poppler-utils) is not installed");
+        GeneracionLote lote;
+        lote.Periodo = "01-2024";
+        lote.Destino = env->path("lote");
+        QDir().mkpath(lote.Destino);
+        lote.Ejecutar();
+        EstadoPresentaciones estado;
+        estado.Cargar(id);
+        QString key;
+        for (const FilaPresentacion& fila : estado.filas())
+            if (fila.formulario == form)
+                key = fila.celda("01-2024").clave;
+        const QString alone = env->path("solo.pdf");
+        QVERIFY(WriteReportPdf(ReportDriver::Prepare(key), alone));
+        const QList<QByteArray> expected = looks(alone);
+        QCOMPARE(expected.size(), pages + 1);
+        const QList<QByteArray> seen = looks(lote.Destino + u'/' + file);
+        QCOMPARE(seen.size(), expected.size());
+        for (int n = 0; n < seen.size(); ++n)
+            QVERIFY2(seen.at(n) == expected.at(n), qPrintable(QString("page %1").arg(n + 1)));
+        // the title is the form's, as in a file of its own
+        QProcess info;
+        info.start("pdfinfo", {lote.Destino + u'/' + file});
+        QVERIFY(info.waitForFinished());
+        QVERIFY(QString::fromUtf8(info.readAllStandardOutput())
+                    .contains(QRegularExpression("Title: +Formulario " + form + "\\n")));
     }
 
     // With the clock fixed, as two runs at the same moment would be: the
