@@ -51,6 +51,9 @@ QString PeriodCopy::originalFilter() const
 bool PeriodCopy::Copy(const FormTables& form) const
 {
     ZoAccess& db = gAccess();
+    const QString newPeriod = m_mm + u'-' + m_yyyy;
+    if (alreadyCopied(form, newPeriod))
+        return true;
     const RecordsetPtr rows = db.FillRecordSet(
         QStringLiteral("SELECT * FROM ") + form.id + QStringLiteral(" WHERE PADRON = ") +
         quoted(m_padron) + QStringLiteral(" AND Objeto = ") + quoted(m_objeto) +
@@ -58,7 +61,6 @@ bool PeriodCopy::Copy(const FormTables& form) const
         originalFilter());
     if (!rows)
         return false;
-    const QString newPeriod = m_mm + u'-' + m_yyyy;
     for (; !rows->EOF_(); rows->MoveNext()) {
         QStringList columns = {QStringLiteral("Padron"), QStringLiteral("Objeto"),
                                QStringLiteral("Periodo"), QStringLiteral("Rectificativa"),
@@ -89,6 +91,21 @@ bool PeriodCopy::Copy(const FormTables& form) const
             return false;
     }
     return true;
+}
+
+bool PeriodCopy::alreadyCopied(const FormTables& form, const QString& newPeriod) const
+{
+    // Another workstation may have started the same month a moment ago, its
+    // tree not yet shown here: under the month's reservation (the one a form's
+    // save takes), a month that has its original keeps it and gets no second.
+    ZoAccess& db = gAccess();
+    const QString month = QStringLiteral("Padron = ") + quoted(m_padron) +
+                          QStringLiteral(" AND Objeto = ") + quoted(m_objeto) +
+                          QStringLiteral(" AND Periodo = ") + quoted(newPeriod);
+    db.ReserveKeys(form.id, month);
+    return db.GetLong(QStringLiteral("SELECT COUNT(1) FROM ") + form.id +
+                      QStringLiteral(" WHERE ") + month + QStringLiteral(" AND ") +
+                      originalFilter()) > 0;
 }
 
 bool PeriodCopy::copyLines(const FormTables& form, const QString& oldCodigo,

@@ -17,6 +17,9 @@ public:
     bool Copy(const FormTables& form) const;
 
 private:
+    // Whether the month already has this form's original, looked at under
+    // the month's reservation.
+    bool alreadyCopied(const FormTables& form, const QString& newPeriod) const;
     bool copyLines(const FormTables& form, const QString& oldCodigo,
                    const QString& newCodigo) const;
     QString originalFilter() const;

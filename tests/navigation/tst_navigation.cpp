@@ -499,6 +499,15 @@ private slots:
             (QStringList{"F986", "F988"}));
         QCOMPARE(Db::column("SELECT ImporteDepositar FROM F988 WHERE Periodo = '09-2024'"),
                  QStringList{"1.234,56"});
+        // a second workstation starting the same month, its tree not yet
+        // showing it, copies nothing twice
+        gForms().InsertCopiaDDJJ("1", "08", "2024", "2024", "09", Pad13("1"), Pad13("1"));
+        QCOMPARE(
+            Db::column("SELECT idFormulario FROM TPadrones_Formularios WHERE Periodo = '09-2024' "
+                       "ORDER BY 1"),
+            (QStringList{"F986", "F988"}));
+        QCOMPARE(Db::column("SELECT COUNT(*) FROM F986 WHERE Periodo = '09-2024'"),
+                 QStringList{"1"});
     }
 
     void buttonsFollowTheClickedNode_data()
