@@ -23,6 +23,28 @@ public:
     // Runs the statement with `values` bound in order; "" is bound as the
     // empty text, a null QVariant as Null.
     virtual bool run(const QVector<QVariant>& values) = 0;
+    // Runs it with `texts` bound in order as text and the marks past them,
+    // up to `marks`, as Null: what run() binds for the same QString values,
+    // without wrapping each in a QVariant (the lines of an import are text).
+    virtual bool runTexts(const QStringList& texts, int marks) = 0;
+};
+
+// The UTF-8 bytes of texts to bind, written into one buffer kept from run to
+// run, so that binding a line allocates nothing once the buffer has grown.
+class Utf8Binds
+{
+public:
+    // Encodes the first `marks` of `texts` (those past its end count as Null).
+    void encode(const QStringList& texts, int marks);
+    // The bytes of bind `i`, 0-terminated; nullptr for Null.
+    const char* value(int i) const { return m_values.at(i); }
+    int length(int i) const { return m_lengths.at(i); }
+    const char* const* values() const { return m_values.constData(); }
+
+private:
+    QByteArray m_buffer;
+    QVector<const char*> m_values;
+    QVector<int> m_lengths;
 };
 
 // An open database under the gateway: the data folder's SQLite file or a

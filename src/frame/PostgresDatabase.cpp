@@ -112,10 +112,12 @@ public:
     Statement(Connection& connection, QByteArray name) : m_connection(connection), m_name(name) {}
     ~Statement() override;
     bool run(const QVector<QVariant>& values) override;
+    bool runTexts(const QStringList& texts, int marks) override;
 
 private:
     Connection& m_connection;
     QByteArray m_name;
+    Utf8Binds m_binds;
 };
 
 class Connection : public DatabaseConnection
@@ -293,6 +295,14 @@ bool Statement::run(const QVector<QVariant>& values)
     const Binds b(values);
     PGresult* res = PQexecPrepared(m_connection.conn(), m_name.constData(), int(b.values.size()),
                                    b.values.constData(), nullptr, nullptr, 0);
+    return m_connection.take(res, {}, nullptr);
+}
+
+bool Statement::runTexts(const QStringList& texts, int marks)
+{
+    m_binds.encode(texts, marks);
+    PGresult* res = PQexecPrepared(m_connection.conn(), m_name.constData(), marks,
+                                   m_binds.values(), nullptr, nullptr, 0);
     return m_connection.take(res, {}, nullptr);
 }
 

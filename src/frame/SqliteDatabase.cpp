@@ -208,10 +208,26 @@ public:
         sqlite3_clear_bindings(m_statement);
         return done;
     }
+    bool runTexts(const QStringList& texts, int marks) override
+    {
+        m_binds.encode(texts, marks);
+        for (int i = 0; i < marks; ++i) {
+            if (m_binds.value(i))
+                sqlite3_bind_text(m_statement, i + 1, m_binds.value(i), m_binds.length(i),
+                                  SQLITE_STATIC);
+            else
+                sqlite3_bind_null(m_statement, i + 1);
+        }
+        const bool done = sqlite3_step(m_statement) == SQLITE_DONE;
+        sqlite3_reset(m_statement);
+        sqlite3_clear_bindings(m_statement);
+        return done;
+    }
 
 private:
     sqlite3* m_db;
     sqlite3_stmt* m_statement;
+    Utf8Binds m_binds; // the bytes stay until the step has read them
 };
 
 struct Connection : DatabaseConnection {

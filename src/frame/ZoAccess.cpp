@@ -618,8 +618,16 @@ ZoAccess::Prepared::~Prepared() = default;
 
 bool ZoAccess::Prepared::run(const QVector<QVariant>& values)
 {
-    if (m_statement->run(values))
-        return true;
+    return m_statement->run(values) || failed();
+}
+
+bool ZoAccess::Prepared::runTexts(const QStringList& texts, int marks)
+{
+    return m_statement->runTexts(texts, marks) || failed();
+}
+
+bool ZoAccess::Prepared::failed()
+{
     DatabaseConnection* db = m_db.connection();
     m_db.noteFailure(db, db ? db->lastError() : m_db.openFailure(), m_sql);
     return false;

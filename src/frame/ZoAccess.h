@@ -86,8 +86,13 @@ public:
         Prepared(ZoAccess& db, std::unique_ptr<PreparedStatement> statement, QString sql);
         ~Prepared();
         bool run(const QVector<QVariant>& values);
+        // Runs it with `texts` bound as text and the marks past them, up to
+        // `marks`, as Null.
+        bool runTexts(const QStringList& texts, int marks);
 
     private:
+        bool failed();
+
         ZoAccess& m_db;
         std::unique_ptr<PreparedStatement> m_statement;
         QString m_sql;

@@ -24,10 +24,7 @@ bool PreparedInsert::insert(const QString& table, const QStringList& columns,
         if (!m_statement)
             return fail();
     }
-    m_binds.resize(columns.size());
-    for (int i = 0; i < columns.size(); ++i)
-        m_binds[i] = i < values.size() ? QVariant(values.at(i)) : QVariant();
-    return m_statement->run(m_binds) || fail();
+    return m_statement->runTexts(values, int(columns.size())) || fail();
 }
 
 bool PreparedInsert::fail()

@@ -32,6 +32,5 @@ private:
     DatabaseConnection* m_connection = nullptr;
     QString m_table;
     QStringList m_columns;
-    QVector<QVariant> m_binds; // kept from line to line: no allocation per line
     QString m_failure;
 };

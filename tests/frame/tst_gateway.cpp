@@ -254,6 +254,55 @@ private slots:
                  QString("1"));
     }
 
+    // An import binds its lines as texts: each is stored as the same value
+    // bound one by one would be, empty text apart from Null, after a longer
+    // line has been bound on the same statement.
+    void preparedTextsStoreAsBoundValues_data()
+    {
+        QTest::addColumn<QStringList>("texts");
+        QTest::addColumn<int>("marks");
+        QTest::addColumn<QStringList>("stored"); // "<null>" for Null
+
+        QTest::newRow("accented") << QStringList{"Año ñandú €", "ÁÉÍÓÚ ü"} << 2
+                                  << QStringList{"Año ñandú €", "ÁÉÍÓÚ ü"};
+        QTest::newRow("empty is text") << QStringList{"", ""} << 2 << QStringList{"", ""};
+        QTest::newRow("numbers as written") << QStringList{"1,50", "-40000"} << 2
+                                            << QStringList{"1,50", "-40000"};
+        QTest::newRow("missing are null") << QStringList{"a"} << 2 << QStringList{"a", "<null>"};
+        QTest::newRow("none") << QStringList{} << 2 << QStringList{"<null>", "<null>"};
+        QTest::newRow("extra ignored") << QStringList{"a", "b", "c"} << 2
+                                       << QStringList{"a", "b"};
+        QTest::newRow("quotes") << QStringList{"O'Brien; DROP", "\\\"x\\\""} << 2
+                                << QStringList{"O'Brien; DROP", "\\\"x\\\""};
+    }
+
+    void preparedTextsStoreAsBoundValues()
+    {
+        QFETCH(QStringList, texts);
+        QFETCH(int, marks);
+        QFETCH(QStringList, stored);
+        db.Execute("DELETE * FROM t");
+        auto insert = db.Prepare("INSERT INTO t (Nombre, Valor) VALUES (?, ?)");
+        QVERIFY(insert);
+        const QString longer(300, u'ñ');
+        QVERIFY(insert->runTexts({longer, longer}, marks));
+        QVERIFY(insert->runTexts(texts, marks));
+        QVector<QVariant> values;
+        for (int i = 0; i < marks; ++i)
+            values << (i < texts.size() ? QVariant(texts.at(i)) : QVariant());
+        QVERIFY(insert->run(values));
+        RecordsetPtr rs = db.FillRecordSet("SELECT Nombre, Valor FROM t ORDER BY Id");
+        QVERIFY(rs);
+        QCOMPARE(rs->RecordCount(), 3);
+        QCOMPARE(rs->Text(0), longer);
+        for (int row = 1; row < 3; ++row) {
+            rs->MoveNext();
+            for (int column = 0; column < 2; ++column)
+                QCOMPARE(rs->IsNull(column) ? QString("<null>") : rs->Text(column),
+                         stored.at(column));
+        }
+    }
+
     void deleteRecordAsks()
     {
         env->ui().answer("Esta seguro de eliminar el registro?", Msg::No);
