@@ -508,38 +508,38 @@ QStringList CatalogueStatements()
     for (const Activity& a : kActivities)
         out << QStringLiteral("INSERT INTO tActividades (idTActividad, Nombre, Alicuota) "
                               "VALUES (%1, %2, %3)")
-                   .arg(QString::number(a.code), SqlQuoted(text(a.name)),
-                        SqlQuoted(text(rateOf(a.code))));
+                   .arg(QString::number(a.code), Quoted(text(a.name)),
+                        Quoted(text(rateOf(a.code))));
     int id = 0;
     for (const Voucher& v : kVouchers) {
         const QString code = text(v.code);
         const QString description = text(v.description);
         out << QStringLiteral("INSERT INTO tComprobantes (idTComprobante, valor, descripcion, "
                               "Nombre) VALUES (%1, %2, %3, %4)")
-                   .arg(QString::number(++id), SqlQuoted(code), SqlQuoted(description),
-                        SqlQuoted(code + QStringLiteral(" - ") + description));
+                   .arg(QString::number(++id), Quoted(code), Quoted(description),
+                        Quoted(code + QStringLiteral(" - ") + description));
     }
     id = 0;
     for (const char* name : kMunicipalities)
         out << QStringLiteral("INSERT INTO tMunicipalidades (idTMunicipalidad, Nombre) "
                               "VALUES (%1, %2)")
-                   .arg(QString::number(++id), SqlQuoted(text(name)));
+                   .arg(QString::number(++id), Quoted(text(name)));
     for (const Form& f : kForms) {
         const QString nombre = text(f.nombre);
         out << QStringLiteral("INSERT INTO Formularios (idFormulario, Nombre, LeyendaNuevo, "
                               "LeyendaGenerado) VALUES (%1, %2, %3, %4)")
-                   .arg(SqlQuoted(text(f.id)), SqlQuoted(nombre), SqlQuoted(LeyendaNuevo(nombre)),
-                        SqlQuoted(LeyendaGenerado(nombre)));
+                   .arg(Quoted(text(f.id)), Quoted(nombre), Quoted(LeyendaNuevo(nombre)),
+                        Quoted(LeyendaGenerado(nombre)));
     }
     for (const FormCode& c : kFormCodes)
         out << QStringLiteral("INSERT INTO tCodigos_Formularios (Id, idFormulario, "
                               "tipo_imponible, impuesto_concepto, codigo_formulario) "
                               "VALUES (%1, %2, %3, %4, %5)")
-                   .arg(QString::number(c.id), SqlQuoted(text(c.form)),
-                        SqlQuoted(text(c.tipoImponible)), SqlQuoted(text(c.impuestoConcepto)),
-                        SqlQuoted(text(c.codigoFormulario)));
+                   .arg(QString::number(c.id), Quoted(text(c.form)),
+                        Quoted(text(c.tipoImponible)), Quoted(text(c.impuestoConcepto)),
+                        Quoted(text(c.codigoFormulario)));
     for (const Option& o : kOptions)
         out << QStringLiteral("INSERT INTO Opciones (Nombre, Valor) VALUES (%1, %2)")
-                   .arg(SqlQuoted(text(o.nombre)), SqlQuoted(text(o.valor)));
+                   .arg(Quoted(text(o.nombre)), Quoted(text(o.valor)));
     return out;
 }

@@ -3,11 +3,6 @@
 #include "SqlText.h"
 #include "ZoAccess.h"
 
-QString SqlQuoted(const QString& text)
-{
-    return u'\'' + Sq(text) + u'\'';
-}
-
 bool RunChecked(ZoAccess& db, const QString& sql)
 {
     return db.DeleteRecord(sql, false);

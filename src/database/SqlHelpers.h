@@ -3,13 +3,11 @@
 #include <QString>
 #include <QStringList>
 
+#include "SqlText.h"
+
 class ZoAccess;
 
 // Small routines the schema steps share.
-
-// A text as a Jet literal: in single quotes, a quote inside doubled, so that
-// a name such as O'HIGGINS or CD's neither breaks nor alters the statement.
-QString SqlQuoted(const QString& text);
 
 // Runs one statement and tells whether it ran. The gateway's Execute answers
 // True whatever happens, as the old one did; DeleteRecord without its question

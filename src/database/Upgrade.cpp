@@ -59,16 +59,16 @@ void addColumns(ZoAccess& db, const QString& table, const QStringList& columns, 
 QString formRow(const QString& form, const QString& nombre)
 {
     return QStringLiteral("(%1, %2, %3, %4)")
-        .arg(SqlQuoted(form), SqlQuoted(nombre), SqlQuoted(LeyendaNuevo(nombre)),
-             SqlQuoted(LeyendaGenerado(nombre)));
+        .arg(Quoted(form), Quoted(nombre), Quoted(LeyendaNuevo(nombre)),
+             Quoted(LeyendaGenerado(nombre)));
 }
 
 QString renameForm(const QString& form, const QString& nombre)
 {
     return QStringLiteral("UPDATE Formularios SET Nombre = %1, LeyendaNuevo = %2, "
                           "LeyendaGenerado = %3 WHERE idFormulario = %4")
-        .arg(SqlQuoted(nombre), SqlQuoted(LeyendaNuevo(nombre)), SqlQuoted(LeyendaGenerado(nombre)),
-             SqlQuoted(form));
+        .arg(Quoted(nombre), Quoted(LeyendaNuevo(nombre)), Quoted(LeyendaGenerado(nombre)),
+             Quoted(form));
 }
 
 // A guard read through GetString, and what runs when it does not give "1".
@@ -149,7 +149,7 @@ void replaceSemicolons(ZoAccess& db, const QString& count, const QString& read,
     for (const auto& [text, key] : rows) {
         QString fixed = text;
         fixed.replace(u';', u',');
-        db.Execute(update + SqlQuoted(fixed) + where + key);
+        db.Execute(update + Quoted(fixed) + where + key);
     }
 }
 
@@ -240,12 +240,12 @@ bool convertAll(ZoAccess& db, ProgressWindow& splash, const QVector<Conversion>&
                 const QString stored = rs->Text(i);
                 const QString converted = CommaDecimalFromDotted(stored);
                 if (converted != stored)
-                    sets << c.columns.at(i - 1) + QStringLiteral(" = ") + SqlQuoted(converted);
+                    sets << c.columns.at(i - 1) + QStringLiteral(" = ") + Quoted(converted);
             }
             if (!sets.isEmpty() &&
                 !RunChecked(db, QStringLiteral("UPDATE ") + c.table + QStringLiteral(" SET ") +
                                     sets.join(QStringLiteral(", ")) +
-                                    QStringLiteral(" WHERE rowid = ") + SqlQuoted(rs->Text(0))))
+                                    QStringLiteral(" WHERE rowid = ") + Quoted(rs->Text(0))))
                 return fail(QStringLiteral("no se pudo escribir ") + c.table);
             AdvanceSplash(splash, 1, QString());
         }

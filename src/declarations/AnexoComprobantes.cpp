@@ -11,11 +11,6 @@
 
 namespace {
 
-QString q(const QString& value)
-{
-    return u'\'' + Sq(value) + u'\'';
-}
-
 const QString kAjuste = QStringLiteral("AJUS - Ajuste");
 // The column of TipoComprobante in the lines' table.
 constexpr int kColumnaTipo = 5;
@@ -79,14 +74,14 @@ void AnexoComprobantes::RenumerarDetalle()
     const QString tabla = definicion().tablaDetalle;
     const RecordsetPtr rs = gAccess().FillRecordSet(
         QStringLiteral("SELECT Id FROM ") + tabla + QStringLiteral(" WHERE Codigo = ") +
-        q(codigo()) + QStringLiteral(" AND ctrl = ") + q(ctrl()) + QStringLiteral(" ORDER BY Id"));
+        Quoted(codigo()) + QStringLiteral(" AND ctrl = ") + Quoted(ctrl()) + QStringLiteral(" ORDER BY Id"));
     if (!rs)
         return;
     Transaction unit(Transaction::Mode::KeepWhatPassed);
     for (int n = 1; !rs->EOF_(); rs->MoveNext(), ++n)
         gAccess().Execute(QStringLiteral("UPDATE ") + tabla +
                           QStringLiteral(" SET CodigoDetalle = ") +
-                          q(QString::number(n).rightJustified(4, u'0')) +
+                          Quoted(QString::number(n).rightJustified(4, u'0')) +
                           QStringLiteral(" WHERE Id = ") + rs->Text(0));
 }
 
@@ -94,7 +89,7 @@ QVector<QPair<QString, QString>> AnexoComprobantes::columnasEncabezado()
 {
     QVector<QPair<QString, QString>> out = FormularioDDJJ::columnasEncabezado();
     const QString premisa = QStringLiteral(" FROM tPadronesComerciales WHERE padron = ") +
-                            q(padron()) + QStringLiteral(" AND objeto = ") + q(objeto());
+                            Quoted(padron()) + QStringLiteral(" AND objeto = ") + Quoted(objeto());
     const QString domicilio =
         gAccess().GetString(QStringLiteral("SELECT calle_numero") + premisa) +
         QStringLiteral(" - ") +
@@ -109,8 +104,8 @@ QString AnexoComprobantes::socio()
     if (!m_socio.fijo.isEmpty())
         return m_socio.fijo;
     const QString regimen = gAccess().GetString(
-        QStringLiteral("SELECT regimen FROM tPadronesComerciales WHERE Padron = ") + q(padron()) +
-        QStringLiteral(" AND Objeto = ") + q(objeto()));
+        QStringLiteral("SELECT regimen FROM tPadronesComerciales WHERE Padron = ") + Quoted(padron()) +
+        QStringLiteral(" AND Objeto = ") + Quoted(objeto()));
     if (regimen == QLatin1String("2"))
         return {};
     return regimen == QLatin1String("1") ? QStringLiteral("F2001") : QStringLiteral("F976");
@@ -133,9 +128,9 @@ bool AnexoComprobantes::VerificarDeclarado()
     // The total compared is always the one without an earlier adjustment.
     const QString tabla = definicion().tablaDetalle;
     gAccess().Execute(QStringLiteral("DELETE FROM ") + tabla + QStringLiteral(" WHERE Codigo = ") +
-                      q(codigo()) + QStringLiteral(" AND FechaRectificativa = ") + q(fecha()) +
-                      QStringLiteral(" AND TipoComprobante = ") + q(kAjuste) +
-                      QStringLiteral(" AND ctrl = ") + q(ctrl()));
+                      Quoted(codigo()) + QStringLiteral(" AND FechaRectificativa = ") + Quoted(fecha()) +
+                      QStringLiteral(" AND TipoComprobante = ") + Quoted(kAjuste) +
+                      QStringLiteral(" AND ctrl = ") + Quoted(ctrl()));
     cargaDatos(2);
     PropGrid();
     const double totalDoble = numero(QStringLiteral("txtTotalPercepciones"));
@@ -165,10 +160,10 @@ bool AnexoComprobantes::VerificarDeclarado()
                       QStringLiteral(" (Codigo, FechaRectificativa, CodigoDetalle, Fecha, "
                                      "TipoComprobante, NroComprobante, Denominacion, Cuit, Padron, "
                                      "ImportePercibido, ctrl) VALUES (") +
-                      q(codigo()) + QStringLiteral(", ") + q(fecha()) +
-                      QStringLiteral(", '9999', ' ', ") + q(kAjuste) +
-                      QStringLiteral(", ' ', 'Ajuste', '00-00000000-0', ' ', ") + q(importe) +
-                      QStringLiteral(", ") + q(ctrl()) + u')');
+                      Quoted(codigo()) + QStringLiteral(", ") + Quoted(fecha()) +
+                      QStringLiteral(", '9999', ' ', ") + Quoted(kAjuste) +
+                      QStringLiteral(", ' ', 'Ajuste', '00-00000000-0', ' ', ") + Quoted(importe) +
+                      QStringLiteral(", ") + Quoted(ctrl()) + u')');
     cargaDatos(2);
     PropGrid();
     return true;

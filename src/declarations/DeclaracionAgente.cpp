@@ -9,11 +9,6 @@
 
 namespace {
 
-QString q(const QString& value)
-{
-    return u'\'' + Sq(value) + u'\'';
-}
-
 const QString kDepositar = QStringLiteral("txtImporteDepositar");
 // The three amounts that are added to the declared one.
 const QString kAccesorios = QStringLiteral("txtAccesorioCoef");
@@ -113,10 +108,10 @@ void DeclaracionAgente::leerMontosGuardados()
     const QString c = nueva ? versionPrevia().ctrl : ctrl();
     const RecordsetPtr rs = gAccess().FillRecordSet(
         QStringLiteral("SELECT * FROM ") + definicion().tabla + QStringLiteral(" WHERE PADRON = ") +
-        q(padron()) + QStringLiteral(" AND OBJETO = ") + q(objeto()) +
-        QStringLiteral(" AND PERIODO = ") + q(periodo()) +
-        QStringLiteral(" AND FECHARECTIFICATIVA = ") + q(f) + QStringLiteral(" AND ctrl = ") +
-        q(c));
+        Quoted(padron()) + QStringLiteral(" AND OBJETO = ") + Quoted(objeto()) +
+        QStringLiteral(" AND PERIODO = ") + Quoted(periodo()) +
+        QStringLiteral(" AND FECHARECTIFICATIVA = ") + Quoted(f) + QStringLiteral(" AND ctrl = ") +
+        Quoted(c));
     const bool hay = rs && !rs->EOF_();
     for (const CampoFormulario& cf : definicion().campos)
         fijar(cf.campo, hay ? rs->Text(cf.columna) : QString());
@@ -171,11 +166,11 @@ bool DeclaracionAgente::versionIniciada()
     const bool rect = EsVerdadero(param(QStringLiteral("Rectificativa")));
     const RecordsetPtr rs = gAccess().FillRecordSet(
         QStringLiteral("SELECT PADRON FROM ") + definicion().tabla +
-        QStringLiteral(" WHERE PADRON = ") + q(padron()) + QStringLiteral(" AND OBJETO = ") +
-        q(objeto()) + QStringLiteral(" AND PERIODO = ") + q(periodo()) + u' ' +
+        QStringLiteral(" WHERE PADRON = ") + Quoted(padron()) + QStringLiteral(" AND OBJETO = ") +
+        Quoted(objeto()) + QStringLiteral(" AND PERIODO = ") + Quoted(periodo()) + u' ' +
         (rect ? QStringLiteral("AND RECTIFICATIVA IN ('VERDADERO','TRUE')")
               : QStringLiteral("AND RECTIFICATIVA IN ('FALSO','FALSE')")) +
-        QStringLiteral(" AND ctrl = ") + q(ctrl()));
+        QStringLiteral(" AND ctrl = ") + Quoted(ctrl()));
     return rs && !rs->EOF_();
 }
 

@@ -9,11 +9,6 @@
 
 namespace {
 
-QString q(const QString& value)
-{
-    return u'\'' + Sq(value) + u'\'';
-}
-
 // One annex as the return sees it: whether its row exists, its total, and
 // the text naming its rectification.
 struct Anexo {
@@ -109,8 +104,8 @@ void DeclaracionMensual::leerMontosGuardados()
     const QString c = nuevo ? previa.ctrl : ctrl();
     const RecordsetPtr rs = gAccess().FillRecordSet(
         QStringLiteral("SELECT * FROM ") + definicion().tabla +
-        QStringLiteral("  WHERE FECHARECTIFICATIVA = ") + q(f) + QStringLiteral(" AND CODIGO = ") +
-        q(cod) + QStringLiteral(" AND ctrl = ") + q(c));
+        QStringLiteral("  WHERE FECHARECTIFICATIVA = ") + Quoted(f) + QStringLiteral(" AND CODIGO = ") +
+        Quoted(cod) + QStringLiteral(" AND ctrl = ") + Quoted(c));
     const bool hay = rs && !rs->EOF_();
     for (const CampoFormulario& cf : definicion().campos) {
         // The levy and the base are the sums of the lines.
@@ -162,12 +157,12 @@ bool DeclaracionMensual::VerificarAnexos()
 {
     const QString id = gAccess().GetString(
         QStringLiteral("SELECT idContribuyente FROM tPadronesComerciales WHERE padron = ") +
-        q(padron()) + QStringLiteral(" AND objeto = ") + q(objeto()));
+        Quoted(padron()) + QStringLiteral(" AND objeto = ") + Quoted(objeto()));
     if (!ContribuyenteHasForms(id))
         return true;
     const QString premisa = QStringLiteral(" FROM tPadronesComerciales WHERE idContribuyente = ") +
-                            id + QStringLiteral(" AND padron = ") + q(padron()) +
-                            QStringLiteral(" AND Objeto = ") + q(objeto());
+                            id + QStringLiteral(" AND padron = ") + Quoted(padron()) +
+                            QStringLiteral(" AND Objeto = ") + Quoted(objeto());
     const bool esperaF978 =
         gAccess().GetString(QStringLiteral("SELECT percepcion") + premisa) == QLatin1String("1");
     const bool esperaF977 =
@@ -181,11 +176,11 @@ bool DeclaracionMensual::VerificarAnexos()
             return a;
         a.existe = true;
         QString sql = QStringLiteral("SELECT TotalPercepciones FROM ") + form +
-                      QStringLiteral(" WHERE Padron = ") + q(padron()) +
-                      QStringLiteral(" AND Objeto = ") + q(objeto()) +
-                      QStringLiteral(" AND Periodo = ") + q(periodo());
+                      QStringLiteral(" WHERE Padron = ") + Quoted(padron()) +
+                      QStringLiteral(" AND Objeto = ") + Quoted(objeto()) +
+                      QStringLiteral(" AND Periodo = ") + Quoted(periodo());
         if (r.rectificativa) {
-            sql += QStringLiteral(" AND FechaRectificativa = ") + q(r.fecha);
+            sql += QStringLiteral(" AND FechaRectificativa = ") + Quoted(r.fecha);
             a.rect =
                 QStringLiteral(" (Rectif. N° ") + r.ctrl + u' ' + r.fecha + QStringLiteral(") ");
         }

@@ -44,11 +44,6 @@ const struct {
     {"cmdAceptar", "Aceptar"},     {"cmdCancelar", "Cancelar"},
 };
 
-QString q(const QString& value)
-{
-    return u'\'' + Sq(value) + u'\'';
-}
-
 } // namespace
 
 FormularioDDJJ::FormularioDDJJ(DefinicionFormulario definicion)
@@ -133,7 +128,7 @@ QString FormularioDDJJ::idContribuyente()
         return ContribuyenteId;
     return gAccess().GetString(
         QStringLiteral("SELECT idContribuyente FROM tPadronesComerciales WHERE padron = ") +
-        q(padron()) + QStringLiteral(" AND objeto = ") + q(objeto()));
+        Quoted(padron()) + QStringLiteral(" AND objeto = ") + Quoted(objeto()));
 }
 
 void FormularioDDJJ::ReconstruirCodigo()
@@ -147,9 +142,9 @@ void FormularioDDJJ::ReconstruirCodigo()
 
 QString FormularioDDJJ::filtroVersion() const
 {
-    return QStringLiteral("Codigo = ") + q(codigo()) +
-           QStringLiteral(" AND FECHARECTIFICATIVA = ") + q(fecha()) +
-           QStringLiteral(" AND ctrl = ") + q(ctrl());
+    return QStringLiteral("Codigo = ") + Quoted(codigo()) +
+           QStringLiteral(" AND FECHARECTIFICATIVA = ") + Quoted(fecha()) +
+           QStringLiteral(" AND ctrl = ") + Quoted(ctrl());
 }
 
 QString FormularioDDJJ::predicadoRectificativa(bool rectificativa) const
@@ -437,9 +432,9 @@ void FormularioDDJJ::CopiarDetallePrevio()
 {
     const RecordsetPtr rs =
         gAccess().FillRecordSet(QStringLiteral("SELECT * FROM ") + m_def.tablaDetalle +
-                                QStringLiteral("  WHERE CODIGO = ") + q(m_previa.codigo) +
-                                QStringLiteral(" AND FECHARECTIFICATIVA = ") + q(m_previa.fecha) +
-                                QStringLiteral(" AND ctrl = ") + q(m_previa.ctrl) +
+                                QStringLiteral("  WHERE CODIGO = ") + Quoted(m_previa.codigo) +
+                                QStringLiteral(" AND FECHARECTIFICATIVA = ") + Quoted(m_previa.fecha) +
+                                QStringLiteral(" AND ctrl = ") + Quoted(m_previa.ctrl) +
                                 QStringLiteral(" ORDER BY CodigoDetalle ASC"));
     if (!rs || rs->RecordCount() == 0)
         return;
@@ -450,9 +445,9 @@ void FormularioDDJJ::CopiarDetallePrevio()
     // Copied once: another workstation may have begun the same version and
     // copied them already.
     const QString destino =
-        QStringLiteral("Codigo = ") + q(codigo()) + QStringLiteral(" AND FECHARECTIFICATIVA = ") +
-        q(NormalizarFecha(param(QStringLiteral("FechaRectificativaNueva")))) +
-        QStringLiteral(" AND ctrl = ") + q(ctrl());
+        QStringLiteral("Codigo = ") + Quoted(codigo()) + QStringLiteral(" AND FECHARECTIFICATIVA = ") +
+        Quoted(NormalizarFecha(param(QStringLiteral("FechaRectificativaNueva")))) +
+        QStringLiteral(" AND ctrl = ") + Quoted(ctrl());
     SaveWhole([&] {
         gAccess().ReserveKeys(m_def.tablaDetalle, destino);
         if (gAccess().GetInteger(QStringLiteral("SELECT count(*) FROM ") + m_def.tablaDetalle +
@@ -477,7 +472,7 @@ void FormularioDDJJ::copiarLineas(Recordset& rs, const QStringList& columnas, in
                 v = ctrl();
             else
                 v = valorCopiado(i, v);
-            valores << q(v);
+            valores << Quoted(v);
         }
         gAccess().Execute(QStringLiteral("INSERT INTO ") + m_def.tablaDetalle.toUpper() +
                           QStringLiteral(" (") + columnas.join(QStringLiteral(", ")) +
@@ -645,7 +640,7 @@ bool FormularioDDJJ::existeDetalle(const QString& tabla)
 {
     const RecordsetPtr rs =
         gAccess().FillRecordSet(QStringLiteral("SELECT CODIGO FROM ") + tabla +
-                                QStringLiteral(" WHERE CODIGO = ") + q(codigo()));
+                                QStringLiteral(" WHERE CODIGO = ") + Quoted(codigo()));
     return rs && rs->RecordCount() > 0;
 }
 
@@ -766,10 +761,10 @@ void FormularioDDJJ::cmdQuitar()
     if (EsVerdadero(param(QStringLiteral("ConDatos"))))
         Parametros.replace(QStringLiteral("Nuevo=True"), QStringLiteral("Nuevo=False"));
     if (!escribir(QStringLiteral("DELETE FROM ") + m_def.tablaDetalle +
-                  QStringLiteral(" WHERE Codigo = ") + q(codigo()) +
-                  QStringLiteral(" AND CodigoDetalle = ") + q(grid.cell(row, 0)) +
-                  QStringLiteral(" AND FECHARECTIFICATIVA = ") + q(fecha()) +
-                  QStringLiteral(" AND ctrl = ") + q(ctrl())))
+                  QStringLiteral(" WHERE Codigo = ") + Quoted(codigo()) +
+                  QStringLiteral(" AND CodigoDetalle = ") + Quoted(grid.cell(row, 0)) +
+                  QStringLiteral(" AND FECHARECTIFICATIVA = ") + Quoted(fecha()) +
+                  QStringLiteral(" AND ctrl = ") + Quoted(ctrl())))
         return;
     despuesDeBorrarLinea();
     cargaDatos(3);
@@ -897,38 +892,36 @@ void FormularioDDJJ::GrabarFormulario()
     const QString obj = texto(QStringLiteral("txtObjeto"));
     // The versions of one declaration are registered one at a time across
     // workstations, so that two never take the same number.
-    const QString declaracion = QStringLiteral("Padron = ") + q(pad) +
-                                QStringLiteral(" AND Objeto = ") + q(obj) +
-                                QStringLiteral(" AND Periodo = ") + q(per);
+    const QString declaracion = DeclarationScope(pad, obj, per);
     gAccess().ReserveKeys(m_def.tabla, declaracion);
     const QString identidad =
         m_def.tieneCodigo
-            ? QStringLiteral("CODIGO = ") + q(codigo()) +
-                  QStringLiteral(" AND FECHARECTIFICATIVA = ") + q(f)
-            : QStringLiteral("Padron = ") + q(pad) + QStringLiteral(" AND Objeto = ") + q(obj) +
-                  QStringLiteral(" AND Periodo = ") + q(per) + u' ' + predicadoRectificativa(rect);
+            ? QStringLiteral("CODIGO = ") + Quoted(codigo()) +
+                  QStringLiteral(" AND FECHARECTIFICATIVA = ") + Quoted(f)
+            : QStringLiteral("Padron = ") + Quoted(pad) + QStringLiteral(" AND Objeto = ") + Quoted(obj) +
+                  QStringLiteral(" AND Periodo = ") + Quoted(per) + u' ' + predicadoRectificativa(rect);
     const RecordsetPtr existe = gAccess().FillRecordSet(
         QStringLiteral("SELECT * FROM ") + m_def.tabla + QStringLiteral(" WHERE ") + identidad +
-        QStringLiteral(" AND ctrl = ") + q(ctrl()));
+        QStringLiteral(" AND ctrl = ") + Quoted(ctrl()));
     const QVector<QPair<QString, QString>> montos = columnasEncabezado();
     if (existe && existe->RecordCount() > 0) {
         QStringList sets;
         if (m_def.tieneCodigo)
-            sets << QStringLiteral("Codigo = ") + q(codigo())
-                 << QStringLiteral("FechaRectificativa = ") + q(f);
+            sets << QStringLiteral("Codigo = ") + Quoted(codigo())
+                 << QStringLiteral("FechaRectificativa = ") + Quoted(f);
         for (const auto& m : montos)
-            sets << m.first + QStringLiteral(" = ") + q(m.second);
+            sets << m.first + QStringLiteral(" = ") + Quoted(m.second);
         gAccess().Execute(
             QStringLiteral("UPDATE ") + m_def.tabla + QStringLiteral(" SET ") +
-            sets.join(QStringLiteral(", ")) + QStringLiteral(" WHERE Padron = ") + q(pad) +
-            QStringLiteral(" AND Objeto = ") + q(obj) + QStringLiteral(" and Periodo = ") + q(per) +
+            sets.join(QStringLiteral(", ")) + QStringLiteral(" WHERE Padron = ") + Quoted(pad) +
+            QStringLiteral(" AND Objeto = ") + Quoted(obj) + QStringLiteral(" and Periodo = ") + Quoted(per) +
             u' ' + predicadoRectificativa(rect) + QStringLiteral(" AND fecharectificativa = ") +
-            q(f) + QStringLiteral(" AND ctrl = ") + q(ctrl()));
+            Quoted(f) + QStringLiteral(" AND ctrl = ") + Quoted(ctrl()));
         return;
     }
     if (gAccess().GetInteger(QStringLiteral("SELECT count(*) FROM ") + m_def.tabla +
                              QStringLiteral(" WHERE ") + declaracion +
-                             QStringLiteral(" AND ctrl = ") + q(ctrl())) > 0)
+                             QStringLiteral(" AND ctrl = ") + Quoted(ctrl())) > 0)
         TomarSiguienteVersion(declaracion);
     QVector<QPair<QString, QString>> valores{{QStringLiteral("Padron"), pad},
                                              {QStringLiteral("Objeto"), obj},
@@ -943,7 +936,7 @@ void FormularioDDJJ::GrabarFormulario()
     QStringList cols, vals;
     for (const auto& v : valores) {
         cols << v.first;
-        vals << q(v.second);
+        vals << Quoted(v.second);
     }
     gAccess().Execute(QStringLiteral("INSERT INTO ") + m_def.tabla + QStringLiteral(" (") +
                       cols.join(QStringLiteral(", ")) + QStringLiteral(") VALUES (") +
@@ -951,7 +944,7 @@ void FormularioDDJJ::GrabarFormulario()
     gAccess().Execute(
         QStringLiteral("INSERT INTO TPadrones_Formularios (Padron,Objeto,Periodo,idFormulario,"
                        "Rectificativa, FechaRectificativa,ctrl) VALUES (") +
-        QStringList{q(pad), q(obj), q(per), q(m_def.id), q(valorRect), q(f), q(ctrl())}.join(
+        QStringList{Quoted(pad), Quoted(obj), Quoted(per), Quoted(m_def.id), Quoted(valorRect), Quoted(f), Quoted(ctrl())}.join(
             QStringLiteral(", ")) +
         u')');
 }
@@ -965,7 +958,7 @@ void FormularioDDJJ::TomarSiguienteVersion(const QString& declaracion)
         return;
     if (!m_def.tablaDetalle.isEmpty())
         gAccess().Execute(QStringLiteral("UPDATE ") + m_def.tablaDetalle +
-                          QStringLiteral(" SET ctrl = ") + q(QString::number(siguiente)) +
+                          QStringLiteral(" SET ctrl = ") + Quoted(QString::number(siguiente)) +
                           QStringLiteral(" WHERE ") + filtroVersion());
     fijarParam(QStringLiteral("ctrl"), QString::number(siguiente));
 }
@@ -978,11 +971,11 @@ bool FormularioDDJJ::escribir(const QString& sql)
 void FormularioDDJJ::borrarRegistro()
 {
     gAccess().Execute(QStringLiteral("DELETE FROM TPadrones_Formularios WHERE Padron = ") +
-                      q(padron()) + QStringLiteral(" AND Objeto = ") + q(objeto()) +
-                      QStringLiteral(" AND Periodo = ") + q(periodo()) +
-                      QStringLiteral(" AND idFormulario = ") + q(m_def.id) + u' ' +
+                      Quoted(padron()) + QStringLiteral(" AND Objeto = ") + Quoted(objeto()) +
+                      QStringLiteral(" AND Periodo = ") + Quoted(periodo()) +
+                      QStringLiteral(" AND idFormulario = ") + Quoted(m_def.id) + u' ' +
                       predicadoRectificativa(EsVerdadero(param(QStringLiteral("Rectificativa")))) +
-                      QStringLiteral(" AND ctrl = ") + q(ctrl()));
+                      QStringLiteral(" AND ctrl = ") + Quoted(ctrl()));
 }
 
 void FormularioDDJJ::cmdCancelar()
@@ -999,10 +992,10 @@ void FormularioDDJJ::cmdCancelar()
         const bool rect = EsVerdadero(param(QStringLiteral("Rectificativa")));
         const QString sql =
             QStringLiteral("SELECT Id FROM ") + m_def.tabla + QStringLiteral(" WHERE Padron = ") +
-            q(padron()) + QStringLiteral(" AND Objeto = ") + q(objeto()) +
-            QStringLiteral(" AND Periodo = ") + q(periodo()) + u' ' + predicadoRectificativa(rect) +
-            QStringLiteral(" AND FECHARECTIFICATIVA = ") + q(fecha()) +
-            QStringLiteral(" AND ctrl = ") + q(ctrl());
+            Quoted(padron()) + QStringLiteral(" AND Objeto = ") + Quoted(objeto()) +
+            QStringLiteral(" AND Periodo = ") + Quoted(periodo()) + u' ' + predicadoRectificativa(rect) +
+            QStringLiteral(" AND FECHARECTIFICATIVA = ") + Quoted(fecha()) +
+            QStringLiteral(" AND ctrl = ") + Quoted(ctrl());
         const RecordsetPtr rs = gAccess().FillRecordSet(sql);
         const bool guardado = rs && rs->RecordCount() > 0;
         // A version never accepted loses what was typed into it; a saved one
@@ -1022,9 +1015,9 @@ FormularioDDJJ::RegistroSocio FormularioDDJJ::UltimoRegistro(const QString& idFo
 {
     RegistroSocio r;
     const RecordsetPtr rs = gAccess().FillRecordSet(
-        QStringLiteral("SELECT * FROM TPadrones_Formularios WHERE Padron = ") + q(padron()) +
-        QStringLiteral(" AND Objeto = ") + q(objeto()) + QStringLiteral(" AND Periodo = ") +
-        q(periodo()) + QStringLiteral(" AND idFormulario = ") + q(idFormulario) +
+        QStringLiteral("SELECT * FROM TPadrones_Formularios WHERE Padron = ") + Quoted(padron()) +
+        QStringLiteral(" AND Objeto = ") + Quoted(objeto()) + QStringLiteral(" AND Periodo = ") +
+        Quoted(periodo()) + QStringLiteral(" AND idFormulario = ") + Quoted(idFormulario) +
         QStringLiteral(" ORDER BY Id DESC"));
     if (!rs || rs->EOF_())
         return r;
@@ -1039,12 +1032,12 @@ QString FormularioDDJJ::CifraSocio(const QString& tabla, const QString& columna,
                                    const RegistroSocio& r, QString& rect)
 {
     QString sql = QStringLiteral("SELECT ") + columna + QStringLiteral(" FROM ") + tabla +
-                  QStringLiteral(" WHERE Padron = ") + q(padron()) +
-                  QStringLiteral(" AND Objeto = ") + q(objeto()) +
-                  QStringLiteral(" AND Periodo = ") + q(periodo());
+                  QStringLiteral(" WHERE Padron = ") + Quoted(padron()) +
+                  QStringLiteral(" AND Objeto = ") + Quoted(objeto()) +
+                  QStringLiteral(" AND Periodo = ") + Quoted(periodo());
     rect.clear();
     if (r.rectificativa) {
-        sql += QStringLiteral(" AND FechaRectificativa = ") + q(r.fecha);
+        sql += QStringLiteral(" AND FechaRectificativa = ") + Quoted(r.fecha);
         rect = QStringLiteral(" (Rectif. ") + r.fecha + u')';
     }
     return gAccess().GetString(sql + QStringLiteral(" ORDER BY Id DESC"));

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "Comillas.h"
+#include "SqlText.h"
 #include "Field.h"
 #include "Globals.h"
 #include "Recordset.h"
@@ -103,7 +103,7 @@ void EstadoPresentaciones::Cargar(int idContribuyente)
     const RecordsetPtr rs = gAccess().FillRecordSet(
         QStringLiteral("SELECT padron, objeto, retencion, percepcion, regimen FROM "
                        "tPadronesComerciales WHERE Cuit = ") +
-        Comillas(cuit));
+        Quoted(cuit));
     for (; rs && !rs->EOF_(); rs->MoveNext()) {
         const QString padron = rs->Text(0), objeto = rs->Text(1);
         m_premisas << padron + u'|' + objeto;
@@ -149,8 +149,8 @@ void EstadoPresentaciones::leerTotales()
             const RecordsetPtr rs = gAccess().FillRecordSet(
                 QStringLiteral("SELECT Periodo, Rectificativa, FechaRectificativa, ctrl, ") +
                 ColumnaTotal(form) + QStringLiteral(" FROM ") + form +
-                QStringLiteral(" WHERE Padron = ") + Comillas(padron) +
-                QStringLiteral(" AND Objeto = ") + Comillas(objeto));
+                QStringLiteral(" WHERE Padron = ") + Quoted(padron) +
+                QStringLiteral(" AND Objeto = ") + Quoted(objeto));
             for (; rs && !rs->EOF_(); rs->MoveNext())
                 m_totalDe.insert(form + u'|' + padron + u'|' + objeto + u'|' +
                                      versionDe(rs->Text(0), rs->Text(1), rs->Text(2), rs->Text(3)),

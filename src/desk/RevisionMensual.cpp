@@ -1,7 +1,7 @@
 #include "RevisionMensual.h"
 
 #include "BuscadorContribuyentes.h"
-#include "Comillas.h"
+#include "SqlText.h"
 #include "EstadoPresentaciones.h"
 #include "Globals.h"
 #include "Numbers.h"
@@ -31,16 +31,16 @@ struct Clave {
     QString periodo() const { return mes + u'-' + anio; }
     QString premisa() const
     {
-        return QStringLiteral(" WHERE Padron = ") + Comillas(padron) +
-               QStringLiteral(" AND Objeto = ") + Comillas(objeto);
+        return QStringLiteral(" WHERE Padron = ") + Quoted(padron) +
+               QStringLiteral(" AND Objeto = ") + Quoted(objeto);
     }
     QString version() const
     {
-        return premisa() + QStringLiteral(" AND Periodo = ") + Comillas(periodo()) +
+        return premisa() + QStringLiteral(" AND Periodo = ") + Quoted(periodo()) +
                QStringLiteral(" AND Rectificativa IN ") +
                (rect ? QStringLiteral("('True','Verdadero')")
                      : QStringLiteral("('False','Falso')")) +
-               QStringLiteral(" AND ctrl = ") + Comillas(ctrl);
+               QStringLiteral(" AND ctrl = ") + Quoted(ctrl);
     }
     QString codigo() const { return padron + mes + anio + objeto + (rect ? u'R' : u'O'); }
     // The premises' row and the declaration's row; null or empty when missing.
@@ -89,16 +89,16 @@ QString totalDeAnexo(const Clave& k, const QString& anexo, bool& existe)
 {
     const RecordsetPtr reg = gAccess().FillRecordSet(
         QStringLiteral("SELECT Rectificativa, FechaRectificativa FROM TPadrones_Formularios") +
-        k.premisa() + QStringLiteral(" AND Periodo = ") + Comillas(k.periodo()) +
-        QStringLiteral(" AND idFormulario = ") + Comillas(anexo) +
+        k.premisa() + QStringLiteral(" AND Periodo = ") + Quoted(k.periodo()) +
+        QStringLiteral(" AND idFormulario = ") + Quoted(anexo) +
         QStringLiteral(" ORDER BY Id DESC"));
     existe = reg && !reg->EOF_();
     if (!existe)
         return {};
     QString sql = QStringLiteral("SELECT TotalPercepciones FROM ") + anexo + k.premisa() +
-                  QStringLiteral(" AND Periodo = ") + Comillas(k.periodo());
+                  QStringLiteral(" AND Periodo = ") + Quoted(k.periodo());
     if (IsYesText(reg->Text(0)))
-        sql += QStringLiteral(" AND FechaRectificativa = ") + Comillas(reg->Text(1));
+        sql += QStringLiteral(" AND FechaRectificativa = ") + Quoted(reg->Text(1));
     return gAccess().GetString(sql + QStringLiteral(" ORDER BY Id DESC"));
 }
 
@@ -117,7 +117,7 @@ QStringList RevisionMensual::ProblemasDeArchivo(const QString& clave)
         out << QStringLiteral("El padrón no tiene grupo: el archivo no puede escribirse entero.");
     const RecordsetPtr codigos = gAccess().FillRecordSet(
         QStringLiteral("SELECT codigo_formulario FROM tCodigos_Formularios WHERE idFormulario = ") +
-        Comillas(k.form));
+        Quoted(k.form));
     if (!codigos || codigos->EOF_()) {
         out << QStringLiteral("El formulario ") + k.form +
                    QStringLiteral(" no tiene códigos: el archivo no puede escribirse.");
@@ -157,8 +157,8 @@ QStringList RevisionMensual::DatosQueNoLleva(const QString& clave)
         return out;
     const RecordsetPtr lines =
         gAccess().FillRecordSet(QStringLiteral("SELECT * FROM ") + tables->detailTable +
-                                QStringLiteral(" WHERE Codigo = ") + Comillas(k.codigo()) +
-                                QStringLiteral(" AND ctrl = ") + Comillas(k.ctrl));
+                                QStringLiteral(" WHERE Codigo = ") + Quoted(k.codigo()) +
+                                QStringLiteral(" AND ctrl = ") + Quoted(k.ctrl));
     for (int n = 1; lines && !lines->EOF_(); lines->MoveNext(), ++n)
         revisarFila(*lines, importesDeDetalle(k.form),
                     QStringLiteral("En la línea ") + QString::number(n) + QStringLiteral(", "),

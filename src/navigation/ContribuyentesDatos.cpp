@@ -20,11 +20,6 @@ const QString kGenerar = QStringLiteral("cmbGenerar");
 
 ContribuyentesDatos* g_current = nullptr;
 
-QString quoted(const QString& value)
-{
-    return u'\'' + Sq(value) + u'\'';
-}
-
 } // namespace
 
 ContribuyentesDatos::ContribuyentesDatos() : Controller(QStringLiteral("ContribuyentesDatos")) {}
@@ -148,7 +143,7 @@ void ContribuyentesDatos::nuevoPeriodo()
     const RecordsetPtr flags = gAccess().FillRecordSet(
         QStringLiteral("SELECT Retencion, Percepcion, Regimen FROM tPadronesComerciales WHERE "
                        "Padron = ") +
-        quoted(padron) + QStringLiteral(" and objeto = ") + quoted(objeto) + u' ');
+        Quoted(padron) + QStringLiteral(" and objeto = ") + Quoted(objeto) + u' ');
     const bool found = flags && !flags->EOF_();
     const QString retencion = found ? flags->Text(0).trimmed() : QString();
     const QString percepcion = found ? flags->Text(1).trimmed() : QString();
@@ -215,8 +210,8 @@ void ContribuyentesDatos::borrarPadron()
         return;
     const QString padron = PadronOfCaption(node->text);
     const QString objeto = ObjetoOfCaption(node->text);
-    const QString where = QStringLiteral(" WHERE Padron = ") + quoted(padron) +
-                          QStringLiteral(" and objeto = ") + quoted(objeto);
+    const QString where = QStringLiteral(" WHERE Padron = ") + Quoted(padron) +
+                          QStringLiteral(" and objeto = ") + Quoted(objeto);
     ZoAccess& db = gAccess();
     if (db.GetString(QStringLiteral("SELECT Principal from tPadronesComerciales") + where) ==
         QLatin1String("X")) {

@@ -10,11 +10,6 @@
 
 namespace {
 
-QString quoted(const QString& value)
-{
-    return u'\'' + Sq(value) + u'\'';
-}
-
 } // namespace
 
 QString DeclarationReader::NormalDate(const QString& text)
@@ -84,8 +79,8 @@ void DeclarationReader::readPremises(DeclarationHeader& h, bool addressWithCp)
 {
     ZoAccess& db = gAccess();
     const RecordsetPtr premises = db.FillRecordSet(
-        QStringLiteral("SELECT * FROM tPadronesComerciales WHERE Padron = ") + quoted(h.Padron) +
-        QStringLiteral(" and objeto = ") + quoted(h.Objeto) + u' ');
+        QStringLiteral("SELECT * FROM tPadronesComerciales WHERE Padron = ") + Quoted(h.Padron) +
+        QStringLiteral(" and objeto = ") + Quoted(h.Objeto) + u' ');
     if (premises && !premises->EOF_()) {
         h.Cuit = premises->Text(QStringLiteral("cuit"));
         h.RazonSocial = premises->Text(QStringLiteral("razon_social"));
@@ -96,7 +91,7 @@ void DeclarationReader::readPremises(DeclarationHeader& h, bool addressWithCp)
     }
     const RecordsetPtr taxpayer =
         db.FillRecordSet(QStringLiteral("SELECT * FROM Contribuyentes WHERE Cuit = ") +
-                         quoted(FormatCuit(DigitsOnly(h.Cuit))));
+                         Quoted(FormatCuit(DigitsOnly(h.Cuit))));
     if (taxpayer && !taxpayer->EOF_()) {
         h.Contribuyente = taxpayer->Text(QStringLiteral("ApellidoNombre"));
         h.IdContribuyente = taxpayer->Text(QStringLiteral("idContribuyente"));
@@ -108,13 +103,13 @@ void DeclarationReader::readRow(DeclarationHeader& h, bool byCodigo,
 {
     QString sql = QStringLiteral("SELECT * FROM ") + h.Formulario;
     if (byCodigo)
-        sql += QStringLiteral(" WHERE Codigo = ") + quoted(h.CodigoLeido) + u' ';
+        sql += QStringLiteral(" WHERE Codigo = ") + Quoted(h.CodigoLeido) + u' ';
     else
-        sql += QStringLiteral(" WHERE PADRON = ") + quoted(h.Padron) +
-               QStringLiteral(" AND OBJETO = ") + quoted(h.Objeto) +
-               QStringLiteral(" AND PERIODO = ") + quoted(h.PeriodoCompleto()) + u' ';
-    sql += QStringLiteral("AND FECHARECTIFICATIVA = ") + quoted(h.FechaLeida) +
-           QStringLiteral("  AND ctrl = ") + quoted(h.ctrl) + u' ';
+        sql += QStringLiteral(" WHERE PADRON = ") + Quoted(h.Padron) +
+               QStringLiteral(" AND OBJETO = ") + Quoted(h.Objeto) +
+               QStringLiteral(" AND PERIODO = ") + Quoted(h.PeriodoCompleto()) + u' ';
+    sql += QStringLiteral("AND FECHARECTIFICATIVA = ") + Quoted(h.FechaLeida) +
+           QStringLiteral("  AND ctrl = ") + Quoted(h.ctrl) + u' ';
     const RecordsetPtr row = gAccess().FillRecordSet(sql);
     h.RowFound = row && !row->EOF_();
     if (!h.RowFound || !IsYesText(h.ConDatos))

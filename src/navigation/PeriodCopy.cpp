@@ -12,16 +12,11 @@ namespace {
 // Only the original first version of a model declaration is a source.
 const QString kFirstVersion = QStringLiteral("FECHARECTIFICATIVA = '0' AND ctrl = '0'");
 
-QString quoted(const QString& value)
-{
-    return u'\'' + Sq(value) + u'\'';
-}
-
 QString insertSql(const QString& table, const QStringList& columns, const QStringList& values)
 {
     QStringList cells;
     for (const QString& v : values)
-        cells << quoted(v);
+        cells << Quoted(v);
     return QStringLiteral("INSERT INTO ") + table + QStringLiteral(" (") + columns.join(u',') +
            QStringLiteral(") VALUES (") + cells.join(u',') + u')';
 }
@@ -56,8 +51,8 @@ bool PeriodCopy::Copy(const FormTables& form) const
         return true;
     const RecordsetPtr rows = db.FillRecordSet(
         QStringLiteral("SELECT * FROM ") + form.id + QStringLiteral(" WHERE PADRON = ") +
-        quoted(m_padron) + QStringLiteral(" AND Objeto = ") + quoted(m_objeto) +
-        QStringLiteral(" AND  PERIODO = ") + quoted(m_modelPeriod) + QStringLiteral(" AND ") +
+        Quoted(m_padron) + QStringLiteral(" AND Objeto = ") + Quoted(m_objeto) +
+        QStringLiteral(" AND  PERIODO = ") + Quoted(m_modelPeriod) + QStringLiteral(" AND ") +
         originalFilter());
     if (!rows)
         return false;
@@ -99,9 +94,7 @@ bool PeriodCopy::alreadyCopied(const FormTables& form, const QString& newPeriod)
     // tree not yet shown here: under the month's reservation (the one a form's
     // save takes), a month that has its original keeps it and gets no second.
     ZoAccess& db = gAccess();
-    const QString month = QStringLiteral("Padron = ") + quoted(m_padron) +
-                          QStringLiteral(" AND Objeto = ") + quoted(m_objeto) +
-                          QStringLiteral(" AND Periodo = ") + quoted(newPeriod);
+    const QString month = DeclarationScope(m_padron, m_objeto, newPeriod);
     db.ReserveKeys(form.id, month);
     return db.GetLong(QStringLiteral("SELECT COUNT(1) FROM ") + form.id +
                       QStringLiteral(" WHERE ") + month + QStringLiteral(" AND ") +
@@ -114,7 +107,7 @@ bool PeriodCopy::copyLines(const FormTables& form, const QString& oldCodigo,
     ZoAccess& db = gAccess();
     const RecordsetPtr lines = db.FillRecordSet(
         QStringLiteral("SELECT * FROM ") + form.detailTable + QStringLiteral(" WHERE CODIGO = ") +
-        quoted(oldCodigo) + QStringLiteral(" AND ") + kFirstVersion);
+        Quoted(oldCodigo) + QStringLiteral(" AND ") + kFirstVersion);
     if (!lines)
         return false;
     const QStringList columns =

@@ -29,11 +29,6 @@ QString option(int index)
     return QString::fromLatin1(kOptions[index]);
 }
 
-QString quoted(const QString& value)
-{
-    return u'\'' + Sq(value) + u'\'';
-}
-
 // The latest date of the declaration's rectifications, by form.
 QString latestDateSql(const QString& form, const QString& padron, const QString& objeto,
                       const QString& mm, const QString& yyyy)
@@ -42,13 +37,13 @@ QString latestDateSql(const QString& form, const QString& padron, const QString&
         form == QLatin1String("F2001")) {
         const QString code = padron + mm + yyyy + objeto;
         return QStringLiteral("SELECT MAX(FECHARECTIFICATIVA) FROM ") + form +
-               QStringLiteral(" WHERE CODIGO IN (") + quoted(code + u'O') + u',' +
-               quoted(code + u'R') + u')';
+               QStringLiteral(" WHERE CODIGO IN (") + Quoted(code + u'O') + u',' +
+               Quoted(code + u'R') + u')';
     }
     if (form == QLatin1String("F986") || form == QLatin1String("F988"))
         return QStringLiteral("SELECT MAX(FECHARECTIFICATIVA) FROM ") + form +
-               QStringLiteral(" WHERE PADRON = ") + quoted(padron) +
-               QStringLiteral(" AND PERIODO = ") + quoted(mm + u'-' + yyyy);
+               QStringLiteral(" WHERE PADRON = ") + Quoted(padron) +
+               QStringLiteral(" AND PERIODO = ") + Quoted(mm + u'-' + yyyy);
     // The annexes F977, F985 and F987 have never had a statement of their own:
     // the test runs whatever the last action left in gSql.
     return gSql;
@@ -146,8 +141,8 @@ bool SeleccionFormulario::isLatest()
     const QString periodo = value("Periodo");
     const QString period = periodo.size() > 2 ? periodo : TwoDigits(periodo) + u'-' + value("Anio");
     gSql = QStringLiteral("SELECT MAX(ctrl) FROM ") + form + QStringLiteral(" WHERE Padron = ") +
-           quoted(PadronOfValue(padron)) + QStringLiteral(" AND Objeto = ") +
-           quoted(padron.right(13)) + QStringLiteral(" AND Periodo = ") + quoted(period);
+           Quoted(PadronOfValue(padron)) + QStringLiteral(" AND Objeto = ") +
+           Quoted(padron.right(13)) + QStringLiteral(" AND Periodo = ") + Quoted(period);
     const QString latest = gAccess().GetString(gSql);
     return latest.isEmpty() || latest == value("ctrl");
 }
@@ -316,8 +311,8 @@ void SeleccionFormulario::Eliminar()
     ZoAccess& db = gAccess();
     const QString latest = db.GetString(
         QStringLiteral("SELECT ctrl FROM ") + form + QStringLiteral(" WHERE Padron = ") +
-        quoted(padron) + QStringLiteral(" AND Objeto = ") + quoted(objeto) +
-        QStringLiteral(" AND Periodo = ") + quoted(period) + QStringLiteral(" ORDER BY ctrl DESC"));
+        Quoted(padron) + QStringLiteral(" AND Objeto = ") + Quoted(objeto) +
+        QStringLiteral(" AND Periodo = ") + Quoted(period) + QStringLiteral(" ORDER BY ctrl DESC"));
     if (latest != ctrl) {
         MsgBox(QStringLiteral("No se puede eliminar este formulario.\r\n"
                               "Debe eliminar los formularios mas recientes primero."),
@@ -340,11 +335,11 @@ void SeleccionFormulario::Eliminar()
     field(kCancelar).setEnabled(false);
     const QString kind = original ? QStringLiteral("AND Rectificativa in ('False','Falso') ")
                                   : QStringLiteral("AND Rectificativa in ('True','Verdadero') ");
-    const QString version = kind + QStringLiteral("AND FECHARECTIFICATIVA = ") + quoted(fecha) +
-                            QStringLiteral(" AND ctrl = ") + quoted(ctrl);
-    const QString where = QStringLiteral("WHERE Padron = ") + quoted(padron) +
-                          QStringLiteral(" AND Objeto = ") + quoted(objeto) +
-                          QStringLiteral(" AND Periodo = ") + quoted(period) + u' ';
+    const QString version = kind + QStringLiteral("AND FECHARECTIFICATIVA = ") + Quoted(fecha) +
+                            QStringLiteral(" AND ctrl = ") + Quoted(ctrl);
+    const QString where = QStringLiteral("WHERE Padron = ") + Quoted(padron) +
+                          QStringLiteral(" AND Objeto = ") + Quoted(objeto) +
+                          QStringLiteral(" AND Periodo = ") + Quoted(period) + u' ';
     // The declaration, its lines and its registration go together or stay;
     // a deletion the database refuses keeps the window open.
     if (!SaveWhole([&] {
@@ -352,13 +347,13 @@ void SeleccionFormulario::Eliminar()
                 const QString codigo = db.GetString(QStringLiteral("SELECT Codigo FROM ") + form +
                                                     u' ' + where + version);
                 db.Execute(QStringLiteral("DELETE FROM ") + tables->detailTable.toUpper() +
-                           QStringLiteral(" WHERE Codigo = ") + quoted(codigo) +
-                           QStringLiteral(" AND ctrl = ") + quoted(ctrl));
+                           QStringLiteral(" WHERE Codigo = ") + Quoted(codigo) +
+                           QStringLiteral(" AND ctrl = ") + Quoted(ctrl));
             }
             db.Execute(QStringLiteral("DELETE FROM ") + form + u' ' + where + version);
             // The registration row goes with the declaration, for every form alike.
             db.Execute(QStringLiteral("DELETE FROM TPADRONES_FORMULARIOS ") + where +
-                       QStringLiteral(" AND idFormulario = ") + quoted(form) + u' ' + version);
+                       QStringLiteral(" AND idFormulario = ") + Quoted(form) + u' ' + version);
             return true;
         }))
         m_stayOpen = true;

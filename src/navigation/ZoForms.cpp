@@ -40,11 +40,6 @@ const QString kNewFormTail = QStringLiteral(
     ";Rectificativa=Falso;FechaRectificativa=0;FechaRectificativaNueva=0;Nuevo=Verdadero;"
     "ConDatos=Falso;idEncFormulario=-1;ctrl=0");
 
-QString quoted(const QString& value)
-{
-    return u'\'' + Sq(value) + u'\'';
-}
-
 QString read(const QString& parameters, const QString& key)
 {
     return gParameters().ReadValue(parameters, key);
@@ -162,7 +157,7 @@ public:
                 gAccess()
                     .GetString(QStringLiteral("Select regimen from tPadronesComerciales "
                                               "where padron = ") +
-                               quoted(padron) + QStringLiteral(" and Objeto = ") + quoted(objeto))
+                               Quoted(padron) + QStringLiteral(" and Objeto = ") + Quoted(objeto))
                     .trimmed());
         return *it;
     }
@@ -189,8 +184,8 @@ private:
         QHash<QString, QString> out;
         const RecordsetPtr rs = gAccess().FillRecordSet(
             QStringLiteral("SELECT periodo, retenciones, percepciones FROM ") + table +
-            QStringLiteral(" WHERE padron = ") + quoted(padron) + QStringLiteral(" and objeto = ") +
-            quoted(objeto) + QStringLiteral(" ORDER BY Id DESC"));
+            QStringLiteral(" WHERE padron = ") + Quoted(padron) + QStringLiteral(" and objeto = ") +
+            Quoted(objeto) + QStringLiteral(" ORDER BY Id DESC"));
         for (; rs && !rs->EOF_(); rs->MoveNext()) {
             const QString period = rs->Text(0);
             for (const char* column : {"retenciones", "percepciones"}) {
@@ -266,7 +261,7 @@ bool ZoForms::fillLocales(Field& tree, const QString& idContribuyente)
     const RecordsetPtr premises = db.FillRecordSet(
         QStringLiteral("Select padron, objeto, retencion, percepcion, regimen from "
                        "tPadronesComerciales where Cuit = ") +
-        quoted(cuit));
+        Quoted(cuit));
     if (!premises || premises->RecordCount() == 0)
         return false;
     TreeBuild build(tree);
@@ -313,7 +308,7 @@ void ZoForms::addDeclarations(TreeBuild& build, const QString& premisesKey, cons
                        "TPadrones_Formularios pf, Formularios "
                        "fo, tPadronesComerciales pc WHERE pc.padron = pf.padron AND pc.objeto = "
                        "pf.objeto AND pf.idFormulario = fo.idFormulario AND pf.padron = ") +
-        quoted(padron) + QStringLiteral(" AND pf.objeto = ") + quoted(objeto) +
+        Quoted(padron) + QStringLiteral(" AND pf.objeto = ") + Quoted(objeto) +
         QStringLiteral(" ORDER BY right(pf.Periodo,4), mid(pf.Periodo,1,2), fo.Orden, pf.id, "
                        "pf.FechaRectificativa DESC"));
     // The columns by name once, not on every row.
@@ -567,8 +562,8 @@ void ZoForms::InsertCopiaDDJJ(const QString& idContribuyente, const QString& per
     const QString modelPeriod = TwoDigits(periodoModelo) + u'-' + anioModelo.trimmed();
     const RecordsetPtr forms = db.FillRecordSet(
         QStringLiteral("SELECT DISTINCT(IDFORMULARIO) FROM TPADRONES_FORMULARIOS WHERE Padron = ") +
-        quoted(padron) + QStringLiteral(" AND Objeto = ") + quoted(objeto) +
-        QStringLiteral(" AND PERIODO = ") + quoted(modelPeriod) +
+        Quoted(padron) + QStringLiteral(" AND Objeto = ") + Quoted(objeto) +
+        QStringLiteral(" AND PERIODO = ") + Quoted(modelPeriod) +
         QStringLiteral(" AND RECTIFICATIVA in ('Falso','False') AND FECHARECTIFICATIVA = '0' "
                        "AND ctrl = '0'"));
     const PeriodCopy copy(padron, objeto, modelPeriod, TwoDigits(periodo), anio.trimmed());
@@ -632,12 +627,12 @@ void ZoForms::ShowForm(Field& tree, const QString& idContribuyente, int& result)
         const QString padron = ps.ReadValue(key, QStringLiteral("Padron"));
         const QString cuit = gAccess().GetString(
             QStringLiteral("SELECT Cuit FROM tPadronesComerciales WHERE Padron = ") +
-            quoted(PadronOfValue(padron)) + QStringLiteral(" and objeto = ") +
-            quoted(ObjetoOfValue(padron)) + u' ');
+            Quoted(PadronOfValue(padron)) + QStringLiteral(" and objeto = ") +
+            Quoted(ObjetoOfValue(padron)) + u' ');
         // The premises keep the bare CUIT, the taxpayers the masked one.
         const QString owner = gAccess().GetString(
             QStringLiteral("Select idContribuyente from Contribuyentes where Cuit = ") +
-            quoted(FormatCuit(DigitsOnly(cuit))));
+            Quoted(FormatCuit(DigitsOnly(cuit))));
         key += QStringLiteral(";idContribuyente=") + owner + u';';
     } else if (key.startsWith(u'M')) {
         id = ps.ReadValue(key, QStringLiteral("idContribuyente"));
@@ -699,10 +694,10 @@ int ZoForms::CountVersions(const QString& parameters)
     const bool rect = IsYesText(ps.ReadValue(parameters, QStringLiteral("Rectificativa")));
     const RecordsetPtr rs = gAccess().FillRecordSet(
         QStringLiteral("SELECT * FROM TPadrones_Formularios WHERE Padron = ") +
-        quoted(PadronOfValue(padron)) + QStringLiteral(" AND Objeto = ") +
-        quoted(padron.right(13)) + QStringLiteral(" AND Periodo = ") + quoted(period) +
+        Quoted(PadronOfValue(padron)) + QStringLiteral(" AND Objeto = ") +
+        Quoted(padron.right(13)) + QStringLiteral(" AND Periodo = ") + Quoted(period) +
         QStringLiteral(" AND idFormulario = ") +
-        quoted(ps.ReadValue(parameters, QStringLiteral("Formulario"))) +
+        Quoted(ps.ReadValue(parameters, QStringLiteral("Formulario"))) +
         (rect ? QStringLiteral(" AND Rectificativa in ('True','Verdadero')")
               : QStringLiteral(" AND Rectificativa in ('False','Falso')")));
     return rs ? rs->RecordCount() : 0;
@@ -729,7 +724,7 @@ bool ZoForms::deleteTaxpayer(const QString& idContribuyente)
         QStringLiteral("SELECT Cuit FROM Contribuyentes WHERE idContribuyente = ") + id);
     cuit.remove(u'-');
     const RecordsetPtr premises = db.FillRecordSet(
-        QStringLiteral("SELECT * FROM tPadronesComerciales WHERE Cuit = ") + quoted(cuit));
+        QStringLiteral("SELECT * FROM tPadronesComerciales WHERE Cuit = ") + Quoted(cuit));
     // Each premises by padrón and objeto: another taxpayer's objeto of the
     // same padrón is not this taxpayer's to delete.
     QVector<QPair<QString, QString>> keys;

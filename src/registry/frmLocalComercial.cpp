@@ -73,7 +73,7 @@ QString quotedList(const QStringList& values)
 {
     QStringList quoted;
     for (const QString& v : values)
-        quoted << u'\'' + Sq(v) + u'\'';
+        quoted << Quoted(v);
     return quoted.join(u',');
 }
 
