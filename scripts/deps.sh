@@ -6,7 +6,7 @@ set -euo pipefail
 packages=(
   cmake ninja-build g++ pkg-config ccache
   qt6-base-dev qt6-base-dev-tools libgl-dev qt6-translations-l10n
-  libsqlite3-dev libfreexl-dev libzip-dev
+  libsqlite3-dev libfreexl-dev libzip-dev zlib1g-dev
   libqt6svg6 p7zip-full
   xvfb xauth poppler-utils libxlsxwriter-dev
   fonts-dejavu-core libqrencode-dev zbar-tools

@@ -11,14 +11,12 @@
 
 class QThreadPool;
 
-// Writes many printings' PDF files at once: the files are drawn by groups on
+// Writes many printings' PDF files at once: the files are written by groups on
 // threads of their own while the caller prepares the next ones, with at most
-// as many groups at a time as the machine has cores. The files of a group are
-// drawn as one document, so that their letters are embedded once, and then
-// parted into a file each that shows its pages alone, as WriteReportPdf would
-// write it. Each file's end is told to its callback on the caller's thread,
-// in the order the files were given; a text that did not fit its box is
-// written to the daily log there.
+// as many groups at a time as the machine has cores, each file as
+// WriteReportPdf writes it. Each file's end is told to its callback on the
+// caller's thread, in the order the files were given; a text that did not fit
+// its box is written to the daily log there.
 class ReportPdfQueue
 {
 public:
@@ -52,8 +50,3 @@ private:
     std::vector<std::shared_ptr<File>> m_gathering;
     std::deque<std::shared_ptr<Group>> m_pending;
 };
-
-// The pages [first, first + count) of a PDF file of this program's writer,
-// as a file of their own titled `title`, the objects they use copied and
-// renumbered; empty when the file is not laid out as that writer lays it.
-QByteArray ExtractPdfPages(const QByteArray& pdf, int first, int count, const QString& title);

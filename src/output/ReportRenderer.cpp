@@ -1,17 +1,21 @@
 #include "ReportRenderer.h"
 
 #include <QBuffer>
+#include <QFile>
 #include <QFont>
 #include <QHash>
+#include <QFontInfo>
 #include <QFontMetricsF>
 #include <QPageLayout>
 #include <QPagedPaintDevice>
 #include <QPainter>
 #include <QPdfWriter>
+#include <unordered_map>
 
 #include "ErrorLog.h"
 #include "Numbers.h"
 #include "ReportDriver.h"
+#include "PdfSheet.h"
 #include "ReportLayout.h"
 #include "ReportQrCode.h"
 #include "Util.h"
@@ -53,37 +57,111 @@ QStringList WrapWords(const QString& text, const QFontMetricsF& metrics, double 
     return lines;
 }
 
-// The drawing primitives of the forms, in millimetres of the sheet. Nothing
-// is ever cut: a text too long for its box wraps onto the lines it is
-// allowed and shrinks; what still does not fit is noted as unfit (and drawn
-// whole all the same).
-class Sheet
+// A font's measures on a device, as a painter lays its letters out there,
+// kept per size: the forms ask the same few sizes thousands of times.
+struct LetterMeasures {
+    QFont font;
+    double height = 0;
+    double ascent = 0;
+    // The letters' height at the whole dots the device gives them.
+    double pixels = 0;
+    // Each character's advance; a line is as long as their sum, for the
+    // letters are not shaped.
+    mutable QHash<char16_t, double> advance;
+    const QPaintDevice* device = nullptr;
+
+    double width(const QString& text) const
+    {
+        double sum = 0;
+        for (const QChar c : text) {
+            auto found = advance.constFind(c.unicode());
+            if (found == advance.cend())
+                found = advance.insert(c.unicode(),
+                                       QFontMetricsF(font, const_cast<QPaintDevice*>(device))
+                                           .horizontalAdvance(c));
+            sum += *found;
+        }
+        return sum;
+    }
+};
+
+const LetterMeasures& MeasuresOf(double size, bool bold, QPaintDevice* device)
+{
+    struct Key {
+        double size;
+        bool bold;
+        int dpi;
+        int type;
+        bool operator==(const Key&) const = default;
+    };
+    struct KeyHash {
+        size_t operator()(const Key& k) const
+        {
+            return qHashMulti(0, k.size, k.bold, k.dpi, k.type);
+        }
+    };
+    thread_local std::unordered_map<Key, LetterMeasures, KeyHash> known;
+    const Key key{size, bold, device->logicalDpiY(), device->devType()};
+    auto found = known.find(key);
+    if (found == known.end()) {
+        LetterMeasures m;
+        m.font = PdfSheet::Font(size, bold, key.dpi);
+        const QFontMetricsF metrics(m.font, device);
+        m.height = metrics.height();
+        m.ascent = metrics.ascent();
+        m.pixels = QFontInfo(QFont(m.font, device)).pixelSize();
+        if (known.size() > 1000)
+            known.clear();
+        found = known.emplace(key, std::move(m)).first;
+    }
+    found->second.device = device;
+    return found->second;
+}
+
+// Where a sheet's strokes go, in millimetres of the sheet: a painter (the
+// screen, a printer) or a PDF file written straight.
+class SheetCanvas
 {
 public:
-    Sheet(QPainter& painter, QStringList* unfit) : m_p(painter), m_unfit(unfit)
+    virtual ~SheetCanvas() = default;
+    // The device the letters are measured on.
+    virtual QPaintDevice* device() const = 0;
+    virtual void frame(const QRectF& box, double pen) = 0;
+    virtual void line(const QPointF& from, const QPointF& to, double pen) = 0;
+    virtual void fill(const QRectF& box) = 0;
+    virtual void cells(double x, double y, double cell, const QVector<QRect>& rectangles) = 0;
+    // The lines of a text, each in its box in tenths of a millimetre, one
+    // line high, aligned by `flags` as a painter's drawText aligns.
+    virtual void lines(const QList<QRectF>& boxes, const QStringList& lines,
+                       const LetterMeasures& letters, int flags) = 0;
+};
+
+// The forms' light grey of the boxes to be filled in.
+const QColor kFillColour(225, 225, 225);
+
+class PainterCanvas final : public SheetCanvas
+{
+public:
+    explicit PainterCanvas(QPainter& painter) : m_p(painter)
     {
         m_p.setPen(QPen(Qt::black, 0.25));
         m_p.setBrush(Qt::NoBrush);
     }
-
-    void frame(double x, double y, double w, double h, double pen = 0.25)
+    QPaintDevice* device() const override { return m_p.device(); }
+    void frame(const QRectF& box, double pen) override
     {
         m_p.setPen(QPen(Qt::black, pen));
-        m_p.drawRect(QRectF(x, y, w, h));
+        m_p.drawRect(box);
     }
-    void line(double x1, double y1, double x2, double y2)
+    void line(const QPointF& from, const QPointF& to, double pen) override
     {
-        m_p.setPen(QPen(Qt::black, 0.2));
-        m_p.drawLine(QPointF(x1, y1), QPointF(x2, y2));
+        m_p.setPen(QPen(Qt::black, pen));
+        m_p.drawLine(from, to);
     }
-    void fill(double x, double y, double w, double h)
-    {
-        m_p.fillRect(QRectF(x, y, w, h), QColor(225, 225, 225));
-    }
-    // Solid black rectangles of whole cells of `cell` millimetres from
-    // (x, y), all in one stroke of the painter: a code of hundreds of them
-    // costs one change of pen and brush, and each is written in whole cells.
-    void dark(double x, double y, double cell, const QVector<QRect>& rectangles)
+    void fill(const QRectF& box) override { m_p.fillRect(box, kFillColour); }
+    // All in one stroke of the painter: a code of hundreds of rectangles
+    // costs one change of pen and brush.
+    void cells(double x, double y, double cell, const QVector<QRect>& rectangles) override
     {
         m_p.save();
         m_p.translate(x, y);
@@ -92,6 +170,93 @@ public:
         m_p.setBrush(Qt::black);
         m_p.drawRects(rectangles);
         m_p.restore();
+    }
+    void lines(const QList<QRectF>& boxes, const QStringList& lines,
+               const LetterMeasures& letters, int flags) override
+    {
+        m_p.save();
+        m_p.scale(1 / kTextUnit, 1 / kTextUnit);
+        m_p.setFont(letters.font);
+        m_p.setPen(Qt::black);
+        for (int i = 0; i < lines.size(); ++i)
+            m_p.drawText(boxes.at(i), flags, lines.at(i));
+        m_p.restore();
+    }
+
+private:
+    QPainter& m_p;
+};
+
+// The sheet as a PDF file of its own; `refused` once a text had a
+// character the file's letters lack.
+class PdfCanvas final : public SheetCanvas
+{
+public:
+    explicit PdfCanvas(PdfSheet& pdf) : m_pdf(pdf) {}
+    QPaintDevice* device() const override
+    {
+        // Measured as on Qt's PDF writer, so that the same words take the
+        // same boxes on both.
+        thread_local QBuffer nowhere;
+        thread_local QPdfWriter writer(&nowhere);
+        return &writer;
+    }
+    void frame(const QRectF& box, double pen) override { m_pdf.frame(box, pen); }
+    void line(const QPointF& from, const QPointF& to, double pen) override
+    {
+        m_pdf.line(from, to, pen);
+    }
+    void fill(const QRectF& box) override { m_pdf.fill(box, kFillColour.red() / 255.0); }
+    void cells(double x, double y, double cell, const QVector<QRect>& rectangles) override
+    {
+        m_pdf.cells(x, y, cell, rectangles);
+    }
+    void lines(const QList<QRectF>& boxes, const QStringList& lines,
+               const LetterMeasures& letters, int flags) override
+    {
+        for (int i = 0; i < lines.size(); ++i) {
+            const QRectF& box = boxes.at(i);
+            const double width = letters.width(lines.at(i));
+            double x = box.left();
+            if (flags & Qt::AlignHCenter)
+                x += (box.width() - width) / 2;
+            else if (flags & Qt::AlignRight)
+                x += box.width() - width;
+            const double baseline = box.top() + (box.height() - letters.height) / 2 + letters.ascent;
+            refused = !m_pdf.text(x / kTextUnit, baseline / kTextUnit, letters.pixels / kTextUnit,
+                                  letters.font.bold(), width / kTextUnit, lines.at(i)) ||
+                      refused;
+        }
+    }
+
+    bool refused = false;
+
+private:
+    PdfSheet& m_pdf;
+};
+
+// The drawing primitives of the forms, in millimetres of the sheet. Nothing
+// is ever cut: a text too long for its box wraps onto the lines it is
+// allowed and shrinks; what still does not fit is noted as unfit (and drawn
+// whole all the same).
+class Sheet
+{
+public:
+    Sheet(SheetCanvas& canvas, QStringList* unfit) : m_canvas(canvas), m_unfit(unfit) {}
+
+    void frame(double x, double y, double w, double h, double pen = 0.25)
+    {
+        m_canvas.frame(QRectF(x, y, w, h), pen);
+    }
+    void line(double x1, double y1, double x2, double y2)
+    {
+        m_canvas.line(QPointF(x1, y1), QPointF(x2, y2), 0.2);
+    }
+    void fill(double x, double y, double w, double h) { m_canvas.fill(QRectF(x, y, w, h)); }
+    // Black rectangles of whole cells of `cell` millimetres from (x, y).
+    void dark(double x, double y, double cell, const QVector<QRect>& rectangles)
+    {
+        m_canvas.cells(x, y, cell, rectangles);
     }
 
     // Text inside a rectangle, with a padding of 1.2 mm at the sides, on up
@@ -105,7 +270,7 @@ public:
         const Fitted fitted = fitting(area, text, size, bold, lines);
         if (!fitted.fits && m_unfit)
             *m_unfit << text;
-        draw(area, fitted.lines, makeFont(fitted.size, bold), align);
+        draw(area, fitted, bold, align);
     }
     // A ruled box with its caption small in the upper left corner; the value
     // may take two lines.
@@ -138,19 +303,26 @@ private:
     // measured once is kept, for the thread's painters of the same device.
     Fitted fitting(const QRectF& area, const QString& text, double size, bool bold, int lines)
     {
-        thread_local QHash<QString, Fitted> measured;
-        const QString key = text + QChar(0) +
-                            QStringLiteral("%1 %2 %3 %4 %5 %6 %7")
-                                .arg(area.width(), 0, 'g', 17)
-                                .arg(area.height(), 0, 'g', 17)
-                                .arg(size, 0, 'g', 17)
-                                .arg(int(bold))
-                                .arg(lines)
-                                .arg(m_p.device()->logicalDpiY())
-                                .arg(m_p.device()->devType());
-        const auto known = measured.constFind(key);
-        if (known != measured.cend())
-            return *known;
+        struct Key {
+            QString text;
+            double width, height, size;
+            bool bold;
+            int lines, dpi, type;
+            bool operator==(const Key&) const = default;
+        };
+        struct KeyHash {
+            size_t operator()(const Key& k) const
+            {
+                return qHashMulti(0, k.text, k.width, k.height, k.size, k.bold, k.lines, k.dpi,
+                                  k.type);
+            }
+        };
+        thread_local std::unordered_map<Key, Fitted, KeyHash> measured;
+        const Key key{text,  area.width(), area.height(), size, bold, lines,
+                      m_canvas.device()->logicalDpiY(), m_canvas.device()->devType()};
+        const auto known = measured.find(key);
+        if (known != measured.end())
+            return known->second;
         Fitted fitted;
         if (!fit(fitted, area, text, size, bold, 1, kOneLineScale) &&
             !(lines > 1 && fit(fitted, area, text, size, bold, lines, kMinScale)) &&
@@ -158,7 +330,7 @@ private:
             fitted = {size * kMinScale, {text}, false};
         if (measured.size() > 50000)
             measured.clear();
-        measured.insert(key, fitted);
+        measured.emplace(key, fitted);
         return fitted;
     }
     // The largest size down to `least` of `size` at which the text fits on
@@ -169,7 +341,7 @@ private:
         const double width = area.width() * kTextUnit;
         for (double scale = 1.0; scale >= least - 1e-9; scale -= kScaleStep) {
             const QFont font = makeFont(size * scale, bold);
-            const QFontMetricsF metrics(font, m_p.device());
+            const QFontMetricsF metrics(font, m_canvas.device());
             if (metrics.horizontalAdvance(text) <= width) {
                 fitted = {size * scale, {text}, true};
                 return true;
@@ -187,38 +359,24 @@ private:
     }
     QFont makeFont(double size, bool bold) const
     {
-        // `size` is the height of the letters in millimetres of the sheet;
-        // the device turns points into its own dots, which the painter's
-        // scale then maps onto millimetres.
-        QFont font(QStringLiteral("DejaVu Sans"));
-        font.setPointSizeF(size * kTextUnit * 72.0 / m_p.device()->logicalDpiY());
-        font.setBold(bold);
-        // No shaping, hence no ligatures: every word of a PDF can be found
-        // and copied as written, its "fi" two letters and not one glyph.
-        font.setStyleStrategy(QFont::PreferNoShaping);
-        return font;
+        return PdfSheet::Font(size, bold, m_canvas.device()->logicalDpiY());
     }
-    void draw(const QRectF& area, const QStringList& lines, const QFont& font, int align)
+    // The lines one under the other, the block centred in the area's height.
+    void draw(const QRectF& area, const Fitted& fitted, bool bold, int align)
     {
-        m_p.save();
-        m_p.scale(1 / kTextUnit, 1 / kTextUnit);
-        m_p.setFont(font);
-        m_p.setPen(Qt::black);
-        const QFontMetricsF metrics(font, m_p.device());
-        const double height = metrics.height();
+        const LetterMeasures& letters = MeasuresOf(fitted.size, bold, m_canvas.device());
+        const double height = letters.height;
         const QRectF box(area.topLeft() * kTextUnit, area.size() * kTextUnit);
-        double y = box.top() + (box.height() - height * lines.size()) / 2;
-        for (const QString& line : lines) {
-            m_p.drawText(QRectF(box.left(), y, box.width(), height),
-                         (align & Qt::AlignHorizontal_Mask) | Qt::AlignVCenter |
-                             Qt::TextSingleLine | Qt::TextDontClip,
-                         line);
-            y += height;
-        }
-        m_p.restore();
+        double y = box.top() + (box.height() - height * fitted.lines.size()) / 2;
+        QList<QRectF> boxes;
+        for (qsizetype i = 0; i < fitted.lines.size(); ++i, y += height)
+            boxes << QRectF(box.left(), y, box.width(), height);
+        m_canvas.lines(boxes, fitted.lines, letters,
+                       (align & Qt::AlignHorizontal_Mask) | Qt::AlignVCenter |
+                           Qt::TextSingleLine | Qt::TextDontClip);
     }
 
-    QPainter& m_p;
+    SheetCanvas& m_canvas;
     QStringList* m_unfit;
 };
 
@@ -542,12 +700,12 @@ void Footer(Sheet& s, const ReportLayout& l, const ReportJob& job)
            Qt::AlignRight, 2.0);
 }
 
-void DrawJobPage(QPainter& painter, const ReportJob& job, int page, QStringList* unfit)
+void DrawJobPage(SheetCanvas& canvas, const ReportJob& job, int page, QStringList* unfit)
 {
     const ReportLayout* l = FindReportLayout(job.layout);
     if (!l)
         return;
-    Sheet s(painter, unfit);
+    Sheet s(canvas, unfit);
     double y = Header(s, *l, job);
     y = Identification(s, *l, job, y);
     if (l->kind == LayoutKind::Annex) {
@@ -605,7 +763,8 @@ void ReportRenderer::DrawPages(QPainter& painter, QPagedPaintDevice& device,
             painter.scale(dotsPerMm, dotsPerMm);
             painter.translate(-paint.left(), -paint.top());
             painter.fillRect(QRectF(0, 0, kPageWidth, kPageHeight), Qt::white);
-            DrawJobPage(painter, job, p, &missed);
+            PainterCanvas canvas(painter);
+            DrawJobPage(canvas, job, p, &missed);
             painter.restore();
         }
     }
@@ -624,7 +783,27 @@ void ReportRenderer::LogUnfit(const QList<ReportJob>& jobs, const QStringList& m
 
 void ReportRenderer::DrawPage(QPainter& painter, const ReportJob& job, int page)
 {
-    DrawJobPage(painter, job, page, nullptr);
+    PainterCanvas canvas(painter);
+    DrawJobPage(canvas, job, page, nullptr);
+}
+
+QByteArray ReportRenderer::StraightPdf(const QList<ReportJob>& jobs, QStringList& missed)
+{
+    if (!Printable(jobs) || !PdfSheet::Available())
+        return {};
+    PdfSheet pdf;
+    PdfCanvas canvas(pdf);
+    QStringList unfit;
+    for (const ReportJob& job : jobs) {
+        for (int p = 0; p < PageCount(job); ++p) {
+            pdf.newPage();
+            DrawJobPage(canvas, job, p, &unfit);
+            if (canvas.refused)
+                return {};
+        }
+    }
+    missed += unfit;
+    return pdf.finish(QStringLiteral("Formulario ") + jobs.first().layout);
 }
 
 bool ReportRenderer::Render(QPagedPaintDevice& device, const QList<ReportJob>& jobs,
@@ -653,11 +832,31 @@ QStringList ReportRenderer::UnfitTexts(const QList<ReportJob>& jobs)
     return unfit;
 }
 
-bool WriteReportPdf(const QList<ReportJob>& jobs, const QString& path)
+bool DrawReportPdf(const QList<ReportJob>& jobs, const QString& path, QStringList& missed)
 {
+    const QByteArray straight = ReportRenderer::StraightPdf(jobs, missed);
+    if (!straight.isEmpty()) {
+        QFile file(path);
+        return file.open(QIODevice::WriteOnly | QIODevice::Truncate) &&
+               file.write(straight) == straight.size() && file.flush();
+    }
+    // A character the straight file's letters lack: the painter draws it.
     QPdfWriter writer(path);
     ReportRenderer::SetUpPdf(writer, jobs);
-    return ReportRenderer::Render(writer, jobs);
+    QPainter painter;
+    if (!ReportRenderer::Printable(jobs) || !painter.begin(&writer))
+        return false;
+    bool first = true;
+    ReportRenderer::DrawPages(painter, writer, jobs, missed, first);
+    return painter.end();
+}
+
+bool WriteReportPdf(const QList<ReportJob>& jobs, const QString& path)
+{
+    QStringList missed;
+    const bool written = DrawReportPdf(jobs, path, missed);
+    ReportRenderer::LogUnfit(jobs, missed);
+    return written;
 }
 
 QImage RenderPageImage(const ReportJob& job, int page, double dotsPerMm)

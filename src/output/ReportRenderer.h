@@ -39,6 +39,11 @@ public:
     // not fit their boxes into `missed`.
     static void DrawPages(QPainter& painter, QPagedPaintDevice& device,
                           const QList<ReportJob>& jobs, QStringList& missed, bool& first);
+    // The printings as a PDF file written straight from the forms' strokes;
+    // empty when a text has a character the file's letters lack (or they
+    // could not be had), or a layout is unknown. The texts that did not fit
+    // their boxes into `missed`.
+    static QByteArray StraightPdf(const QList<ReportJob>& jobs, QStringList& missed);
     // Writes the texts that did not fit their boxes to the daily log.
     static void LogUnfit(const QList<ReportJob>& jobs, const QStringList& missed);
 
@@ -51,4 +56,7 @@ QImage RenderPageImage(const ReportJob& job, int page, double dotsPerMm);
 
 // Writes the printings as one PDF file, A4; false when it cannot be written.
 bool WriteReportPdf(const QList<ReportJob>& jobs, const QString& path);
+// The same, the texts that did not fit their boxes into `missed` instead of
+// the daily log (for a thread of its own).
+bool DrawReportPdf(const QList<ReportJob>& jobs, const QString& path, QStringList& missed);
 

@@ -125,9 +125,9 @@ private slots:
         QVERIFY(QString::fromUtf8(text.readAllStandardOutput()).contains("1.300,00"));
     }
 
-    // The batch draws its printed forms by groups and parts them into a file
-    // each: every file shows, page by page and word by word, what the same
-    // forms written alone show.
+    // The batch writes its printed forms on threads of their own, by groups:
+    // every file shows, page by page and word by word, what the same forms
+    // written alone show.
     void printedFormsShowWhatAFileOfTheirOwnShows_data()
     {
         Columns<int, QString, QString, int>("id", "form", "file", "pages");

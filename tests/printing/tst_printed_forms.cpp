@@ -1,3 +1,4 @@
+#include <QPdfWriter>
 #include <QtTest>
 
 #include "Numbers.h"
@@ -263,6 +264,73 @@ private slots:
         for (const QString& piece : {"01-2010", "K4700XAB", "COMPAÑÍA ARGENTINA DE DISTRIBUCIÓN",
                                      "Avenida General José de San Martín"})
             QVERIFY2(text.count(piece) == 2, qPrintable(piece + " in " + text));
+    }
+
+    void straightFileLooksAsPainted_data() { formRows(); }
+    // The file written straight from the forms' strokes shows what a painter
+    // on a PDF device draws: the same words in the same order, and pages that
+    // differ by no more than the edges of a few letters.
+    void straightFileLooksAsPainted()
+    {
+        skipWithout("pdftoppm", "poppler-utils");
+        skipWithout("pdftotext", "poppler-utils");
+        QFETCH(QString, form);
+        QFETCH(bool, rect);
+        const QList<ReportJob> jobs = prepare(form, rect);
+        QStringList missed;
+        const QByteArray straight = ReportRenderer::StraightPdf(jobs, missed);
+        QVERIFY(!straight.isEmpty());
+        QFile file(env->path("straight.pdf"));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(straight) == straight.size());
+        file.close();
+        QPdfWriter writer(env->path("painted.pdf"));
+        ReportRenderer::SetUpPdf(writer, jobs);
+        QVERIFY(ReportRenderer::Render(writer, jobs));
+        const auto words = [](const QString& pdf) {
+            return run("pdftotext", {pdf, "-"}).split(QRegularExpression("\\s+"), Qt::SkipEmptyParts);
+        };
+        QCOMPARE(words(env->path("straight.pdf")), words(env->path("painted.pdf")));
+        const auto pages = [](const QString& pdf, const QString& prefix) {
+            run("pdftoppm", {"-r", "60", "-gray", pdf, prefix});
+            QList<QImage> found;
+            QDir dir(QFileInfo(prefix).path());
+            for (const QString& name :
+                 dir.entryList({QFileInfo(prefix).fileName() + "*.pgm"}, QDir::Files, QDir::Name))
+                found << QImage(dir.filePath(name)).convertToFormat(QImage::Format_Grayscale8);
+            return found;
+        };
+        const QList<QImage> seen = pages(env->path("straight.pdf"), env->path("seen"));
+        const QList<QImage> drawn = pages(env->path("painted.pdf"), env->path("drawn"));
+        QCOMPARE(seen.size(), drawn.size());
+        for (int n = 0; n < seen.size(); ++n) {
+            QCOMPARE(seen.at(n).size(), drawn.at(n).size());
+            int differing = 0, inked = 0;
+            for (int y = 0; y < seen.at(n).height(); ++y) {
+                const uchar* a = seen.at(n).constScanLine(y);
+                const uchar* b = drawn.at(n).constScanLine(y);
+                for (int x = 0; x < seen.at(n).width(); ++x) {
+                    differing += std::abs(a[x] - b[x]) > 96;
+                    inked += b[x] < 128;
+                }
+            }
+            QVERIFY2(differing * 50 < inked,
+                     qPrintable(QString("page %1: %2 dots differ of %3 inked")
+                                    .arg(n + 1).arg(differing).arg(inked)));
+        }
+    }
+
+    // A character the straight file's letters lack is still printed: the
+    // painter draws that file.
+    void characterBeyondTheLettersStillPrinted()
+    {
+        skipWithout("pdftotext", "poppler-utils");
+        QList<ReportJob> jobs = prepare("F976", false);
+        setParameter(jobs.first(), "RAZONSOCIAL", "ŁÓDŹ Ωmega SRL");
+        QStringList missed;
+        QVERIFY(ReportRenderer::StraightPdf(jobs, missed).isEmpty());
+        const QString pdf = writePdf(jobs, "beyond");
+        QVERIFY(!pdf.isEmpty());
+        QVERIFY(run("pdftotext", {pdf, "-"}).contains("ŁÓDŹ Ωmega SRL"));
     }
 
     void verificationCode_data() { formRows(); }
