@@ -206,9 +206,7 @@ private slots:
     void refused()
     {
         REQUIRE_SERVER();
-        QFETCH(QString, from);
-        QFETCH(QString, to);
-        QFETCH(QString, said);
+        const auto [from, to, said] = Fetch<QString, QString, QString>("from", "to", "said");
         ServerKit::Scratch server;
         QVERIFY(server.ok());
         QVERIFY(server.exec("CREATE TABLE ajena (n integer); INSERT INTO ajena VALUES (1)"));
@@ -257,8 +255,7 @@ private slots:
     void failureHalfWay()
     {
         REQUIRE_SERVER();
-        QFETCH(QString, toward);
-        QFETCH(QString, said);
+        const auto [toward, said] = Fetch<QString, QString>("toward", "said");
         ServerKit::Scratch server;
         QVERIFY(server.ok());
         const QString target = env->path("copia.db");

@@ -105,11 +105,9 @@ private slots:
     }
     void computation()
     {
-        QFETCH(QString, form);
-        QFETCH(QString, impuesto);
-        QFETCH(QStringList, typed);
-        QFETCH(QStringList, expected);
-        QFETCH(bool, negative);
+        const auto [form, impuesto, typed, expected, negative] =
+            Fetch<QString, QString, QStringList, QStringList, bool>("form", "impuesto", "typed",
+                                                                    "expected", "negative");
         auto f = crearForm<DeclaracionMensual>(form);
         abrirForm(*f, nuevo(form), {actividad("101", "1,00", impuesto)});
         if (form == "F2001")
@@ -141,9 +139,8 @@ private slots:
     }
     void rateNeverBelowLevy()
     {
-        QFETCH(QString, form);
-        QFETCH(QString, field);
-        QFETCH(QString, message);
+        const auto [form, field, message] =
+            Fetch<QString, QString, QString>("form", "field", "message");
         auto f = crearForm<DeclaracionMensual>(form);
         abrirForm(*f, nuevo(form), {actividad("1", "1", "250,00")});
         Person p(*f);
@@ -165,8 +162,7 @@ private slots:
     }
     void sixLinesFitTheSeventhIsRefused()
     {
-        QFETCH(QString, form);
-        QFETCH(QString, message);
+        const auto [form, message] = Fetch<QString, QString>("form", "message");
         auto f = crearForm<DeclaracionMensual>(form);
         QVector<QStringList> five;
         for (int i = 1; i <= 5; ++i)
@@ -341,10 +337,8 @@ private slots:
     }
     void annexWarnings()
     {
-        QFETCH(QString, f977);
-        QFETCH(QString, f978);
-        QFETCH(bool, f977Rect);
-        QFETCH(QString, expected);
+        const auto [f977, f978, f977Rect, expected] =
+            Fetch<QString, QString, bool, QString>("f977", "f978", "f977Rect", "expected");
         Db::exec("UPDATE tPadronesComerciales SET retencion = '1', percepcion = '1'");
         if (!f977.isEmpty()) {
             if (f977Rect)

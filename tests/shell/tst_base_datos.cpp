@@ -100,11 +100,9 @@ private slots:
     }
     void pgpass()
     {
-        QFETCH(QByteArray, before);
-        QFETCH(QString, database);
-        QFETCH(QString, user);
-        QFETCH(QString, password);
-        QFETCH(QByteArray, after);
+        const auto [before, database, user, password, after] =
+            Fetch<QByteArray, QString, QString, QString, QByteArray>("before", "database", "user",
+                                                                     "password", "after");
         if (!before.isNull()) {
             QVERIFY(WriteBytes(m_pgpass, before));
             QFile::setPermissions(m_pgpass,
@@ -138,10 +136,8 @@ private slots:
     void probe()
     {
         REQUIRE_SERVER();
-        QFETCH(QString, database);
-        QFETCH(int, port);
-        QFETCH(QString, user);
-        QFETCH(QString, said);
+        const auto [database, port, user, said] =
+            Fetch<QString, int, QString, QString>("database", "port", "user", "said");
         ServerKit::Scratch db;
         QVERIFY(db.ok());
         DatabaseLocation location = db.location();
@@ -188,14 +184,9 @@ private slots:
     void window()
     {
         REQUIRE_SERVER();
-        QFETCH(QString, choice);
-        QFETCH(QString, database);
-        QFETCH(QString, password);
-        QFETCH(int, answer);
-        QFETCH(QStringList, messages);
-        QFETCH(QString, kept);
-        QFETCH(bool, open);
-        QFETCH(QByteArray, pgpass);
+        const auto [choice, database, password, answer, messages, kept, open, pgpass] =
+            Fetch<QString, QString, QString, int, QStringList, QString, bool, QByteArray>(
+                "choice", "database", "password", "answer", "messages", "kept", "open", "pgpass");
         ServerKit::Scratch db;
         QVERIFY(db.ok());
         const DatabaseLocation server = db.location();

@@ -95,8 +95,7 @@ private slots:
     }
     void menuListsTaxpayers()
     {
-        QFETCH(QStringList, rows);
-        QFETCH(QStringList, menu);
+        const auto [rows, menu] = Fetch<QStringList, QStringList>("rows", "menu");
         env->createDatabase();
         for (const QString& row : rows) {
             const QStringList c = row.split('|');
@@ -150,9 +149,8 @@ private slots:
     }
     void foreignFileIsNeverWritten()
     {
-        QFETCH(QStringList, statements);
-        QFETCH(QByteArray, bytes);
-        QFETCH(QString, why);
+        const auto [statements, bytes, why] =
+            Fetch<QStringList, QByteArray, QString>("statements", "bytes", "why");
         const QString path = env->dataPath() + "/Morvel.db";
         if (statements.isEmpty())
             QVERIFY(WriteBytes(path, bytes));
