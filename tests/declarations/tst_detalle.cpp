@@ -216,18 +216,17 @@ private slots:
         Person(*blank).key("txtTasa", KeyCode::F3);
         QCOMPARE(blank->field("txtTasa").text(), QString());
         QCOMPARE(blank->focused(), QString("txtTasa"));
-    }
 
-    void recallDoesNothingInAnEdit()
-    {
+        // nor anything in an edit of a stored line
         Linea("F2001", "0001", "111111", "100,00");
-        auto d = abrirDetalle("F2001", "0001", {"0001", "111111", "X", "9.999,00", "6,00", "599,94"});
-        Person p(*d);
-        p.focus("txtBaseImponible");
-        QVERIFY(!d->field("lblF3").visible());
-        p.key("txtBaseImponible", KeyCode::F3);
-        QCOMPARE(d->field("txtBaseImponible").text(), QString("100,00"));
-        QCOMPARE(d->focused(), QString("txtBaseImponible"));
+        auto edit =
+            abrirDetalle("F2001", "0001", {"0001", "111111", "X", "9.999,00", "6,00", "599,94"});
+        Person q(*edit);
+        q.focus("txtBaseImponible");
+        QVERIFY(!edit->field("lblF3").visible());
+        q.key("txtBaseImponible", KeyCode::F3);
+        QCOMPARE(edit->field("txtBaseImponible").text(), QString("100,00"));
+        QCOMPARE(edit->focused(), QString("txtBaseImponible"));
     }
 
     // Each form asks for the missing data in its own order; F2001 names the

@@ -159,21 +159,17 @@ private slots:
         Columns<QString, QString, QString, int, QStringList, QString, bool, QByteArray>(
             "choice", "database", "password", "answer", "messages", "kept", "open", "pgpass");
         const QStringList tested{kCorrecta, kProxima};
+        const QString noDb = kNoConecta + "la base de datos «{db}_no» no existe en el servidor.";
+        const QString keep = noDb + "\n¿Desea guardar esta elección de todos modos?";
         Row("server with a password", "servidor", "{db}", "cla:ve", 0, tested,
             "servidor {db}@55432 morvel", false, QByteArray("{host}:55432:{db}:morvel:cla\\:ve\n"));
         Row("server, password left as it was", "servidor", "{db}", "", 0, tested,
             "servidor {db}@55432 morvel", false, QByteArray());
         Row("no connection: not kept", "servidor", "{db}_no", "x", Msg::No,
-            QStringList{kNoConecta + "la base de datos «{db}_no» no existe en el servidor.",
-                        kNoConecta + "la base de datos «{db}_no» no existe en el servidor.\n"
-                                     "¿Desea guardar esta elección de todos modos?"},
-            "archivo", true, QByteArray());
+            QStringList{noDb, keep}, "archivo", true, QByteArray());
         Row("no connection: kept all the same", "servidor", "{db}_no", "", Msg::Yes,
-            QStringList{kNoConecta + "la base de datos «{db}_no» no existe en el servidor.",
-                        kNoConecta + "la base de datos «{db}_no» no existe en el servidor.\n"
-                                     "¿Desea guardar esta elección de todos modos?",
-                        kProxima},
-            "servidor {db}_no@55432 morvel", false, QByteArray());
+            QStringList{noDb, keep, kProxima}, "servidor {db}_no@55432 morvel", false,
+            QByteArray());
         Row("server without a database", "servidor", "", "x", 0,
             QStringList{"Escriba el nombre de la base de datos del servidor.",
                         "Escriba el nombre de la base de datos del servidor."},
