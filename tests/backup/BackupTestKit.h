@@ -24,6 +24,12 @@
 // hand.
 namespace Kit {
 
+// What the person reads at the end of a restore.
+inline const QString kDone =
+    QStringLiteral("La restauración se realizó correctamente. Se cerrará la aplicación.");
+inline const QString kFailed =
+    QStringLiteral("La restauración no se pudo realizar correctamente.");
+
 inline void addTaxpayers(const QStringList& names)
 {
     for (const QString& name : names)
@@ -67,6 +73,16 @@ inline QString folder()
 inline QStringList filesIn(const QString& dir)
 {
     return QDir(dir).entryList(QDir::Files | QDir::Hidden, QDir::Name);
+}
+
+// A backup of the current database, made by the program; its path, empty
+// when none was made.
+inline QString makeBackup()
+{
+    InitBackupSettings();
+    if (!BackupDatabase())
+        return {};
+    return folder() + "/Morvel." + GetBackupSetting(BackupKey::FechaUlt, QString());
 }
 
 // The stamp of noon `days` days ago.

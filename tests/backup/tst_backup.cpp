@@ -8,7 +8,6 @@
 #include "Person.h"
 #include "TestSupport.h"
 #include "backup/BackupArchive.h"
-#include "backup/DatabaseFile.h"
 #include "backup/frmBackup.h"
 #include "backup/frmBackupArchivos.h"
 #include "database/Schema.h"
@@ -62,19 +61,8 @@ void prepareDatabase(TestEnv& env)
     Kit::addSlack(1500);
 }
 
-const QString kFailed = "La restauración no se pudo realizar correctamente.";
-const QString kDone = "La restauración se realizó correctamente. Se cerrará la aplicación.";
 const QString kConfirm = "Esta acción restaurará la base de datos. Sus datos actuales se "
                          "perderán.\n¿Desea continuar?";
-
-// A backup of the current database, made by the program; its path.
-QString makeBackup()
-{
-    InitBackupSettings();
-    if (!BackupDatabase())
-        return {};
-    return Kit::folder() + "/Morvel." + GetBackupSetting(BackupKey::FechaUlt, QString());
-}
 
 } // namespace
 
@@ -104,8 +92,7 @@ private slots:
     }
     void firstStartStoresTheInitialSettings()
     {
-        QFETCH(QString, before);
-        QFETCH(QStringList, after);
+        const auto [before, after] = Fetch<QString, QStringList>("before", "after");
         storeSettings(before);
         InitBackupSettings();
         InitBackupSettings(); // a second start changes nothing
@@ -140,11 +127,9 @@ private slots:
     }
     void scheduledCopy()
     {
-        QFETCH(int, moment);
-        QFETCH(QString, settings);
-        QFETCH(int, daysAgo);
-        QFETCH(bool, copied);
-        QFETCH(bool, compacted);
+        const auto [moment, settings, daysAgo, copied, compacted] =
+            Fetch<int, QString, int, bool, bool>("moment", "settings", "daysAgo", "copied",
+                                                 "compacted");
         prepareDatabase(*env);
         storeSettings(settings);
         storeSettings("strBackupDirectory=" + DefaultBackupFolder());
@@ -194,9 +179,7 @@ private slots:
     {
         env->createDatabase();
         Kit::addTaxpayers({"GOMEZ ANA"});
-        InitBackupSettings();
-        QVERIFY(BackupDatabase());
-        const QString archive = Kit::folder() + "/Morvel." + setting(BackupKey::FechaUlt);
+        const QString archive = Kit::makeBackup();
         QVERIFY(QFileInfo::exists(archive));
         const QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
                                           QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
@@ -250,8 +233,7 @@ private slots:
     }
     void failedCopyChangesNothing()
     {
-        QFETCH(QString, database);
-        QFETCH(QString, folder);
+        const auto [database, folder] = Fetch<QString, QString>("database", "folder");
         if (database == "good")
             env->createDatabase();
         if (database == "garbage")
@@ -278,9 +260,8 @@ private slots:
     }
     void purge()
     {
-        QFETCH(int, answer);
-        QFETCH(QString, last);
-        QFETCH(QStringList, left);
+        const auto [answer, last, left] =
+            Fetch<int, QString, QStringList>("answer", "last", "left");
         const QString folder = DefaultBackupFolder();
         for (const QString& name : kFolderBeforePurge)
             Kit::write(folder + "/" + name, QByteArray(100000, 'z'));
@@ -328,8 +309,7 @@ private slots:
     }
     void dialogShowsTheStoredSchedule()
     {
-        QFETCH(QString, settings);
-        QFETCH(QStringList, shown);
+        const auto [settings, shown] = Fetch<QString, QStringList>("settings", "shown");
         storeSettings(settings);
         frmBackup w;
         w.load();
@@ -359,10 +339,8 @@ private slots:
     }
     void daysBox()
     {
-        QFETCH(QString, stored);
-        QFETCH(QString, typed);
-        QFETCH(QString, arrows);
-        QFETCH(QString, shown);
+        const auto [stored, typed, arrows, shown] =
+            Fetch<QString, QString, QString, QString>("stored", "typed", "arrows", "shown");
         storeSettings("blnCopiaSeguridad=-1;strCantDias=" + stored);
         frmBackup w;
         w.load();
@@ -486,7 +464,7 @@ private slots:
         QTemporaryDir usb;
         env->createDatabase();
         Kit::addTaxpayers({"ACOSTA", "BENITEZ"});
-        const QString archive = makeBackup();
+        const QString archive = Kit::makeBackup();
         QVERIFY(!archive.isEmpty());
         QString folder;
         if (where == "another machine") {
@@ -509,7 +487,7 @@ private slots:
         QCOMPARE(run.statuses, (QStringList{"Restaurando base de datos desde archivo...",
                                             "Verificando base de datos..."}));
         QCOMPARE(run.lastBar, 100);
-        QCOMPARE(env->ui().texts().last(), kDone);
+        QCOMPARE(env->ui().texts().last(), Kit::kDone);
         QCOMPARE(env->ui().messages().at(1).text, kConfirm);
         QCOMPARE(env->ui().messages().at(1).title, QString("Restaurar"));
         QVERIFY(env->ui().messages().at(1).style & Msg::DefaultButton2);
@@ -524,7 +502,7 @@ private slots:
         Db::exec("INSERT INTO F976 (Codigo, Padron, Objeto, Periodo, BaseImponible, ctrl) "
                  "VALUES ('C1', '0000000000001', '0000000000002', '01-2010', '1,234.50', '0')");
         QVERIFY(!Db::columns("F976").contains("Guidv", Qt::CaseInsensitive));
-        const QString archive = makeBackup();
+        const QString archive = Kit::makeBackup();
         QVERIFY(!archive.isEmpty());
 
         CreateCurrentDatabase();
@@ -579,11 +557,10 @@ private slots:
     }
     void refusedFileChangesNothing()
     {
-        QFETCH(QString, kind);
-        QFETCH(QString, why);
+        const auto [kind, why] = Fetch<QString, QString>("kind", "why");
         env->createDatabase();
         Kit::addTaxpayers({"INTACTO"});
-        const QString good = makeBackup();
+        const QString good = Kit::makeBackup();
         QVERIFY(!good.isEmpty());
         const QString bad = Kit::folder() + "/Morvel.20000101120000";
         QVERIFY(QFile::rename(good, bad));
@@ -600,8 +577,9 @@ private slots:
         QVERIFY(!env->ui().programEnded());
         const QString shown = env->ui().texts().last();
         if (asked)
-            QCOMPARE(shown, kFailed + "\n\n" + why + "\nLa base de datos actual no se modificó.");
-        QVERIFY(!env->ui().texts().contains(kDone));
+            QCOMPARE(shown,
+                     Kit::kFailed + "\n\n" + why + "\nLa base de datos actual no se modificó.");
+        QVERIFY(!env->ui().texts().contains(Kit::kDone));
         QVERIFY(QFileInfo(DatabasePath()).isFile() && !QFileInfo(DatabasePath()).isSymLink());
         QCOMPARE(ReadBytes(DatabasePath()), before);
         QCOMPARE(Kit::taxpayers(), QStringList{"INTACTO"});
@@ -624,8 +602,7 @@ private slots:
     }
     void roomInTheDataFolder()
     {
-        QFETCH(qint64, free);
-        QFETCH(QString, refusal);
+        const auto [free, refusal] = Fetch<qint64, QString>("free", "refusal");
         env->createDatabase();
         const QString archive = env->path("copia.zip");
         QVERIFY(Kit::zip(archive, {{"Morvel.db", QByteArray(1572864, 'd')}}));
@@ -635,36 +612,20 @@ private slots:
     }
 
     // A backup written at the archiver's default level, as older versions
-    // of the program made them, still restores.
+    // of the program made them, still restores; so does its database made
+    // before the program marked its databases in their header (another
+    // program's mark is refused above).
     void olderBackupAtTheDefaultLevel()
     {
         env->createDatabase();
         Kit::addTaxpayers({"DE LA COPIA VIEJA"});
+        Db::exec("PRAGMA application_id = 0");
         CloseDatabase();
         const QString archive = env->path("Morvel.20200101120000");
         QVERIFY(Kit::zip(archive, {{"Morvel.db", ReadBytes(DatabasePath())}}));
         Kit::addTaxpayers({"POSTERIOR"});
         QVERIFY(RestoreDatabase(archive));
         QCOMPARE(Kit::taxpayers(), QStringList{"DE LA COPIA VIEJA"});
-    }
-
-    // The program's databases carry its mark in the header; those made
-    // before the mark carry none, and their tables tell.
-    void markOfTheDatabase_data()
-    {
-        Columns<qint64, bool>("mark", "ours");
-        Row("no mark, as older databases", qint64(0), true);
-        Row("the program's mark", DatabaseFile::kMorvelApplicationId, true);
-        Row("another program's mark", qint64(1234), false);
-    }
-    void markOfTheDatabase()
-    {
-        QFETCH(qint64, mark);
-        QFETCH(bool, ours);
-        env->createDatabase();
-        Db::exec(QString("PRAGMA application_id = %1").arg(mark));
-        CloseDatabase();
-        QCOMPARE(DatabaseFile::Soundness(DatabasePath()).isEmpty(), ours);
     }
 };
 

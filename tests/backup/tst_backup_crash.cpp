@@ -137,14 +137,11 @@ private slots:
     }
     void killedRestore()
     {
-        QFETCH(QString, stage);
-        QFETCH(bool, restored);
+        const auto [stage, restored] = Fetch<QString, bool>("stage", "restored");
         env->createDatabase();
         Kit::addTaxpayers({"EN LA COPIA"});
-        InitBackupSettings();
-        QVERIFY(BackupDatabase());
-        const QString archive =
-            Kit::folder() + "/Morvel." + GetBackupSetting(BackupKey::FechaUlt, QString());
+        const QString archive = Kit::makeBackup();
+        QVERIFY(!archive.isEmpty());
         Kit::addTaxpayers({"DESPUES DE LA COPIA"});
         CloseDatabase();
         const QByteArray before = ReadBytes(DatabasePath());
@@ -172,15 +169,12 @@ private slots:
     }
     void interruptedWorkIsRemovedAtTheNextStart()
     {
-        QFETCH(QString, routine);
-        QFETCH(QString, stage);
-        QFETCH(QString, left);
+        const auto [routine, stage, left] =
+            Fetch<QString, QString, QString>("routine", "stage", "left");
         env->createDatabase();
         Kit::addTaxpayers({"GUARDADO"});
-        InitBackupSettings();
-        QVERIFY(BackupDatabase());
-        const QString archive =
-            Kit::folder() + "/Morvel." + GetBackupSetting(BackupKey::FechaUlt, QString());
+        const QString archive = Kit::makeBackup();
+        QVERIFY(!archive.isEmpty());
         CloseDatabase();
         const QString mine = gAppPath + "/tmp/TEMPFILE.DJ"; // a submission file's, not ours
         Kit::write(mine, "1@...");

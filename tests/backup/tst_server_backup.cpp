@@ -13,8 +13,6 @@
 
 namespace {
 
-const QString kDone = "La restauración se realizó correctamente. Se cerrará la aplicación.";
-const QString kFailed = "La restauración no se pudo realizar correctamente.";
 const QString kDamaged = "el archivo está dañado o no es una copia de una base del servidor.";
 
 // The taxpayers of a firm's database as the tests' plain SQL leaves them:
@@ -100,7 +98,7 @@ private slots:
                  QStringList{"Copia del día " + stamp.mid(6, 2) + '/' + stamp.mid(4, 2) + '/' +
                              stamp.left(4) + " a hs. " + stamp.mid(8, 2) + ':' + stamp.mid(10, 2) +
                              ':' + stamp.mid(12, 2)});
-        QCOMPARE(env->ui().lastText(), kDone);
+        QCOMPARE(env->ui().lastText(), Kit::kDone);
         QVERIFY(!run.stillOpen);
         QCOMPARE(taxpayers(db), (QStringList{"O'HIGGINS SA", "PEREZ JUAN"}));
         QCOMPARE(db.query("SELECT count(*) FROM Relleno"), QStringList{"20000"});
@@ -121,8 +119,7 @@ private slots:
     }
     void refusedArchive()
     {
-        QFETCH(QString, kind);
-        QFETCH(QString, reason);
+        const auto [kind, reason] = Fetch<QString, QString>("kind", "reason");
         REQUIRE_SERVER();
         ServerKit::Scratch db;
         useServer(db);
@@ -144,7 +141,7 @@ private slots:
         restoreThroughDialogs(*env);
 
         QCOMPARE(env->ui().lastText(),
-                 kFailed + "\n\n" + reason + "\nLa base de datos actual no se modificó.");
+                 Kit::kFailed + "\n\n" + reason + "\nLa base de datos actual no se modificó.");
         QCOMPARE(taxpayers(db), (QStringList{"NUEVO SRL", "O'HIGGINS SA", "PEREZ JUAN"}));
         QCOMPARE(db.query("SELECT count(*) FROM Relleno"), QStringList{"20000"});
     }
@@ -161,8 +158,7 @@ private slots:
     }
     void failedCopy()
     {
-        QFETCH(QString, failure);
-        QFETCH(QString, reason);
+        const auto [failure, reason] = Fetch<QString, QString>("failure", "reason");
         REQUIRE_SERVER();
         ServerKit::Scratch db;
         useServer(db);

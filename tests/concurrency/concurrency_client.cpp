@@ -115,12 +115,13 @@ private:
         const std::unique_ptr<DeclarationForm> form = CreateDeclarationForm(kForm);
         std::unique_ptr<DetalleDialog> d =
             static_cast<FormularioDDJJ&>(*form).definicion().crearDetalle();
-        d->Parametros = AgregarLinea(n);
+        d->Parametros = fx::detalle(kForm, {}, Lugar(n, kSharedPeriod));
         d->EsAgrega = true;
         d->load();
         const QString actividad = nextActivity();
         if (typeLine(*d, actividad))
-            note(QStringLiteral("L|%1|0|%2").arg(Codigo(n, kSharedPeriod, u'O'), actividad));
+            note(QStringLiteral("L|%1|0|%2")
+                     .arg(fx::codigo(u'O', Lugar(n, kSharedPeriod)), actividad));
         if (d->isLoaded())
             d->unload();
     }
@@ -131,7 +132,7 @@ private:
         const int month = 1 + int(m_random.bounded(12));
         const QString periodo =
             QStringLiteral("%1-%2").arg(month, 2, 10, QChar(u'0')).arg(2010 + m_random.bounded(16));
-        const QString key = Nueva(n, periodo);
+        const QString key = fx::nuevo(kForm, Lugar(n, periodo));
         if (gForms().CountVersions(key) > 0)
             return rectify(n, periodo);
         m_activity = nextActivity();
@@ -146,7 +147,7 @@ private:
             Person(f).click(QStringLiteral("cmdAceptar"));
             if (f.isLoaded())
                 return false;
-            note(QStringLiteral("L|%1|0|%2").arg(Codigo(n, periodo, u'O'), m_activity));
+            note(QStringLiteral("L|%1|0|%2").arg(fx::codigo(u'O', Lugar(n, periodo)), m_activity));
             note(QStringLiteral("D|%1|%2|%3")
                      .arg(Padron(n), periodo, ReadParameter(f.Parametros, QStringLiteral("ctrl"))));
             return true;
@@ -179,7 +180,9 @@ private:
         const bool rect =
             latest.at(1) == QLatin1String("Verdadero") || latest.at(1) == QLatin1String("True");
         SeleccionFormulario selection;
-        selection.Parametros = Existente(n, periodo, rect, latest.at(2), latest.at(3));
+        selection.Parametros =
+            fx::existente(kForm, rect ? QStringLiteral("Verdadero") : QStringLiteral("Falso"),
+                          latest.at(2), latest.at(3), QStringLiteral("Falso"), Lugar(n, periodo));
         selection.load();
         if (!selection.field(QStringLiteral("optRectificativaConDatos")).enabled())
             return note(QStringLiteral("S|not the latest"));

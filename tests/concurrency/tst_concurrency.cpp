@@ -192,8 +192,7 @@ private slots:
     }
     void nothingStoredIsLost()
     {
-        QFETCH(QString, kind);
-        QFETCH(QString, sql);
+        const auto [kind, sql] = Fetch<QString, QString>("kind", "sql");
         const QStringList stored = Db::column(sql);
         const QSet<QString> there(stored.begin(), stored.end());
         QStringList lost;

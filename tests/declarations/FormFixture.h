@@ -14,16 +14,27 @@
 #include "declarations/FormulariosDDJJ.h"
 
 // One premises of one taxpayer, and the parameter strings with which the
-// tree and the dispatcher open its declarations of March 2024.
+// tree and the dispatcher open its declarations of March 2024 (or those of
+// another premises and period, given as a `Lugar`).
 namespace fx {
 
 inline const QString kPadron = QStringLiteral("0000000012345");
 inline const QString kObjeto = QStringLiteral("0000000000007");
 inline const QString kPeriodo = QStringLiteral("03-2024");
 
-inline QString codigo(QChar letra)
+// Whose declaration, and of which period (mm-yyyy).
+struct Lugar {
+    QString padron = kPadron;
+    QString objeto = kObjeto;
+    QString periodo = kPeriodo;
+    int contribuyente = 1;
+};
+
+// The key of a declaration's rows: padrón, period without its "-", objeto,
+// and "O" for an original or "R".
+inline QString codigo(QChar letra, const Lugar& l = {})
 {
-    return kPadron + QStringLiteral("032024") + kObjeto + letra;
+    return l.padron + QString(l.periodo).remove(u'-') + l.objeto + letra;
 }
 
 inline void premises(const QString& regimen = QStringLiteral("0"),
@@ -37,34 +48,36 @@ inline void premises(const QString& regimen = QStringLiteral("0"),
                        "retencion=" + retencion, "percepcion=" + percepcion});
 }
 
-// How the string of every declaration of March begins.
-inline QString cabeza(const QString& form)
+// How the string of every declaration begins.
+inline QString cabeza(const QString& form, const Lugar& l = {})
 {
-    return QStringLiteral("Padron=") + kPadron + QStringLiteral(" - Objeto N° ") + kObjeto +
-           QStringLiteral(";Anio=2024;Periodo=03;Formulario=") + form;
+    return QStringLiteral("Padron=") + l.padron + QStringLiteral(" - Objeto N° ") + l.objeto +
+           QStringLiteral(";Anio=") + l.periodo.right(4) + QStringLiteral(";Periodo=") +
+           l.periodo.left(2) + QStringLiteral(";Formulario=") + form;
 }
 
 // The string of a form not yet started, as the dispatcher hands it over.
-inline QString nuevo(const QString& form)
+inline QString nuevo(const QString& form, const Lugar& l = {})
 {
-    return cabeza(form) +
+    return cabeza(form, l) +
            QStringLiteral(";Rectificativa=Falso;FechaRectificativa=0;FechaRectificativaNueva=0;"
                           "Nuevo=Verdadero;ConDatos=Falso;idEncFormulario=-1;ctrl=0;"
-                          "idContribuyente=1;Codigo=") +
-           codigo(u'O') + u';';
+                          "idContribuyente=") +
+           QString::number(l.contribuyente) + QStringLiteral(";Codigo=") + codigo(u'O', l) + u';';
 }
 
 // An existing version, opened with "Modificar" (or "Consultar").
 inline QString existente(const QString& form, const QString& rect = QStringLiteral("Falso"),
                          const QString& fecha = QStringLiteral("0"),
                          const QString& ctrl = QStringLiteral("0"),
-                         const QString& nuevoValor = QStringLiteral("Falso"))
+                         const QString& nuevoValor = QStringLiteral("Falso"), const Lugar& l = {})
 {
     const bool r = rect == QLatin1String("True") || rect == QLatin1String("Verdadero");
-    return cabeza(form) + QStringLiteral(";Nuevo=") + nuevoValor +
+    return cabeza(form, l) + QStringLiteral(";Nuevo=") + nuevoValor +
            QStringLiteral(";ConDatos=Verdadero;Rectificativa=") + rect +
            QStringLiteral(";FechaRectificativa=") + fecha + QStringLiteral(";ctrl=") + ctrl +
-           QStringLiteral(";idContribuyente=1;Codigo=") + codigo(r ? u'R' : u'O') + u';';
+           QStringLiteral(";idContribuyente=") + QString::number(l.contribuyente) +
+           QStringLiteral(";Codigo=") + codigo(r ? u'R' : u'O', l) + u';';
 }
 
 // A new rectification: with the lines of the version before it or without.
@@ -161,15 +174,15 @@ inline void abrirForm(FormularioDDJJ& form, const QString& parametros,
 
 // The string a form hands its detail dialog on "Agregar"; with `id`, on
 // "Modificar".
-inline QString detalle(const QString& form, const QString& id = {})
+inline QString detalle(const QString& form, const QString& id = {}, const Lugar& l = {})
 {
-    QString s = QStringLiteral("Padron=") + kPadron + QStringLiteral(" - Objeto N° ") + kObjeto +
-                QStringLiteral(";Periodo=") + kPeriodo + u';';
+    QString s = QStringLiteral("Padron=") + l.padron + QStringLiteral(" - Objeto N° ") + l.objeto +
+                QStringLiteral(";Periodo=") + l.periodo + u';';
     if (!id.isEmpty())
         s += QStringLiteral("Id=") + id + u';';
-    return s + QStringLiteral("Rectificativa=False;Codigo=") + codigo(u'O') +
+    return s + QStringLiteral("Rectificativa=False;Codigo=") + codigo(u'O', l) +
            QStringLiteral(";Formulario=") + form +
-           QStringLiteral(";FechaRectificativa=0;Codigo=") + codigo(u'O') +
+           QStringLiteral(";FechaRectificativa=0;Codigo=") + codigo(u'O', l) +
            QStringLiteral(";DetalleNuevo=Verdadero;ctrl=0;");
 }
 

@@ -80,8 +80,7 @@ private slots:
     }
     void importeDepositar()
     {
-        QFETCH(QStringList, typed);
-        QFETCH(QString, expected);
+        const auto [typed, expected] = Fetch<QStringList, QString>("typed", "expected");
         for (const QString form : {"F986", "F988"}) {
             auto f = openForm(form, nuevo(form));
             Person p(*f);
@@ -176,9 +175,7 @@ private slots:
 
     void warningAgainstTheAnnexSavesAllTheSame()
     {
-        QFETCH(QString, form);
-        QFETCH(QString, typed);
-        QFETCH(bool, warned);
+        const auto [form, typed, warned] = Fetch<QString, QString, bool>("form", "typed", "warned");
         storeVersion(annexOf(form), "TotalPercepciones", "100,00");
         auto f = openForm(form, nuevo(form));
         Person p(*f);

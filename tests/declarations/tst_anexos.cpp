@@ -37,12 +37,9 @@ private slots:
     }
     void againstTheDeclaredAmount()
     {
-        QFETCH(QString, form);
-        QFETCH(QString, regimen);
-        QFETCH(QString, total);
-        QFETCH(QString, declared);
-        QFETCH(QString, rectified);
-        QFETCH(QString, outcome);
+        const auto [form, regimen, total, declared, rectified, outcome] =
+            Fetch<QString, QString, QString, QString, QString, QString>(
+                "form", "regimen", "total", "declared", "rectified", "outcome");
         premises(regimen);
         const bool agent = form == "F985" || form == "F987";
         const QString partner = agent ? (form == "F985" ? "F986" : "F988")

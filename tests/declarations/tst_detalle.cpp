@@ -131,11 +131,9 @@ private slots:
     }
     void taxOfTheLine()
     {
-        QFETCH(QString, formulario);
-        QFETCH(QString, base);
-        QFETCH(QString, alicuota);
-        QFETCH(QString, baseMostrada);
-        QFETCH(QString, tasa);
+        const auto [formulario, base, alicuota, baseMostrada, tasa] =
+            Fetch<QString, QString, QString, QString, QString>("formulario", "base", "alicuota",
+                                                               "baseMostrada", "tasa");
         auto d = abrirDetalle(formulario);
         QCOMPARE(d->field("txtTasa").text(), QString("0,00")); // a new line shows zeros
         Person p(*d);
@@ -185,8 +183,7 @@ private slots:
     }
     void lineNumbers()
     {
-        QFETCH(QStringList, existentes);
-        QFETCH(QString, siguiente);
+        const auto [existentes, siguiente] = Fetch<QStringList, QString>("existentes", "siguiente");
         int n = 0;
         for (const QString& codigo : existentes)
             Linea("F976", codigo, QString::number(100000 + ++n), "1,00");
@@ -219,18 +216,17 @@ private slots:
         Person(*blank).key("txtTasa", KeyCode::F3);
         QCOMPARE(blank->field("txtTasa").text(), QString());
         QCOMPARE(blank->focused(), QString("txtTasa"));
-    }
 
-    void recallDoesNothingInAnEdit()
-    {
+        // nor anything in an edit of a stored line
         Linea("F2001", "0001", "111111", "100,00");
-        auto d = abrirDetalle("F2001", "0001", {"0001", "111111", "X", "9.999,00", "6,00", "599,94"});
-        Person p(*d);
-        p.focus("txtBaseImponible");
-        QVERIFY(!d->field("lblF3").visible());
-        p.key("txtBaseImponible", KeyCode::F3);
-        QCOMPARE(d->field("txtBaseImponible").text(), QString("100,00"));
-        QCOMPARE(d->focused(), QString("txtBaseImponible"));
+        auto edit =
+            abrirDetalle("F2001", "0001", {"0001", "111111", "X", "9.999,00", "6,00", "599,94"});
+        Person q(*edit);
+        q.focus("txtBaseImponible");
+        QVERIFY(!edit->field("lblF3").visible());
+        q.key("txtBaseImponible", KeyCode::F3);
+        QCOMPARE(edit->field("txtBaseImponible").text(), QString("100,00"));
+        QCOMPARE(edit->focused(), QString("txtBaseImponible"));
     }
 
     // Each form asks for the missing data in its own order; F2001 names the
@@ -247,11 +243,9 @@ private slots:
     }
     void orderOfChecks()
     {
-        QFETCH(QString, formulario);
-        QFETCH(bool, sinAlicuota);
-        QFETCH(QString, mensaje);
-        QFETCH(QString, actividad);
-        QFETCH(QString, foco);
+        const auto [formulario, sinAlicuota, mensaje, actividad, foco] =
+            Fetch<QString, bool, QString, QString, QString>("formulario", "sinAlicuota", "mensaje",
+                                                            "actividad", "foco");
         auto d = abrirDetalle(formulario);
         Person p(*d);
         p.retype("txtTasa", "");
@@ -335,11 +329,9 @@ private slots:
     }
     void amountStartingWithTheSeparator()
     {
-        QFETCH(QString, formulario);
-        QFETCH(QString, campo);
-        QFETCH(QString, pegado);
-        QFETCH(QString, mensaje);
-        QFETCH(QString, titulo);
+        const auto [formulario, campo, pegado, mensaje, titulo] =
+            Fetch<QString, QString, QString, QString, QString>("formulario", "campo", "pegado",
+                                                               "mensaje", "titulo");
         auto d = abrirDetalle(formulario);
         Person p(*d);
         p.focus(campo);
@@ -377,9 +369,8 @@ private slots:
     }
     void dateOnLeaving()
     {
-        QFETCH(QString, fecha);
-        QFETCH(QString, mensaje);
-        QFETCH(QString, titulo);
+        const auto [fecha, mensaje, titulo] =
+            Fetch<QString, QString, QString>("fecha", "mensaje", "titulo");
         auto d = abrirDetalle("F977");
         Person p(*d);
         p.type("txtFecha", fecha);
@@ -404,8 +395,7 @@ private slots:
     }
     void cuitOnLeaving()
     {
-        QFETCH(QString, cuit);
-        QFETCH(bool, aviso);
+        const auto [cuit, aviso] = Fetch<QString, bool>("cuit", "aviso");
         auto d = abrirDetalle("F978");
         Person p(*d);
         p.type("txtCuit", cuit);
@@ -427,11 +417,9 @@ private slots:
     }
     void requiredData()
     {
-        QFETCH(QString, fecha);
-        QFETCH(QString, cuit);
-        QFETCH(QString, importe);
-        QFETCH(QString, mensaje);
-        QFETCH(QString, foco);
+        const auto [fecha, cuit, importe, mensaje, foco] =
+            Fetch<QString, QString, QString, QString, QString>("fecha", "cuit", "importe",
+                                                               "mensaje", "foco");
         auto d = abrirDetalle("F977");
         Person p(*d);
         p.type("txtFecha", fecha);
@@ -496,9 +484,8 @@ private slots:
     }
     void repeatedReceipt()
     {
-        QFETCH(QString, formulario);
-        QFETCH(QString, tipo2);
-        QFETCH(QString, mensaje);
+        const auto [formulario, tipo2, mensaje] =
+            Fetch<QString, QString, QString>("formulario", "tipo2", "mensaje");
         for (const QString& tipo : {QString("FACA - Factura A"), tipo2}) {
             auto d = abrirDetalle(formulario);
             Person p(*d);
@@ -536,9 +523,8 @@ private slots:
     }
     void storedLineIsShown()
     {
-        QFETCH(QString, formulario);
-        QFETCH(QString, guardado);
-        QFETCH(QString, mostrado);
+        const auto [formulario, guardado, mostrado] =
+            Fetch<QString, QString, QString>("formulario", "guardado", "mostrado");
         Db::insert(formulario + "_Detalle",
                    {"Codigo=" + codigo(u'O'), "FechaRectificativa=0", "CodigoDetalle=0001",
                     "Fecha=02-03-2024", "TipoComprobante=" + guardado,

@@ -74,11 +74,8 @@ private slots:
     }
     void textBox()
     {
-        QFETCH(int, type);
-        QFETCH(int, limit);
-        QFETCH(QString, before);
-        QFETCH(QString, typed);
-        QFETCH(QString, after);
+        const auto [type, limit, before, typed, after] =
+            Fetch<int, int, QString, QString, QString>("type", "limit", "before", "typed", "after");
         Scratch window;
         window.type = type;
         window.limit = limit;
@@ -119,10 +116,8 @@ private slots:
     }
     void fechaPeriodo()
     {
-        QFETCH(QString, date);
-        QFETCH(int, mes);
-        QFETCH(bool, obligatoria);
-        QFETCH(QString, message);
+        const auto [date, mes, obligatoria, message] =
+            Fetch<QString, int, bool, QString>("date", "mes", "obligatoria", "message");
         Scratch window;
         Field& fecha = window.field("txtFecha");
         Person(window).type("txtFecha", QString(date).remove('-').remove('_'));

@@ -37,7 +37,7 @@ const QString kAgente = QStringLiteral("0000000002002");  // retention and perce
 const QString kHecho = QStringLiteral("La generación se realizó correctamente.");
 const QString kRectificativa = QStringLiteral(" (Rectif. N° 1 15-05-2024)");
 
-// Keys of the tree: a premises, its year 2024, a month of that year.
+// Keys of the tree: a premises, its year 2024, its March.
 QString local(const QString& padron)
 {
     return QStringLiteral("Padrón N° ") + padron + QStringLiteral(" - Objeto N° ") + kObjeto;
@@ -46,14 +46,14 @@ QString anio(const QString& padron)
 {
     return local(padron) + QStringLiteral(";Anio=2024");
 }
-QString mes(const QString& padron, const QString& mm = QStringLiteral("03"))
+QString mes(const QString& padron)
 {
-    return anio(padron) + QStringLiteral(";Periodo=") + mm;
+    return anio(padron) + QStringLiteral(";Periodo=03");
 }
-// The key of a declaration's rows: padrón, mm, yyyy, objeto and its letter.
-QString codigo(const QString& padron, const QString& mm, QChar letra)
+// The key of a March declaration's rows: padrón, mmyyyy, objeto and its letter.
+QString codigo(const QString& padron, QChar letra)
 {
-    return padron + mm + QStringLiteral("2024") + kObjeto + letra;
+    return padron + QStringLiteral("032024") + kObjeto + letra;
 }
 
 // A form's name, as the tree's captions carry it.
@@ -95,7 +95,7 @@ struct Comprobante {
     QString fecha, tipo, numero, denominacion, cuit, padron, importe;
 };
 // An annex typed receipt by receipt, and its total. The receipts as stored
-// are read back in the submission files (step 7).
+// are read back in the submission files (step 6).
 struct Anexo {
     QString form;
     QVector<Comprobante> comprobantes;
@@ -140,17 +140,6 @@ QByteArray archivoF987()
 }
 
 // --- Reading back what the program left ---------------------------------------
-
-// The lines of a declaration in a detail table, but for their Id and Codigo;
-// Null reads as the empty text, as the forms read it.
-QStringList lineasDe(const QString& tabla, const QString& codigo)
-{
-    QStringList out = Db::rows("SELECT * FROM " + tabla + " WHERE Codigo = '" + codigo +
-                               "' ORDER BY CodigoDetalle");
-    for (QString& fila : out)
-        fila = fila.section(u'|', 2).replace(QStringLiteral("<null>"), QString());
-    return out;
-}
 
 // The captions under the node `key` of the taxpayer's tree.
 QStringList hijos(Controller& arbol, const QString& key)
@@ -509,7 +498,7 @@ private slots:
                                   "Padrones Comerciales", "  " + local(kGeneral),
                                   "  " + local(kAgente)}));
         });
-        // The rest of each row goes to record 2 of its submission files (step 7).
+        // The rest of each row goes to record 2 of its submission files (step 6).
         QCOMPARE(
             Db::rows("SELECT padron, regimen, retencion, percepcion, Principal, suscriptor "
                      "FROM tPadronesComerciales"),
@@ -519,27 +508,7 @@ private slots:
                               kAgente + "|101040|Fabricación de fiambres y embutidos|"}));
     }
 
-    // Step 3: a year and a month on each premises offer the forms of its
-    // regime; the annexes of the general regime wait for a return declaring
-    // what they back up. Nothing is stored before a form is saved: a month
-    // left empty is gone at the next opening.
-    void monthsOfferTheFormsOfEachPremises()
-    {
-        enElArbol([this](Controller& arbol) {
-            abrirMes(arbol, kGeneral);
-            abrirMes(arbol, kAgente);
-            QCOMPARE(hijos(arbol, mes(kGeneral)), QStringList{nuevo("F976")});
-            QCOMPARE(hijos(arbol, mes(kAgente)),
-                     (QStringList{nuevo("F988"), nuevo("F987"), nuevo("F986"), nuevo("F985")}));
-            QVERIFY(esquemaEnPantalla().contains("        " + nuevo("F985")));
-        });
-        QCOMPARE(Db::count("TPadrones_Formularios"), 0);
-        enElArbol([](Controller& arbol) {
-            QCOMPARE(hijos(arbol, local(kGeneral)) + hijos(arbol, local(kAgente)), QStringList());
-        });
-    }
-
-    // Step 4: the general return with two activity lines, then its annexes,
+    // Step 3: the general return with two activity lines, then its annexes,
     // whose totals agree with the retentions and perceptions it declares.
     void generalReturnAndItsAnnexes()
     {
@@ -593,12 +562,12 @@ private slots:
             Db::rows("SELECT Codigo, BaseImponible, Impuesto, Tasa, Retenciones, Percepciones, "
                      "SubtotalDeterminado, TotalAPagar, Rectificativa, FechaRectificativa, "
                      "ctrl FROM F976"),
-            QStringList{codigo(kGeneral, "03", u'O') +
+            QStringList{codigo(kGeneral, u'O') +
                         "|150.000,00|4.200,00|4.200,00|300,00|150,00|450,00|3.750,00|False|0|"
                         "0"});
     }
 
-    // Step 5: a rectification "with data" starts from the original's lines;
+    // Step 4: a rectification "with data" starts from the original's lines;
     // one of them changes, and both versions stay.
     void rectificationWithData()
     {
@@ -631,8 +600,8 @@ private slots:
                      (QStringList{generado("F976"), generado("F976") + kRectificativa,
                                   generado("F978"), generado("F977")}));
         });
-        const QString original = codigo(kGeneral, "03", u'O');
-        const QString rectificativa = codigo(kGeneral, "03", u'R');
+        const QString original = codigo(kGeneral, u'O');
+        const QString rectificativa = codigo(kGeneral, u'R');
         QCOMPARE(Db::rows("SELECT Codigo, Rectificativa, FechaRectificativa, ctrl, BaseImponible, "
                           "Impuesto, TotalAPagar FROM F976 ORDER BY ctrl"),
                  (QStringList{original + "|False|0|0|150.000,00|4.200,00|3.750,00",
@@ -645,7 +614,7 @@ private slots:
                               rectificativa + "|15-05-2024|1|0002|60.000,00"}));
     }
 
-    // Step 6: the agent's four forms; the perceptions come from a file.
+    // Step 5: the agent's four forms; the perceptions come from a file.
     void agentForms()
     {
         QVERIFY(WriteBytes(m_env->path("percepciones_marzo.txt"), archivoF987()));
@@ -653,6 +622,9 @@ private slots:
         m_mensajes << "Importación terminada: se importaron 3 líneas de percepciones_marzo.txt.";
         enElArbol([this](Controller& arbol) {
             abrirMes(arbol, kAgente);
+            QCOMPARE(hijos(arbol, mes(kAgente)),
+                     (QStringList{nuevo("F988"), nuevo("F987"), nuevo("F986"), nuevo("F985")}));
+            QVERIFY(esquemaEnPantalla().contains("        " + nuevo("F985")));
             llenarAnexo(arbol, mes(kAgente), kF985);
             llenarAgente(arbol, mes(kAgente), kF986);
             alAbrir("F987", [](Controller& f) {
@@ -673,7 +645,7 @@ private slots:
                               "NCRA - Nota de Crédito A|65,50"}));
     }
 
-    // Step 7: each month generated from the tree into a folder with one copy
+    // Step 6: each month generated from the tree into a folder with one copy
     // printed; the files record by record, and the paper. Then the return
     // generated from its own "Generar".
     void generateBothMonths()
@@ -759,44 +731,7 @@ private slots:
                  QStringList());
     }
 
-    // Step 8: April starts as a copy of March: its originals with their lines.
-    void copyMarchIntoApril()
-    {
-        enElArbol([this](Controller& arbol) {
-            alAbrir("NuevoPeriodo", [this](Controller& n) {
-                alAbrir("CopiarDDJJ", [](Controller& c) {
-                    Person(c).choose("cboAnios", "2024");
-                    Person(c).choose("cboPeriodos", "03");
-                    Person(c).click("cmbAceptar");
-                });
-                Person p(n);
-                p.retype("txtPeriodo", "04");
-                p.click("cmdCopiar");
-                QVERIFY(n["txtPeriodoModelo"].visible());
-                QCOMPARE(n["txtPeriodoModelo"].text(), QString("03-2024"));
-                p.click("cmdAceptar");
-            });
-            Person(arbol).clickNode("trvDatos", anio(kGeneral));
-            Person(arbol).click("cmbNuevoPeriodo");
-            QCOMPARE(hijos(arbol, anio(kGeneral)), (QStringList{"Periodo: 03", "Periodo: 04"}));
-            QCOMPARE(hijos(arbol, mes(kGeneral, "04")),
-                     (QStringList{generado("F976"), generado("F978"), generado("F977")}));
-        });
-        const QString abril = codigo(kGeneral, "04", u'O');
-        QCOMPARE(Db::rows("SELECT Codigo, Rectificativa, FechaRectificativa, ctrl, Impuesto, "
-                          "TotalAPagar FROM F976 WHERE Periodo = '04-2024'"),
-                 QStringList{abril + "|False|0|0|4.200,00|3.750,00"});
-        // Every line of March's originals, under April's key.
-        for (const char* tabla : {"F976_Detalle", "F977_Detalle", "F978_Detalle"}) {
-            QCOMPARE(lineasDe(tabla, abril).size(), 2);
-            QCOMPARE(lineasDe(tabla, abril), lineasDe(tabla, codigo(kGeneral, "03", u'O')));
-        }
-        QCOMPARE(Db::column("SELECT idFormulario FROM TPadrones_Formularios WHERE Periodo = "
-                            "'04-2024' ORDER BY idFormulario"),
-                 (QStringList{"F976", "F977", "F978"}));
-    }
-
-    // Step 9: a copy made by hand; F988 deleted; the copy restored brings it
+    // Step 7: a copy made by hand; F988 deleted; the copy restored brings it
     // back, and the next start shows it in the tree.
     void backupDeleteAndRestore()
     {

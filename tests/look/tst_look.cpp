@@ -231,6 +231,56 @@ std::unique_ptr<Shown> showWindow(const QString& name, UiPort* port = nullptr)
     return s;
 }
 
+// The first text box with a text that Tab can reach from the widget before
+// it: entered by Tab, its text is selected whole.
+void tabSelects(QWidget* view)
+{
+    for (QLineEdit* box : view->findChildren<QLineEdit*>()) {
+        if (!box->isVisible() || !box->isEnabled() || box->isReadOnly() ||
+            !(box->focusPolicy() & Qt::TabFocus) || box->text().isEmpty())
+            continue;
+        QWidget* before = box->previousInFocusChain();
+        if (!before->isVisible() || !before->isEnabled())
+            continue;
+        before->setFocus(Qt::MouseFocusReason);
+        QApplication::processEvents();
+        if (QApplication::focusWidget() != before || before->nextInFocusChain() != box)
+            continue;
+        QTest::keyClick(before, Qt::Key_Tab);
+        QApplication::processEvents();
+        if (QApplication::focusWidget() == box)
+            QVERIFY2(box->selectionStart() == 0 &&
+                         box->selectionLength() == box->displayText().size(),
+                     qPrintable(box->objectName() + ": " + box->selectedText()));
+        return;
+    }
+}
+
+// Enter in the first text box that takes the focus: it moves on, or it
+// presses the window's default button, where there is one.
+void enterMovesOnOrAccepts(QWidget* view)
+{
+    QPushButton* byDefault = nullptr;
+    for (QPushButton* button : view->findChildren<QPushButton*>())
+        if (button->property("porDefecto").toBool() && button->isEnabled())
+            byDefault = button;
+    for (QLineEdit* box : view->findChildren<QLineEdit*>()) {
+        if (!byDefault || !box->isVisible() || !box->isEnabled() || box->isReadOnly() ||
+            !(box->focusPolicy() & Qt::TabFocus))
+            continue;
+        box->setFocus(Qt::MouseFocusReason);
+        QApplication::processEvents();
+        if (QApplication::focusWidget() != box)
+            continue;
+        QSignalSpy pressed(byDefault, &QPushButton::clicked);
+        QTest::keyClick(box, Qt::Key_Return);
+        QApplication::processEvents();
+        QVERIFY2(QApplication::focusWidget() != box || pressed.count() == 1,
+                 qPrintable(box->objectName()));
+        return;
+    }
+}
+
 } // namespace
 
 // Every window's view, offscreen: its amounts right-aligned, its Tab order
@@ -317,8 +367,7 @@ private slots:
     }
     void placeRemembered()
     {
-        QFETCH(QRect, stored);
-        QFETCH(bool, restored);
+        const auto [stored, restored] = Fetch<QRect, bool>("stored", "restored");
         TestEnv env;
         env.createDatabase();
         setUi(&port);
@@ -351,27 +400,6 @@ private slots:
         setUi(&env.ui());
     }
 
-    // F1 in every window opens the manual inside the program at that
-    // window's page, with no browser needed.
-    void helpPerWindow_data() { view_data(); }
-    void helpPerWindow()
-    {
-        QFETCH(QString, name);
-        auto s = showWindow(name, &port);
-        QVERIFY(s->view);
-        HelpViewer::instance().hide();
-        QTest::keyClick(s->view.get(), Qt::Key_F1);
-        QVERIFY(HelpViewer::instance().isVisible());
-        const QUrl shown = HelpViewer::instance().browser()->source();
-        const QString page = HelpPageFor(name);
-        QCOMPARE(shown.fileName() + (shown.hasFragment() ? "#" + shown.fragment() : QString()),
-                 page);
-        QVERIFY(!HelpViewer::instance().browser()->toPlainText().trimmed().isEmpty());
-        HelpViewer::instance().hide();
-        s->w->unload();
-        setUi(&s->env.ui());
-    }
-
     // The manual's search ignores case and accents and lists the pages that
     // hold every word; a result opens its page, and Atrás returns.
     void helpSearch_data()
@@ -382,8 +410,7 @@ private slots:
     }
     void helpSearch()
     {
-        QFETCH(QString, words);
-        QFETCH(QString, page);
+        const auto [words, page] = Fetch<QString, QString>("words", "page");
         HelpViewer& help = HelpViewer::instance();
         help.showPage(HelpPathFor("F976"));
         help.showPage(AssetsPath() + "/help/index.html");
@@ -402,84 +429,50 @@ private slots:
         help.hide();
     }
 
-    // Escape presses "Cancelar" wherever it is enabled; a text box entered
-    // with Tab has its text selected, so what is typed replaces it.
-    void keyboardManners_data() { view_data(); }
-    void keyboardManners()
-    {
-        QFETCH(QString, name);
-        auto s = showWindow(name);
-        QVERIFY(s->view);
-        QWidget* view = s->view.get();
-        Controller* w = s->w.get();
-
-        QList<QLineEdit*> boxes;
-        for (QLineEdit* box : view->findChildren<QLineEdit*>())
-            if (box->isVisible() && box->isEnabled() && !box->isReadOnly() &&
-                (box->focusPolicy() & Qt::TabFocus) && !box->text().isEmpty())
-                boxes << box;
-        for (QLineEdit* box : boxes) {
-            QWidget* before = box->previousInFocusChain();
-            if (!before->isVisible() || !before->isEnabled())
-                continue;
-            before->setFocus(Qt::MouseFocusReason);
-            QApplication::processEvents();
-            if (QApplication::focusWidget() != before || before->nextInFocusChain() != box)
-                continue;
-            QTest::keyClick(before, Qt::Key_Tab);
-            QApplication::processEvents();
-            if (QApplication::focusWidget() == box)
-                QVERIFY2(box->selectionStart() == 0 &&
-                             box->selectionLength() == box->displayText().size(),
-                         qPrintable(box->objectName() + ": " + box->selectedText()));
-            break;
-        }
-
-        auto* cancel = view->findChild<QPushButton*>("cmdCancelar");
-        if (cancel && cancel->isEnabled() && cancel->isVisible()) {
-            bool pressed = false;
-            connect(cancel, &QPushButton::clicked, [&] { pressed = true; });
-            QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : view,
-                            Qt::Key_Escape);
-            QVERIFY(pressed);
-        }
-        if (w->isLoaded())
-            w->unload();
-    }
-
+    // The manners every window keeps: F1 opens the manual inside the
+    // program at the window's page, with no browser needed; a text box
+    // entered with Tab has its text selected, so what is typed replaces it;
+    // Escape presses "Cancelar" wherever it is enabled; and, shown again,
     // Enter in a text box moves on where the logic says so, and otherwise
-    // presses the button the window has as its default: never nothing, where
-    // there is one.
-    void enterMovesOnOrAccepts_data() { view_data(); }
-    void enterMovesOnOrAccepts()
+    // presses the button the window has as its default: never nothing.
+    void manners_data() { view_data(); }
+    void manners()
     {
         QFETCH(QString, name);
-        auto s = showWindow(name);
+        auto s = showWindow(name, &port);
+        QVERIFY(s->view);
+        HelpViewer::instance().hide();
+        QTest::keyClick(s->view.get(), Qt::Key_F1);
+        QVERIFY(HelpViewer::instance().isVisible());
+        const QUrl shown = HelpViewer::instance().browser()->source();
+        QCOMPARE(shown.fileName() + (shown.hasFragment() ? "#" + shown.fragment() : QString()),
+                 HelpPageFor(name));
+        QVERIFY(!HelpViewer::instance().browser()->toPlainText().trimmed().isEmpty());
+        HelpViewer::instance().hide();
+        setUi(&s->env.ui());
+        s->view->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(s->view.get()));
+
+        tabSelects(s->view.get());
+        auto* cancel = s->view->findChild<QPushButton*>("cmdCancelar");
+        if (cancel && cancel->isEnabled() && cancel->isVisible()) {
+            QSignalSpy pressed(cancel, &QPushButton::clicked);
+            QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget()
+                                                        : s->view.get(),
+                            Qt::Key_Escape);
+            QCOMPARE(pressed.count(), 1);
+        }
+        if (s->w->isLoaded())
+            s->w->unload();
+
+        s->view.reset();
+        s->w = window(name);
+        s->view = showActive(*s->w);
         QVERIFY(s->view);
         s->env.ui().setStrict(false); // a question of Aceptar is answered No
-        QWidget* view = s->view.get();
-        Controller* w = s->w.get();
-        QPushButton* byDefault = nullptr;
-        for (QPushButton* button : view->findChildren<QPushButton*>())
-            if (button->property("porDefecto").toBool() && button->isEnabled())
-                byDefault = button;
-        for (QLineEdit* box : view->findChildren<QLineEdit*>()) {
-            if (!byDefault || !box->isVisible() || !box->isEnabled() || box->isReadOnly() ||
-                !(box->focusPolicy() & Qt::TabFocus))
-                continue;
-            box->setFocus(Qt::MouseFocusReason);
-            QApplication::processEvents();
-            if (QApplication::focusWidget() != box)
-                continue;
-            QSignalSpy pressed(byDefault, &QPushButton::clicked);
-            QTest::keyClick(box, Qt::Key_Return);
-            QApplication::processEvents();
-            QVERIFY2(QApplication::focusWidget() != box || pressed.count() == 1,
-                     qPrintable(box->objectName()));
-            break;
-        }
-        if (w->isLoaded())
-            w->unload();
+        enterMovesOnOrAccepts(s->view.get());
+        if (s->w->isLoaded())
+            s->w->unload();
     }
 
     // What the person types after Tab or Enter lands in the next box: a
@@ -501,14 +494,9 @@ private slots:
     }
     void typingOn()
     {
-        QFETCH(QString, name);
-        QFETCH(QString, start);
-        QFETCH(QString, typed);
-        QFETCH(int, key);
-        QFETCH(QString, next);
-        QFETCH(QString, then);
-        QFETCH(QString, other);
-        QFETCH(QString, shows);
+        const auto [name, start, typed, key, next, then, other, shows] =
+            Fetch<QString, QString, QString, int, QString, QString, QString, QString>(
+                "name", "start", "typed", "key", "next", "then", "other", "shows");
         auto s = showWindow(name);
         QVERIFY(s->view);
         QWidget* view = s->view.get();

@@ -64,8 +64,7 @@ private slots:
     }
     void typingNarrows()
     {
-        QFETCH(QString, typed);
-        QFETCH(QStringList, expected);
+        const auto [typed, expected] = Fetch<QString, QStringList>("typed", "expected");
         Busqueda w;
         w.SelectCommandText = kAll;
         const QString total = w["StatusBar"].text();
@@ -93,8 +92,7 @@ private slots:
     }
     void premisesMode()
     {
-        QFETCH(QString, form);
-        QFETCH(QStringList, expected);
+        const auto [form, expected] = Fetch<QString, QStringList>("form", "expected");
         // an empty description and a repeated one are left out
         Db::insert("Actividades_x_padrones",
                    {"cuit=" + Reg::kCuit, "padron=0000000000007", "objeto=0000000000001",
@@ -125,10 +123,8 @@ private slots:
     }
     void closing()
     {
-        QFETCH(QString, how);
-        QFETCH(bool, select);
-        QFETCH(QString, id);
-        QFETCH(QString, description);
+        const auto [how, select, id, description] =
+            Fetch<QString, bool, QString, QString>("how", "select", "id", "description");
         Busqueda w;
         w.SelectCommandText = kAll;
         env->ui().onShow("Busqueda", [&](Controller&) {

@@ -134,9 +134,8 @@ private slots:
     }
     void keyRules()
     {
-        QFETCH(QString, name);
-        QFETCH(QString, typed);
-        QFETCH(QString, shown);
+        const auto [name, typed, shown] =
+            Fetch<QString, QString, QString>("name", "typed", "shown");
         frmLocalComercial& d = newDialog();
         Person(d).retype(name, typed);
         QCOMPARE(d[name].text(), shown);
@@ -154,8 +153,7 @@ private slots:
     }
     void groupIsOneLetterFromAToH()
     {
-        QFETCH(QList<int>, keys);
-        QFETCH(QString, shown);
+        const auto [keys, shown] = Fetch<QList<int>, QString>("keys", "shown");
         frmLocalComercial& d = newDialog();
         for (int key : keys)
             Person(d).key("txtGrupo", key);
@@ -190,10 +188,8 @@ private slots:
     }
     void takenPairIsRefused()
     {
-        QFETCH(QString, ownerCuit);
-        QFETCH(QString, objeto);
-        QFETCH(bool, edit);
-        QFETCH(bool, refused);
+        const auto [ownerCuit, objeto, edit, refused] =
+            Fetch<QString, QString, bool, bool>("ownerCuit", "objeto", "edit", "refused");
         Reg::insertPremises(ownerCuit, "0000000000123", "0000000000001", "CENTRAL");
         frmLocalComercial& d = edit ? editDialog("0000000000123", "0000000000001") : newDialog();
         Person p(d);
@@ -234,9 +230,8 @@ private slots:
     }
     void regimeBoxes()
     {
-        QFETCH(QStringList, clicks);
-        QFETCH(QString, boxes);
-        QFETCH(QString, stored);
+        const auto [clicks, boxes, stored] =
+            Fetch<QStringList, QString, QString>("clicks", "boxes", "stored");
         frmLocalComercial& d = newDialog();
         Reg::typePremises(d, {.padron = "1", .objeto = "1", .general = false});
         Person p(d);
@@ -277,9 +272,8 @@ private slots:
     }
     void validationInOrder()
     {
-        QFETCH(QStringList, blank);
-        QFETCH(QStringList, answers);
-        QFETCH(QString, message);
+        const auto [blank, answers, message] =
+            Fetch<QStringList, QStringList, QString>("blank", "answers", "message");
         frmLocalComercial& d = newDialog();
         Reg::typePremises(d, {.padron = "1", .objeto = "1"});
         for (const QString& name : blank) {
@@ -350,12 +344,9 @@ private slots:
     }
     void lookupByCode()
     {
-        QFETCH(QString, line);
-        QFETCH(QString, typed);
-        QFETCH(QString, search);
-        QFETCH(QString, code);
-        QFETCH(QString, description);
-        QFETCH(QString, focus);
+        const auto [line, typed, search, code, description, focus] =
+            Fetch<QString, QString, QString, QString, QString, QString>(
+                "line", "typed", "search", "code", "description", "focus");
         Db::insert("tActividades", {"idTActividad=11", "Nombre=ACTIVIDAD ONCE"});
         frmLocalComercial& d = newDialog();
         d["txt" + line].setText("BEFORE");
@@ -387,11 +378,9 @@ private slots:
     }
     void lookupByButton()
     {
-        QFETCH(QString, line);
-        QFETCH(QString, before);
-        QFETCH(bool, choose);
-        QFETCH(QString, code);
-        QFETCH(QString, focus);
+        const auto [line, before, choose, code, focus] =
+            Fetch<QString, QString, bool, QString, QString>("line", "before", "choose", "code",
+                                                            "focus");
         frmLocalComercial& d = newDialog();
         Person p(d);
         p.type("txtId" + line, before);
@@ -423,9 +412,8 @@ private slots:
     }
     void repeatedActivities()
     {
-        QFETCH(QStringList, steps);
-        QFETCH(int, refusals);
-        QFETCH(bool, stored);
+        const auto [steps, refusals, stored] =
+            Fetch<QStringList, int, bool>("steps", "refusals", "stored");
         frmLocalComercial& d = newDialog();
         Reg::typePremises(d, {.padron = "1", .objeto = "1", .actividad = ""});
         Person p(d);
@@ -525,8 +513,7 @@ private slots:
     }
     void regimeAsLoaded()
     {
-        QFETCH(QString, stored);
-        QFETCH(QString, boxes);
+        const auto [stored, boxes] = Fetch<QString, QString>("stored", "boxes");
         Db::exec("INSERT INTO tPadronesComerciales (cuit, padron, objeto, regimen) VALUES ('" +
                  Reg::kCuit + "', '0000000000001', '0000000000001', " + stored + ")");
         frmLocalComercial& d = editDialog("0000000000001", "0000000000001");
@@ -544,8 +531,7 @@ private slots:
     }
     void premisesCarryTheNextTaxpayerId()
     {
-        QFETCH(QList<int>, taxpayers);
-        QFETCH(QString, stored);
+        const auto [taxpayers, stored] = Fetch<QList<int>, QString>("taxpayers", "stored");
         for (int id : taxpayers)
             Seed::AddTaxpayer(id, "T" + QString::number(id),
                               "20-0000000" + QString::number(id) + "-0");
@@ -566,8 +552,7 @@ private slots:
     }
     void categoryIsCheckedOnLeavingThePostalCode()
     {
-        QFETCH(QString, categoria);
-        QFETCH(bool, notice);
+        const auto [categoria, notice] = Fetch<QString, bool>("categoria", "notice");
         frmLocalComercial& d = newDialog();
         d["txtCategoria"].setText(categoria); // reached the field by other means than typing
         Person p(d);

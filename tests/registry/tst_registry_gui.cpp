@@ -130,8 +130,7 @@ private slots:
     }
     void searchListKeys()
     {
-        QFETCH(int, key);
-        QFETCH(QString, taken);
+        const auto [key, taken] = Fetch<int, QString>("key", "taken");
         TestEnv env;
         env.createDatabase();
         setUi(&port);

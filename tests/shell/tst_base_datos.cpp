@@ -100,11 +100,9 @@ private slots:
     }
     void pgpass()
     {
-        QFETCH(QByteArray, before);
-        QFETCH(QString, database);
-        QFETCH(QString, user);
-        QFETCH(QString, password);
-        QFETCH(QByteArray, after);
+        const auto [before, database, user, password, after] =
+            Fetch<QByteArray, QString, QString, QString, QByteArray>("before", "database", "user",
+                                                                     "password", "after");
         if (!before.isNull()) {
             QVERIFY(WriteBytes(m_pgpass, before));
             QFile::setPermissions(m_pgpass,
@@ -138,10 +136,8 @@ private slots:
     void probe()
     {
         REQUIRE_SERVER();
-        QFETCH(QString, database);
-        QFETCH(int, port);
-        QFETCH(QString, user);
-        QFETCH(QString, said);
+        const auto [database, port, user, said] =
+            Fetch<QString, int, QString, QString>("database", "port", "user", "said");
         ServerKit::Scratch db;
         QVERIFY(db.ok());
         DatabaseLocation location = db.location();
@@ -163,21 +159,17 @@ private slots:
         Columns<QString, QString, QString, int, QStringList, QString, bool, QByteArray>(
             "choice", "database", "password", "answer", "messages", "kept", "open", "pgpass");
         const QStringList tested{kCorrecta, kProxima};
+        const QString noDb = kNoConecta + "la base de datos «{db}_no» no existe en el servidor.";
+        const QString keep = noDb + "\n¿Desea guardar esta elección de todos modos?";
         Row("server with a password", "servidor", "{db}", "cla:ve", 0, tested,
             "servidor {db}@55432 morvel", false, QByteArray("{host}:55432:{db}:morvel:cla\\:ve\n"));
         Row("server, password left as it was", "servidor", "{db}", "", 0, tested,
             "servidor {db}@55432 morvel", false, QByteArray());
         Row("no connection: not kept", "servidor", "{db}_no", "x", Msg::No,
-            QStringList{kNoConecta + "la base de datos «{db}_no» no existe en el servidor.",
-                        kNoConecta + "la base de datos «{db}_no» no existe en el servidor.\n"
-                                     "¿Desea guardar esta elección de todos modos?"},
-            "archivo", true, QByteArray());
+            QStringList{noDb, keep}, "archivo", true, QByteArray());
         Row("no connection: kept all the same", "servidor", "{db}_no", "", Msg::Yes,
-            QStringList{kNoConecta + "la base de datos «{db}_no» no existe en el servidor.",
-                        kNoConecta + "la base de datos «{db}_no» no existe en el servidor.\n"
-                                     "¿Desea guardar esta elección de todos modos?",
-                        kProxima},
-            "servidor {db}_no@55432 morvel", false, QByteArray());
+            QStringList{noDb, keep, kProxima}, "servidor {db}_no@55432 morvel", false,
+            QByteArray());
         Row("server without a database", "servidor", "", "x", 0,
             QStringList{"Escriba el nombre de la base de datos del servidor.",
                         "Escriba el nombre de la base de datos del servidor."},
@@ -188,14 +180,9 @@ private slots:
     void window()
     {
         REQUIRE_SERVER();
-        QFETCH(QString, choice);
-        QFETCH(QString, database);
-        QFETCH(QString, password);
-        QFETCH(int, answer);
-        QFETCH(QStringList, messages);
-        QFETCH(QString, kept);
-        QFETCH(bool, open);
-        QFETCH(QByteArray, pgpass);
+        const auto [choice, database, password, answer, messages, kept, open, pgpass] =
+            Fetch<QString, QString, QString, int, QStringList, QString, bool, QByteArray>(
+                "choice", "database", "password", "answer", "messages", "kept", "open", "pgpass");
         ServerKit::Scratch db;
         QVERIFY(db.ok());
         const DatabaseLocation server = db.location();

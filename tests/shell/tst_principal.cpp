@@ -71,9 +71,14 @@ private slots:
         QCOMPARE(gImportNames.size(), 13);
     }
 
+    // A second start changes nothing stored; the program's databases carry
+    // its mark, new and older ones alike, and run with the write-ahead journal.
     void secondStartChangesNothing()
     {
         QVERIFY(Main(env->dataPath()));
+        QCOMPARE(Db::column("PRAGMA application_id"), QStringList{"1297241676"});
+        QCOMPARE(Db::column("PRAGMA journal_mode"), QStringList{"wal"});
+        Db::exec("PRAGMA application_id = 0"); // as before the mark
         Db::insert("Contribuyentes",
                    {"idContribuyente=1", "ApellidoNombre=PEREZ JUAN", "Cuit=20-12345678-6"});
         Db::insert("F976", {"Codigo=X", "BaseImponible=1.234,50"});
@@ -82,6 +87,8 @@ private slots:
         CloseDatabase();
         QVERIFY(Main(env->dataPath()));
         QCOMPARE(Db::dump(), before);
+        QCOMPARE(Db::column("PRAGMA application_id"), QStringList{"1297241676"});
+        QVERIFY(env->ui().messages().isEmpty());
     }
 
     void menuListsTaxpayers_data()
@@ -95,8 +102,7 @@ private slots:
     }
     void menuListsTaxpayers()
     {
-        QFETCH(QStringList, rows);
-        QFETCH(QStringList, menu);
+        const auto [rows, menu] = Fetch<QStringList, QStringList>("rows", "menu");
         env->createDatabase();
         for (const QString& row : rows) {
             const QStringList c = row.split('|');
@@ -150,9 +156,8 @@ private slots:
     }
     void foreignFileIsNeverWritten()
     {
-        QFETCH(QStringList, statements);
-        QFETCH(QByteArray, bytes);
-        QFETCH(QString, why);
+        const auto [statements, bytes, why] =
+            Fetch<QStringList, QByteArray, QString>("statements", "bytes", "why");
         const QString path = env->dataPath() + "/Morvel.db";
         if (statements.isEmpty())
             QVERIFY(WriteBytes(path, bytes));
@@ -170,21 +175,6 @@ private slots:
         QCOMPARE(ReadBytes(path), before);
         QCOMPARE(QDir(env->dataPath()).entryList({"Morvel.db*"}, QDir::Files),
                  QStringList{"Morvel.db"});
-    }
-
-    // The program's own databases carry its mark, new and older ones alike,
-    // and run with the write-ahead journal.
-    void ownDatabasesCarryTheMark()
-    {
-        QVERIFY(Main(env->dataPath()));
-        QCOMPARE(Db::column("PRAGMA application_id"), QStringList{"1297241676"});
-        QCOMPARE(Db::column("PRAGMA journal_mode"), QStringList{"wal"});
-        gPrincipal().unload();
-        Db::exec("PRAGMA application_id = 0");
-        CloseDatabase();
-        QVERIFY(Main(env->dataPath()));
-        QCOMPARE(Db::column("PRAGMA application_id"), QStringList{"1297241676"});
-        QVERIFY(env->ui().messages().isEmpty());
     }
 
     // A database that can only be read opens for reading, with nothing

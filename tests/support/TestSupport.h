@@ -6,6 +6,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <memory>
+#include <tuple>
 
 #include "ScriptedUi.h"
 
@@ -74,6 +75,15 @@ template <class... Types, class... Names> void Columns(const Names&... names)
 template <class... Values> void Row(const char* name, const Values&... values)
 {
     (QTest::newRow(name) << ... << values);
+}
+
+// The values of the current row in those columns, to bind in one line:
+//   const auto [from, to] = Fetch<QString, int>("from", "to");
+// A column of another type fails the test, as with QFETCH.
+template <class... Types, class... Names> std::tuple<Types...> Fetch(const Names&... names)
+{
+    static_assert(sizeof...(Types) == sizeof...(Names), "one name for each type");
+    return {*static_cast<Types*>(QTest::qData(names, ::qMetaTypeId<Types>()))...};
 }
 
 // Skips the current test on the server run: what it looks at is the file
