@@ -135,6 +135,13 @@ QString ZoAccess::Describe() const
 
 bool ZoAccess::run(const QString& sql, const QVector<QVariant>& binds, QueryResult* result)
 {
+    return run(sql, [&](DatabaseConnection& db, const QString& statement) {
+        return db.run(statement, binds, result);
+    });
+}
+
+bool ZoAccess::run(const QString& sql, const LastStatement& last)
+{
     m_failed = false;
     DatabaseConnection* db = connection();
     if (!db) {
@@ -149,9 +156,8 @@ bool ZoAccess::run(const QString& sql, const QVector<QVariant>& binds, QueryResu
         jet.atomic || (db->dialect() == JetDialect::Postgres && db->inTransaction());
     bool ok = !guarded || db->run(QStringLiteral("SAVEPOINT jet_atomic"), {}, nullptr);
     for (int i = 0; ok && i < jet.statements.size(); ++i) {
-        const bool last = i == jet.statements.size() - 1;
-        ok = db->run(jet.statements.at(i), last ? binds : QVector<QVariant>{},
-                     last ? result : nullptr);
+        ok = i == jet.statements.size() - 1 ? last(*db, jet.statements.at(i))
+                                           : db->run(jet.statements.at(i), {}, nullptr);
     }
     if (!ok)
         noteFailure(db, db->lastError(), sql);
@@ -213,6 +219,18 @@ RecordsetPtr ZoAccess::FillRecordSet(const QString& sql)
         Dispose();
     }
     return rs;
+}
+
+bool ZoAccess::ReadTexts(const QString& sql, const TextRowReader& reader)
+{
+    const bool ok = run(sql, [&](DatabaseConnection& db, const QString& statement) {
+        return db.readTexts(statement, reader);
+    });
+    if (!ok) {
+        ShowError();
+        Dispose();
+    }
+    return ok;
 }
 
 RecordsetPtr ZoAccess::FillRecordSetReader(const QString& sql)
