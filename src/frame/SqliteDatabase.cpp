@@ -429,7 +429,15 @@ Connection* openConnection(const QString& key)
 
 DatabaseConnection* SqliteDatabase::open(const QString& path)
 {
-    return openConnection(keyOf(path));
+    // The gateway asks for its connection at every statement, by the same
+    // path: an absolute path last asked for is not made absolute again (a
+    // relative one depends on the folder the run is in).
+    static QString lastPath, lastKey;
+    if (path != lastPath || !path.startsWith(u'/')) {
+        lastKey = keyOf(path);
+        lastPath = path;
+    }
+    return openConnection(lastKey);
 }
 
 sqlite3* SqliteDatabase::connection(const QString& path)

@@ -63,16 +63,35 @@ const DatabaseLocation& workstationLocation()
         location = DatabaseLocation::current();
     return *location;
 }
+
+// The string last made, for the path and data folder it was made for: every
+// statement asks for it.
+struct MadeString {
+    QString databasePath, appPath, text;
+};
+
+std::optional<MadeString>& lastDefaultString()
+{
+    static std::optional<MadeString> made;
+    return made;
+}
 } // namespace
 
 QString DefaultConnectionString(const QString& databasePath)
 {
+    std::optional<MadeString>& last = lastDefaultString();
+    if (last && last->databasePath == databasePath && last->appPath == gAppPath)
+        return last->text;
     const DatabaseLocation& location = workstationLocation();
+    QString text;
     if (location.isServer() && databasePath == ::DatabasePath())
-        return QStringLiteral("Provider=") + kServerProvider + QStringLiteral(";Data Source=") +
+        text = QStringLiteral("Provider=") + kServerProvider + QStringLiteral(";Data Source=") +
                location.connectionInfo() + u';';
-    return QStringLiteral("Provider=SQLite;Data Source=") + databasePath +
-           QStringLiteral(";User ID=Admin;Database Password=;");
+    else
+        text = QStringLiteral("Provider=SQLite;Data Source=") + databasePath +
+               QStringLiteral(";User ID=Admin;Database Password=;");
+    last = MadeString{databasePath, gAppPath, text};
+    return text;
 }
 
 void CloseAllConnections()
@@ -80,6 +99,7 @@ void CloseAllConnections()
     SqliteDatabase::closeAll();
     PostgresDatabase::closeAll();
     cachedLocation().reset();
+    lastDefaultString().reset();
 }
 
 QString ZoAccess::ConnectionString() const
