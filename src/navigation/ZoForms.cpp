@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <tuple>
 
 #ifdef __GLIBC__
 #include <malloc.h>
