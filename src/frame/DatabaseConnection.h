@@ -4,7 +4,9 @@
 #include <QStringList>
 #include <QVariant>
 #include <QVector>
+#include <functional>
 #include <memory>
+#include <optional>
 
 #include "JetSql.h"
 
@@ -13,6 +15,29 @@ struct QueryResult {
     QStringList columns;
     QVector<QVector<QVariant>> rows;
 };
+
+// One row of a read, handed over while the engine holds it: each column's
+// text as a Recordset's Text() reads the same value (Null gives ""), without
+// packing the row into QVariants first. Valid only during the call that
+// hands it over.
+class TextRow
+{
+public:
+    virtual ~TextRow() = default;
+    virtual QString text(int column) const = 0;
+    // The same text, but `same` itself when the value reads as it: a value
+    // that repeats from row to row is then decoded and held only once.
+    virtual QString sharedText(int column, const QString& same) const
+    {
+        QString read = text(column);
+        return read == same ? same : read;
+    }
+    virtual bool isNull(int column) const = 0;
+    // The value when the engine holds a whole number there (not a text that
+    // reads as one); nullopt otherwise.
+    virtual std::optional<qint64> integer(int column) const = 0;
+};
+using TextRowReader = std::function<void(const TextRow&)>;
 
 // One statement prepared once and run many times with its values bound (the
 // lines of an import). A failure leaves its message on the connection.
@@ -68,6 +93,10 @@ public:
     // Runs one statement of the connection's own dialect; false on failure,
     // with lastError() and lastErrorCode() telling why.
     virtual bool run(const QString& sql, const QVector<QVariant>& binds, QueryResult* result) = 0;
+    // Runs a read of the connection's own dialect, handing each row to
+    // `reader` as it comes; false on failure (rows already handed over may
+    // then be only part of the result).
+    virtual bool readTexts(const QString& sql, const TextRowReader& reader) = 0;
     virtual std::unique_ptr<PreparedStatement> prepare(const QString& sql) = 0;
     // The engine's message of the last failure, and its code in SQLite's
     // numbering (SQLITE_FULL, SQLITE_READONLY, SQLITE_BUSY...), so that a

@@ -5,6 +5,8 @@
 #include <libpq-fe.h>
 #include <sqlite3.h>
 
+#include "Recordset.h"
+
 namespace {
 
 // Type numbers of the server's catalogue that read back as numbers.
@@ -83,6 +85,53 @@ QVariant valueOf(const PGresult* res, int row, int column)
     }
 }
 
+bool isWholeNumber(Oid type)
+{
+    return type == kInt2 || type == kInt4 || type == kInt8 || type == kOid;
+}
+
+// A row of a result, read as texts.
+class PgRow : public TextRow
+{
+public:
+    PgRow(const PGresult* res, int row) : m_result(res), m_row(row) {}
+    QString text(int column) const override
+    {
+        if (!holdsText(column))
+            return VariantText(valueOf(m_result, m_row, column));
+        return QString::fromUtf8(PQgetvalue(m_result, m_row, column),
+                                 PQgetlength(m_result, m_row, column));
+    }
+    QString sharedText(int column, const QString& same) const override
+    {
+        if (!holdsText(column))
+            return TextRow::sharedText(column, same);
+        const QUtf8StringView bytes(PQgetvalue(m_result, m_row, column),
+                                    PQgetlength(m_result, m_row, column));
+        return QtPrivate::equalStrings(same, bytes) ? same : bytes.toString();
+    }
+    bool isNull(int column) const override { return PQgetisnull(m_result, m_row, column); }
+    std::optional<qint64> integer(int column) const override
+    {
+        if (isNull(column) || !isWholeNumber(PQftype(m_result, column)))
+            return std::nullopt;
+        return QByteArray(PQgetvalue(m_result, m_row, column)).toLongLong();
+    }
+
+private:
+    // Whether the value reads as its own text (not Null, nor a number or a
+    // truth value, which read as the gateway writes them).
+    bool holdsText(int column) const
+    {
+        const Oid type = PQftype(m_result, column);
+        return !PQgetisnull(m_result, m_row, column) && type != kBool && type != kFloat4 &&
+               type != kFloat8 && type != kNumeric;
+    }
+
+    const PGresult* m_result;
+    int m_row;
+};
+
 struct Binds {
     QVector<QByteArray> texts;
     QVector<const char*> values;
@@ -138,6 +187,23 @@ public:
         PGresult* res = PQexecParams(m_conn, sql.toUtf8().constData(), int(b.values.size()),
                                      nullptr, b.values.constData(), nullptr, nullptr, 0);
         return take(res, sql, result);
+    }
+
+    bool readTexts(const QString& sql, const TextRowReader& reader) override
+    {
+        if (!alive())
+            return false;
+        PGresult* res = PQexecParams(m_conn, sql.toUtf8().constData(), 0, nullptr, nullptr,
+                                     nullptr, nullptr, 0);
+        const ExecStatusType status = PQresultStatus(res);
+        const bool ok = status == PGRES_TUPLES_OK || status == PGRES_COMMAND_OK ||
+                        status == PGRES_EMPTY_QUERY;
+        if (!ok)
+            noteFailure(res);
+        for (int r = 0; ok && r < PQntuples(res); ++r)
+            reader(PgRow(res, r));
+        PQclear(res);
+        return ok;
     }
 
     // Takes a result: its rows into `result`, or its failure into the

@@ -1,6 +1,12 @@
 #include "ProgressWindow.h"
 
+#include <QElapsedTimer>
+
 #include "UiPort.h"
+
+namespace {
+constexpr qint64 kFrameMs = 20;
+} // namespace
 
 void ProgressWindow::design()
 {
@@ -22,7 +28,14 @@ void AdvanceSplash(Controller& window, int step, const QString& status)
         pb.setValue(pb.maximum());
     else
         pb.setValue(pb.value() + step);
-    ui().yield();
+    // The window is drawn again at most once a frame: a run of many quick
+    // steps (the checks of a start on a sound database) does not wait for a
+    // paint at each one, and a slow step still shows its progress.
+    static QElapsedTimer sinceYield;
+    if (!sinceYield.isValid() || sinceYield.elapsed() >= kFrameMs) {
+        ui().yield();
+        sinceYield.start();
+    }
     if (!status.isEmpty())
         lbl.setText(status);
 }

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "FoldedText.h"
+#include "Recordset.h"
 
 namespace {
 
@@ -246,6 +247,10 @@ struct Connection : DatabaseConnection {
     {
         return RunSqlite(db, sql, binds, result, &error);
     }
+    bool readTexts(const QString& sql, const TextRowReader& reader) override
+    {
+        return ReadSqliteTexts(db, sql, reader, &error);
+    }
     std::unique_ptr<PreparedStatement> prepare(const QString& sql) override
     {
         const QByteArray utf8 = sql.toUtf8();
@@ -424,7 +429,15 @@ Connection* openConnection(const QString& key)
 
 DatabaseConnection* SqliteDatabase::open(const QString& path)
 {
-    return openConnection(keyOf(path));
+    // The gateway asks for its connection at every statement, by the same
+    // path: an absolute path last asked for is not made absolute again (a
+    // relative one depends on the folder the run is in).
+    static QString lastPath, lastKey;
+    if (path != lastPath || !path.startsWith(u'/')) {
+        lastKey = keyOf(path);
+        lastPath = path;
+    }
+    return openConnection(lastKey);
 }
 
 sqlite3* SqliteDatabase::connection(const QString& path)
@@ -482,8 +495,57 @@ void SqliteDatabase::closeAll()
     connections().clear();
 }
 
-bool RunSqlite(sqlite3* db, const QString& sql, const QVector<QVariant>& binds, QueryResult* result,
-               QString* error)
+namespace {
+
+// The current row of a statement, read as texts. Each column's value is
+// taken once and read where it stands (the connection is used by one thread
+// at a time, as every statement of the gateway is).
+class SqliteRow : public TextRow
+{
+public:
+    explicit SqliteRow(sqlite3_stmt* st) : m_statement(st) {}
+    QString text(int column) const override
+    {
+        sqlite3_value* v = value(column);
+        if (sqlite3_value_type(v) != SQLITE_TEXT)
+            return VariantText(columnValue(m_statement, column));
+        return utf8(v).toString();
+    }
+    QString sharedText(int column, const QString& same) const override
+    {
+        sqlite3_value* v = value(column);
+        if (sqlite3_value_type(v) != SQLITE_TEXT)
+            return TextRow::sharedText(column, same);
+        const QUtf8StringView bytes = utf8(v);
+        return QtPrivate::equalStrings(same, bytes) ? same : bytes.toString();
+    }
+    bool isNull(int column) const override
+    {
+        return sqlite3_column_type(m_statement, column) == SQLITE_NULL;
+    }
+    std::optional<qint64> integer(int column) const override
+    {
+        if (sqlite3_column_type(m_statement, column) != SQLITE_INTEGER)
+            return std::nullopt;
+        return sqlite3_column_int64(m_statement, column);
+    }
+
+private:
+    sqlite3_value* value(int column) const { return sqlite3_column_value(m_statement, column); }
+    static QUtf8StringView utf8(sqlite3_value* v)
+    {
+        const char* text = reinterpret_cast<const char*>(sqlite3_value_text(v));
+        return QUtf8StringView(text, sqlite3_value_bytes(v));
+    }
+
+    sqlite3_stmt* m_statement;
+};
+
+// Prepares and binds a statement, then steps through its rows, handing each
+// to `row`; false and the engine's message on failure.
+bool stepSqlite(sqlite3* db, const QString& sql, const QVector<QVariant>& binds,
+                const std::function<void(sqlite3_stmt*)>& start,
+                const std::function<void(sqlite3_stmt*)>& row, QString* error)
 {
     if (!db) {
         if (error)
@@ -511,25 +573,50 @@ bool RunSqlite(sqlite3* db, const QString& sql, const QVector<QVariant>& binds, 
     }
     for (int i = 0; i < binds.size(); ++i)
         bindValue(st, i + 1, binds.at(i));
-    const int columns = sqlite3_column_count(st);
-    if (result) {
-        result->columns.clear();
-        result->rows.clear();
-        for (int i = 0; i < columns; ++i)
-            result->columns << QString::fromUtf8(sqlite3_column_name(st, i));
-    }
-    while ((rc = sqlite3_step(st)) == SQLITE_ROW) {
-        if (!result)
-            continue;
-        QVector<QVariant> row;
-        row.reserve(columns);
-        for (int i = 0; i < columns; ++i)
-            row.push_back(columnValue(st, i));
-        result->rows.push_back(std::move(row));
-    }
+    if (start)
+        start(st);
+    while ((rc = sqlite3_step(st)) == SQLITE_ROW)
+        if (row)
+            row(st);
     const bool ok = rc == SQLITE_DONE;
     if (!ok && error)
         *error = QString::fromUtf8(sqlite3_errmsg(db));
     sqlite3_finalize(st);
     return ok;
+}
+
+} // namespace
+
+bool RunSqlite(sqlite3* db, const QString& sql, const QVector<QVariant>& binds, QueryResult* result,
+               QString* error)
+{
+    if (!result)
+        return stepSqlite(db, sql, binds, {}, {}, error);
+    int columns = 0;
+    const auto start = [&](sqlite3_stmt* st) {
+        columns = sqlite3_column_count(st);
+        result->columns.clear();
+        result->rows.clear();
+        for (int i = 0; i < columns; ++i)
+            result->columns << QString::fromUtf8(sqlite3_column_name(st, i));
+    };
+    const auto row = [&](sqlite3_stmt* st) {
+        QVector<QVariant> values;
+        values.reserve(columns);
+        for (int i = 0; i < columns; ++i)
+            values.push_back(columnValue(st, i));
+        result->rows.push_back(std::move(values));
+    };
+    return stepSqlite(db, sql, binds, start, row, error);
+}
+
+bool ReadSqliteTexts(sqlite3* db, const QString& sql, const TextRowReader& reader, QString* error)
+{
+    return stepSqlite(
+        db, sql, {}, {},
+        [&](sqlite3_stmt* st) {
+            const SqliteRow row(st);
+            reader(row);
+        },
+        error);
 }

@@ -54,3 +54,7 @@ public:
 // engine's message on failure.
 bool RunSqlite(sqlite3* db, const QString& sql, const QVector<QVariant>& binds, QueryResult* result,
                QString* error);
+
+// Runs one SQLite read, handing each row to `reader` as texts; false and the
+// engine's message on failure.
+bool ReadSqliteTexts(sqlite3* db, const QString& sql, const TextRowReader& reader, QString* error);

@@ -201,12 +201,24 @@ QDate TextToDate(const QString& text)
 
 QString FormatCuit(const QString& text)
 {
-    return text.left(2) + u'-' + text.mid(2, 8) + u'-' + text.right(1);
+    // Written into one text: a CUIT of each line of an import passes here.
+    const QStringView digits(text);
+    QString out;
+    out.reserve(qMin<qsizetype>(digits.size(), 11) + 2);
+    out.append(digits.left(2)).append(u'-');
+    if (digits.size() > 2)
+        out.append(digits.mid(2, 8));
+    return out.append(u'-').append(digits.right(1));
 }
 
 bool IsValidCuit(QString& text)
 {
     text.remove(u'-');
+    // Eleven plain digits, as a CUIT is written, are a number whatever the
+    // regional symbols: their sum is taken at once.
+    if (text.size() == 11)
+        if (const auto sum = cuitSum(text))
+            return *sum % 11 == 0;
     if (!IsNumericText(text))
         return false;
     if (text.size() != 11)

@@ -63,16 +63,35 @@ const DatabaseLocation& workstationLocation()
         location = DatabaseLocation::current();
     return *location;
 }
+
+// The string last made, for the path and data folder it was made for: every
+// statement asks for it.
+struct MadeString {
+    QString databasePath, appPath, text;
+};
+
+std::optional<MadeString>& lastDefaultString()
+{
+    static std::optional<MadeString> made;
+    return made;
+}
 } // namespace
 
 QString DefaultConnectionString(const QString& databasePath)
 {
+    std::optional<MadeString>& last = lastDefaultString();
+    if (last && last->databasePath == databasePath && last->appPath == gAppPath)
+        return last->text;
     const DatabaseLocation& location = workstationLocation();
+    QString text;
     if (location.isServer() && databasePath == ::DatabasePath())
-        return QStringLiteral("Provider=") + kServerProvider + QStringLiteral(";Data Source=") +
+        text = QStringLiteral("Provider=") + kServerProvider + QStringLiteral(";Data Source=") +
                location.connectionInfo() + u';';
-    return QStringLiteral("Provider=SQLite;Data Source=") + databasePath +
-           QStringLiteral(";User ID=Admin;Database Password=;");
+    else
+        text = QStringLiteral("Provider=SQLite;Data Source=") + databasePath +
+               QStringLiteral(";User ID=Admin;Database Password=;");
+    last = MadeString{databasePath, gAppPath, text};
+    return text;
 }
 
 void CloseAllConnections()
@@ -80,6 +99,7 @@ void CloseAllConnections()
     SqliteDatabase::closeAll();
     PostgresDatabase::closeAll();
     cachedLocation().reset();
+    lastDefaultString().reset();
 }
 
 QString ZoAccess::ConnectionString() const
@@ -135,6 +155,13 @@ QString ZoAccess::Describe() const
 
 bool ZoAccess::run(const QString& sql, const QVector<QVariant>& binds, QueryResult* result)
 {
+    return run(sql, [&](DatabaseConnection& db, const QString& statement) {
+        return db.run(statement, binds, result);
+    });
+}
+
+bool ZoAccess::run(const QString& sql, const LastStatement& last)
+{
     m_failed = false;
     DatabaseConnection* db = connection();
     if (!db) {
@@ -149,9 +176,8 @@ bool ZoAccess::run(const QString& sql, const QVector<QVariant>& binds, QueryResu
         jet.atomic || (db->dialect() == JetDialect::Postgres && db->inTransaction());
     bool ok = !guarded || db->run(QStringLiteral("SAVEPOINT jet_atomic"), {}, nullptr);
     for (int i = 0; ok && i < jet.statements.size(); ++i) {
-        const bool last = i == jet.statements.size() - 1;
-        ok = db->run(jet.statements.at(i), last ? binds : QVector<QVariant>{},
-                     last ? result : nullptr);
+        ok = i == jet.statements.size() - 1 ? last(*db, jet.statements.at(i))
+                                           : db->run(jet.statements.at(i), {}, nullptr);
     }
     if (!ok)
         noteFailure(db, db->lastError(), sql);
@@ -213,6 +239,18 @@ RecordsetPtr ZoAccess::FillRecordSet(const QString& sql)
         Dispose();
     }
     return rs;
+}
+
+bool ZoAccess::ReadTexts(const QString& sql, const TextRowReader& reader)
+{
+    const bool ok = run(sql, [&](DatabaseConnection& db, const QString& statement) {
+        return db.readTexts(statement, reader);
+    });
+    if (!ok) {
+        ShowError();
+        Dispose();
+    }
+    return ok;
 }
 
 RecordsetPtr ZoAccess::FillRecordSetReader(const QString& sql)

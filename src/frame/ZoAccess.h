@@ -41,6 +41,11 @@ public:
     bool DeleteRecord(const QString& sql, bool confirm);
     RecordsetPtr FillRecordSet(const QString& sql);
     RecordsetPtr FillRecordSetReader(const QString& sql);
+    // Reads as FillRecordSet does, but hands each row to `reader` as texts as
+    // it comes, without holding the rows: what a large read that makes its
+    // own objects of the rows needs. False on failure (told as FillRecordSet
+    // tells it), when the rows handed over may be only part of the result.
+    bool ReadTexts(const QString& sql, const TextRowReader& reader);
     RecordsetPtr FillRecordSetReaderWP(const QString& sql, const QStringList& parameters);
 
     QString GetString(const QString& sql);
@@ -134,6 +139,10 @@ private:
     // Runs a statement of the Jet dialect; false on failure, with the failure
     // remembered for ShowError and written to the daily log.
     bool run(const QString& sql, const QVector<QVariant>& binds, QueryResult* result);
+    // The same, with the last of the statements the translation gives run by
+    // `last` on the connection.
+    using LastStatement = std::function<bool(DatabaseConnection&, const QString&)>;
+    bool run(const QString& sql, const LastStatement& last);
     RecordsetPtr read(const QString& sql, const QVector<QVariant>& binds);
     // First column of the first row: nullopt when there is no row or it
     // failed; a null QVariant for Null.

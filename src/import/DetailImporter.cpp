@@ -576,19 +576,21 @@ QString DetailImporter::siguienteDetalle()
             QStringLiteral(" WHERE ") + version);
         m_proximo = (maximo.isEmpty() || maximo == u"-1") ? 1 : qint64(Val(maximo)) + 1;
     }
-    return QStringLiteral("%1").arg(m_proximo++, 4, 10, QChar(u'0'));
+    return QString::number(m_proximo++).rightJustified(4, u'0');
 }
 
 QString DetailImporter::tipoGuardado(const QString& tipo)
 {
+    // Held whole for each receipt type, as every line of that type stores it.
     const QString codigo = tipo.left(4);
     auto it = m_comprobantes.constFind(codigo);
     if (it == m_comprobantes.constEnd())
         it = m_comprobantes.insert(
-            codigo, gAccess().GetString(
-                        QStringLiteral("SELECT descripcion FROM tComprobantes WHERE valor = '") +
-                        Sq(codigo) + u'\''));
-    return codigo + QStringLiteral(" - ") + it.value();
+            codigo, codigo + QStringLiteral(" - ") +
+                        gAccess().GetString(
+                            QStringLiteral("SELECT descripcion FROM tComprobantes WHERE valor = '") +
+                            Sq(codigo) + u'\''));
+    return it.value();
 }
 
 void DetailImporter::sumar(qint64 centavos)

@@ -19,6 +19,21 @@ int cutAfterValue(const QString& key, const QString& marker)
     return end < 0 ? int(key.size()) : end;
 }
 
+// The same, for a key that may begin with `last`, the cut of an earlier key
+// after the same marker: when it does, and a value ends there, the key's
+// cut is that one (the marker's first place in the key lies inside that
+// beginning, as it did in the earlier key), found without a search. The
+// declarations of one month, and the versions of one form, so follow each
+// other.
+int cutAfterValue(const QString& key, const QString& marker, const QString& last)
+{
+    const qsizetype length = last.size();
+    if (length > 0 && key.size() >= length &&
+        (key.size() == length || key.at(length) == u';') && QStringView(key).left(length) == last)
+        return int(length);
+    return cutAfterValue(key, marker);
+}
+
 // Puts the key cut at `length` into `set`, unless it is the cut last put
 // there: the nodes of one month (and the versions of one form) come one after
 // another, so most cuts repeat the one before.
@@ -88,8 +103,8 @@ void TreeIndex::sync(const TreeModel& tree)
 
 void TreeIndex::take(const QString& key, int index)
 {
-    takeCut(m_periods, m_lastPeriod, key, cutAfterValue(key, kPeriodo));
-    const int form = cutAfterValue(key, kFormulario);
+    takeCut(m_periods, m_lastPeriod, key, cutAfterValue(key, kPeriodo, m_lastPeriod));
+    const int form = cutAfterValue(key, kFormulario, m_lastForm);
     takeCut(m_forms, m_lastForm, key, form);
     if (form < 0 && key.contains(QStringLiteral("Periodo")) &&
         !key.contains(QStringLiteral("Formulario")))

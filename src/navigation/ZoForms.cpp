@@ -1,5 +1,9 @@
 #include "ZoForms.h"
 
+#include <algorithm>
+#include <optional>
+#include <tuple>
+
 #ifdef __GLIBC__
 #include <malloc.h>
 #endif
@@ -134,6 +138,180 @@ void releaseFreedMemory()
 #ifdef __GLIBC__
     malloc_trim(0);
 #endif
+}
+
+// A declaration of a premises, as its node in the tree is made of it.
+struct DeclarationRow {
+    QString period, id, rect, date, ctrl, caption;
+    bool operator==(const DeclarationRow&) const = default;
+};
+
+// The statement whose rows, in its order, the nodes are made of.
+const QString kDeclarationsRead = QStringLiteral(
+    "SELECT pf.Periodo, pf.idFormulario, pf.Rectificativa, pf.FechaRectificativa, pf.ctrl, "
+    "fo.LeyendaGenerado FROM TPadrones_Formularios pf, Formularios fo WHERE pf.idFormulario = "
+    "fo.idFormulario AND pf.padron = ");
+const QString kDeclarationsOrder =
+    QStringLiteral(" ORDER BY right(pf.Periodo,4), mid(pf.Periodo,1,2), fo.Orden, pf.id, "
+                   "pf.FechaRectificativa DESC");
+
+// Where a declaration goes in the tree's order: its period's year and month
+// (as yyyymm), its form's order, its row.
+struct DeclarationPlace {
+    int period = 0;
+    qint64 orden = 0, rowId = 0;
+    int index = 0;
+};
+
+bool before(const DeclarationPlace& a, const DeclarationPlace& b)
+{
+    return std::tie(a.period, a.orden, a.rowId) < std::tie(b.period, b.orden, b.rowId);
+}
+
+// The digits of `text` as a number, when it is `width` ASCII digits.
+std::optional<int> digits(QStringView text, int width)
+{
+    if (text.size() != width)
+        return std::nullopt;
+    int value = 0;
+    for (QChar c : text) {
+        if (c < u'0' || c > u'9')
+            return std::nullopt;
+        value = value * 10 + (c.unicode() - u'0');
+    }
+    return value;
+}
+
+// A form id of capital ASCII letters and digits only: two such ids are equal
+// to the engine, whatever its collation, exactly when they are the same text.
+bool plainId(const TextRow& row, int column, const QString& id)
+{
+    if (row.isNull(column))
+        return false;
+    return std::all_of(id.begin(), id.end(), [](QChar c) {
+        return (c >= u'A' && c <= u'Z') || (c >= u'0' && c <= u'9');
+    });
+}
+
+struct FormOrder {
+    QString leyenda;
+    qint64 orden = 0;
+};
+
+// The forms by id with their legends and orders, when every id is plain and
+// every order a whole number; nullopt otherwise.
+std::optional<QHash<QString, QVector<FormOrder>>> plainForms(ZoAccess& db)
+{
+    QHash<QString, QVector<FormOrder>> forms;
+    bool plain = true;
+    const bool read = db.ReadTexts(
+        QStringLiteral("SELECT idFormulario, LeyendaGenerado, Orden FROM Formularios"),
+        [&](const TextRow& row) {
+            if (row.isNull(0))
+                return; // joins no declaration
+            const std::optional<qint64> orden = row.integer(2);
+            const QString id = row.text(0);
+            plain = plain && plainId(row, 0, id) && orden;
+            if (plain)
+                forms[id].push_back({row.text(1), *orden});
+        });
+    if (!read || !plain)
+        return std::nullopt;
+    return forms;
+}
+
+// The declarations of a premises joined to their forms and put in the
+// statement's order here: nullopt when any row's order or join is not
+// certain to be the engine's (a period, an id or an order of another form),
+// or when the rows could not be read.
+std::optional<QVector<DeclarationRow>> placedDeclarations(ZoAccess& db, const QString& padron,
+                                                          const QString& objeto)
+{
+    const std::optional<QHash<QString, QVector<FormOrder>>> forms = plainForms(db);
+    if (!forms)
+        return std::nullopt;
+    QVector<DeclarationRow> rows;
+    std::vector<DeclarationPlace> places;
+    bool placed = true;
+    DeclarationRow last;
+    const auto take = [&](const TextRow& row) {
+        if (!placed)
+            return;
+        last = {row.sharedText(0, last.period), row.sharedText(1, last.id),
+                row.sharedText(2, last.rect),   row.sharedText(3, last.date),
+                row.sharedText(4, last.ctrl),   last.caption};
+        const std::optional<int> year = digits(QStringView(last.period).right(4), 4);
+        const std::optional<int> month = digits(QStringView(last.period).left(2), 2);
+        const std::optional<qint64> rowId = row.integer(5);
+        placed = !row.isNull(0) && year && month && rowId && plainId(row, 1, last.id);
+        if (!placed)
+            return;
+        for (const FormOrder& form : forms->value(last.id)) {
+            last.caption = form.leyenda;
+            places.push_back({*year * 100 + *month, form.orden, *rowId, int(rows.size())});
+            rows.push_back(last);
+        }
+    };
+    const bool read = db.ReadTexts(
+        QStringLiteral("SELECT Periodo, idFormulario, Rectificativa, FechaRectificativa, ctrl, id "
+                       "FROM TPadrones_Formularios WHERE padron = ") +
+            Quoted(padron) + QStringLiteral(" AND objeto = ") + Quoted(objeto),
+        take);
+    if (!read || !placed)
+        return std::nullopt;
+    std::stable_sort(places.begin(), places.end(), before);
+    // Two rows of one place are one declaration joined to two forms of one
+    // id and order: alike, they may come in any order; different, only the
+    // engine can tell theirs.
+    for (size_t i = 1; i < places.size(); ++i)
+        if (!before(places[i - 1], places[i]) &&
+            !(rows.at(places[i - 1].index) == rows.at(places[i].index)))
+            return std::nullopt;
+    QVector<DeclarationRow> ordered;
+    ordered.reserve(rows.size());
+    for (const DeclarationPlace& place : places)
+        ordered.push_back(std::move(rows[place.index]));
+    return ordered;
+}
+
+// The declarations of a premises, once for each of its rows in the premises
+// table, in the order of year, month, form's order, row Id and
+// rectification date (latest first). The rows are read as they come and
+// joined and ordered here, unless that cannot be certain to give the
+// engine's rows and order: then the engine joins and orders them.
+QVector<DeclarationRow> readDeclarations(const QString& padron, const QString& objeto)
+{
+    ZoAccess& db = gAccess();
+    // Every premises row of the padrón and objeto gives each declaration
+    // once more, alike and next to each other.
+    const int copies = db.GetLong(
+        QStringLiteral("SELECT count(*) FROM tPadronesComerciales WHERE padron = ") +
+        Quoted(padron) + QStringLiteral(" AND objeto = ") + Quoted(objeto));
+    if (copies <= 0)
+        return {};
+    std::optional<QVector<DeclarationRow>> rows = placedDeclarations(db, padron, objeto);
+    if (!rows) {
+        rows.emplace();
+        DeclarationRow last;
+        const auto take = [&](const TextRow& row) {
+            last = {row.sharedText(0, last.period), row.sharedText(1, last.id),
+                    row.sharedText(2, last.rect),   row.sharedText(3, last.date),
+                    row.sharedText(4, last.ctrl),   row.sharedText(5, last.caption)};
+            rows->push_back(last);
+        };
+        if (!db.ReadTexts(kDeclarationsRead + Quoted(padron) +
+                              QStringLiteral(" AND pf.objeto = ") + Quoted(objeto) +
+                              kDeclarationsOrder,
+                          take))
+            return {};
+    }
+    if (copies == 1)
+        return *rows;
+    QVector<DeclarationRow> copied;
+    copied.reserve(rows->size() * copies);
+    for (const DeclarationRow& row : std::as_const(*rows))
+        copied.insert(copied.size(), copies, row);
+    return copied;
 }
 
 } // namespace
@@ -301,27 +479,7 @@ bool ZoForms::fillLocales(Field& tree, const QString& idContribuyente)
 void ZoForms::addDeclarations(TreeBuild& build, const QString& premisesKey, const QString& padron,
                               const QString& objeto)
 {
-    const RecordsetPtr rs = gAccess().FillRecordSet(
-        // Only the columns the nodes are made of: the rows are all held at once.
-        QStringLiteral("SELECT pf.Periodo, pf.idFormulario, pf.Rectificativa, "
-                       "pf.FechaRectificativa, pf.ctrl, fo.LeyendaGenerado FROM "
-                       "TPadrones_Formularios pf, Formularios "
-                       "fo, tPadronesComerciales pc WHERE pc.padron = pf.padron AND pc.objeto = "
-                       "pf.objeto AND pf.idFormulario = fo.idFormulario AND pf.padron = ") +
-        Quoted(padron) + QStringLiteral(" AND pf.objeto = ") + Quoted(objeto) +
-        QStringLiteral(" ORDER BY right(pf.Periodo,4), mid(pf.Periodo,1,2), fo.Orden, pf.id, "
-                       "pf.FechaRectificativa DESC"));
-    // The columns by name once, not on every row.
-    struct {
-        int periodo, rectificativa, fecharectificativa, ctrl, leyendagenerado, idformulario;
-    } column{};
-    if (rs)
-        column = {rs->indexOf(QStringLiteral("Periodo")),
-                  rs->indexOf(QStringLiteral("Rectificativa")),
-                  rs->indexOf(QStringLiteral("FechaRectificativa")),
-                  rs->indexOf(QStringLiteral("ctrl")),
-                  rs->indexOf(QStringLiteral("LeyendaGenerado")),
-                  rs->indexOf(QStringLiteral("idFormulario"))};
+    const QVector<DeclarationRow> rows = readDeclarations(padron, objeto);
     TreeModel& model = build.model;
     const int premises = model.indexOf(premisesKey);
     QString year, month, yearKey, monthKey;
@@ -330,8 +488,8 @@ void ZoForms::addDeclarations(TreeBuild& build, const QString& premisesKey, cons
     int rectifications = 0;
     // The caption of an original is its form's legend, one text for all.
     QHash<QString, QString> legends;
-    for (; rs && !rs->EOF_(); rs->MoveNext()) {
-        const QString period = rs->Text(column.periodo);
+    for (const DeclarationRow& row : rows) {
+        const QString& period = row.period;
         if (period.right(4) != year || yearKey.isEmpty()) {
             year = period.right(4);
             yearKey = premisesKey + QStringLiteral(";Anio=") + year;
@@ -349,11 +507,11 @@ void ZoForms::addDeclarations(TreeBuild& build, const QString& premisesKey, cons
             monthNode =
                 addBelow(model, yearNode, monthKey, QStringLiteral("Periodo: ") + month, kCarpeta);
         }
-        const QString rect = rs->Text(column.rectificativa);
-        const QString date = rs->Text(column.fecharectificativa);
-        const QString ctrl = rs->Text(column.ctrl);
-        const QString id = rs->Text(column.idformulario);
-        QString caption = rs->Text(column.leyendagenerado);
+        const QString& rect = row.rect;
+        const QString& date = row.date;
+        const QString& ctrl = row.ctrl;
+        const QString& id = row.id;
+        QString caption = row.caption;
         if (IsYesText(rect)) {
             ++rectifications;
             caption += QStringLiteral(" (Rectif. N° ") + QString::number(rectifications) + u' ' +

@@ -198,6 +198,59 @@ private slots:
         QVERIFY(rs->EOF_());
     }
 
+    // A large read may take its rows as texts, one at a time: each cell
+    // reads as the recordset's Text() reads it, Null apart from the empty
+    // text, and a text shared with the row before reads the same.
+    void textRowsReadAsTheRecordset_data()
+    {
+        Columns<QString>("sql");
+        Row("texts, null and empty", "SELECT Nombre, Valor FROM t ORDER BY Id");
+        Row("whole and decimal numbers", "SELECT N, N * 1.5, N / 4, Id FROM t ORDER BY Id");
+        Row("sums and counts", "SELECT SUM(N), COUNT(*), MAX(Nombre), MIN(Valor) FROM t");
+        Row("truth values", "SELECT N > 10, Nombre = 'abc' FROM t ORDER BY Id");
+        Row("Jet functions", "SELECT UCASE(Nombre), LEN(Valor), MID(Nombre, 2, 2), "
+                             "IIF(N IS NULL, 'nada', Valor) FROM t ORDER BY Id");
+        Row("a date written as text", "SELECT '25-11-2026', Nombre & '-' & Id FROM t ORDER BY Id");
+        Row("repeated texts", "SELECT 'mismo', t.Nombre FROM t, t AS u ORDER BY t.Id, u.Id");
+        Row("no row", "SELECT Nombre FROM t WHERE Id < 0");
+    }
+    void textRowsReadAsTheRecordset()
+    {
+        QFETCH(QString, sql);
+        const auto cell = [](bool null, const QString& text) {
+            return null ? QStringLiteral("<null>") : text;
+        };
+        QStringList expected;
+        RecordsetPtr rs = db.FillRecordSet(sql);
+        QVERIFY(rs);
+        for (; !rs->EOF_(); rs->MoveNext())
+            for (int c = 0; c < rs->FieldCount(); ++c)
+                expected << cell(rs->IsNull(c), rs->Text(c));
+        QStringList read, previous(rs->FieldCount());
+        QVERIFY(db.ReadTexts(sql, [&](const TextRow& row) {
+            for (int c = 0; c < rs->FieldCount(); ++c) {
+                const QString text = row.text(c);
+                QCOMPARE(row.sharedText(c, previous[c]), text);
+                QCOMPARE(row.sharedText(c, text), text);
+                if (const auto number = row.integer(c))
+                    QCOMPARE(QString::number(*number), text);
+                previous[c] = text;
+                read << cell(row.isNull(c), text);
+            }
+        }));
+        QCOMPARE(read, expected);
+        QVERIFY(env->ui().messages().isEmpty());
+    }
+
+    void aFailedTextReadIsLogged()
+    {
+        int rows = 0;
+        QVERIFY(!db.ReadTexts("SELECT Nombre FROM nowhere", [&](const TextRow&) { ++rows; }));
+        QCOMPARE(rows, 0);
+        QVERIFY(env->ui().messages().isEmpty());
+        QVERIFY(QString::fromUtf8(ReadBytes(ErrorLogPath())).contains("SELECT Nombre FROM nowhere"));
+    }
+
     void failedStatementIsSilentButLogged()
     {
         QVERIFY(db.Execute("INSERT INTO nowhere VALUES (1)"));

@@ -65,6 +65,33 @@ private slots:
         QCOMPARE(FormatCuit("20123456786"), QString("20-12345678-6"));
     }
 
+    // A CUIT is written with its dashes whatever its length, and checked by
+    // its digits' sum: eleven digits, dashed or not, and any other writing.
+    void cuitWritingAndCheck_data()
+    {
+        Columns<QString, QString, bool>("text", "written", "valid");
+        Row("eleven digits", "20123456786", "20-12345678-6", true);
+        Row("a wrong check digit", "20123456787", "20-12345678-7", false);
+        Row("all zeros", "00000000000", "00-00000000-0", true);
+        Row("dashed", "20-12345678-6", "20--1234567-6", true);
+        Row("short", "201", "20-1-1", true);
+        Row("two digits", "20", "20--0", true);
+        Row("one digit", "2", "2--2", true);
+        Row("empty", "", "--", false);
+        Row("letters", "2012345678X", "20-12345678-X", false);
+        Row("eleven digits with a space", "2012345678 6", "20-12345678-6", false);
+        Row("wide digits", "２０123456786", "２０-12345678-6", false);
+    }
+    void cuitWritingAndCheck()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, written);
+        QFETCH(bool, valid);
+        QCOMPARE(FormatCuit(text), written);
+        QString checked = text;
+        QCOMPARE(IsValidCuit(checked), valid);
+    }
+
     // The application's own regional symbols rule, whatever the machine's.
     void amountsFollowTheRegionalSettings()
     {

@@ -106,8 +106,11 @@ protected:
         if (event->type() == QEvent::Hide && !event->spontaneous() && view->isWindow()) {
             QSettings settings(QStringLiteral("Morvel"), QStringLiteral("Morvel"));
             settings.beginGroup(kGroup);
-            settings.setValue(m_name,
-                              view->isMaximized() ? view->normalGeometry() : view->geometry());
+            // A place already kept is not written again (the file would be
+            // rewritten and flushed to disk on every close).
+            const QRect place = view->isMaximized() ? view->normalGeometry() : view->geometry();
+            if (settings.value(m_name).toRect() != place || !settings.contains(m_name))
+                settings.setValue(m_name, place);
         }
         return false;
     }
