@@ -267,15 +267,28 @@ QFont PdfSheet::Font(double size, bool bold, int dotsPerInch)
 
 void PdfSheet::newPage()
 {
+    m_pages << QList<int>();
+    newPart();
+}
+
+void PdfSheet::newPageLike(int like)
+{
+    m_pages << m_pages.value(like).mid(0, 1);
+    newPart();
+}
+
+void PdfSheet::newPart()
+{
     const Letters& l = TheLetters();
     // The scale at full precision: a ten-thousandth off moves the foot of
     // the page by a hundredth of a point.
     const QByteArray scale = QByteArray::number(l.pointsPerMm, 'f', 9);
-    QByteArray page;
-    page.reserve(16384);
-    Write(page, "q\n", scale.constData(), " 0 0 -", scale.constData(), " 0 ", l.pageHeight,
+    QByteArray part;
+    part.reserve(16384);
+    Write(part, "q\n", scale.constData(), " 0 0 -", scale.constData(), " 0 ", l.pageHeight,
           " cm\n2 J 2 j 0 G 0 g\n");
-    m_pages << page;
+    m_pages.last() << int(m_parts.size());
+    m_parts << part;
     m_pen = -1;
     m_spacing = 0;
 }
@@ -283,31 +296,31 @@ void PdfSheet::newPage()
 void PdfSheet::setPen(double pen)
 {
     if (pen != m_pen)
-        Write(m_pages.last(), pen, " w\n");
+        Write(m_parts.last(), pen, " w\n");
     m_pen = pen;
 }
 
 void PdfSheet::frame(const QRectF& box, double pen)
 {
     setPen(pen);
-    Write(m_pages.last(), box.x(), " ", box.y(), " ", box.width(), " ", box.height(), " re S\n");
+    Write(m_parts.last(), box.x(), " ", box.y(), " ", box.width(), " ", box.height(), " re S\n");
 }
 
 void PdfSheet::line(const QPointF& from, const QPointF& to, double pen)
 {
     setPen(pen);
-    Write(m_pages.last(), from.x(), " ", from.y(), " m ", to.x(), " ", to.y(), " l S\n");
+    Write(m_parts.last(), from.x(), " ", from.y(), " m ", to.x(), " ", to.y(), " l S\n");
 }
 
 void PdfSheet::fill(const QRectF& box, double level)
 {
-    Write(m_pages.last(), level, " g ", box.x(), " ", box.y(), " ", box.width(), " ", box.height(),
+    Write(m_parts.last(), level, " g ", box.x(), " ", box.y(), " ", box.width(), " ", box.height(),
           " re f 0 g\n");
 }
 
 void PdfSheet::cells(double x, double y, double cell, const QVector<QRect>& rectangles)
 {
-    QByteArray& page = m_pages.last();
+    QByteArray& page = m_parts.last();
     Write(page, "q ", cell, " 0 0 ", cell, " ", x, " ", y, " cm\n");
     for (const QRect& r : rectangles)
         Write(page, r.x(), " ", r.y(), " ", r.width(), " ", r.height(), " re\n");
@@ -330,7 +343,7 @@ bool PdfSheet::text(double x, double baseline, double size, bool bold, double ad
         for (int shift = 12; shift >= 0; shift -= 4)
             codes += digits[(*found >> shift) & 0xf];
     }
-    QByteArray& page = m_pages.last();
+    QByteArray& page = m_parts.last();
     Write(page, bold ? "BT /B " : "BT /R ", size, " Tf ");
     // The few hundredths of a millimetre a painter's rounded advances take
     // from the letters' own, shared among them.
@@ -364,20 +377,25 @@ QByteArray PdfSheet::finish(const QString& title) const
     const QByteArray resources = "/Resources <<\n/ProcSet [/PDF /Text]\n/Font <<\n/R " +
                                  QByteArray::number(l.plain.base) + " 0 R\n/B " +
                                  QByteArray::number(l.bold.base) + " 0 R\n>>\n>>\n";
-    QByteArray kids;
-    for (const QByteArray& content : m_pages) {
-        const QByteArray data = Deflated(content + "Q\n");
+    // Each part once, however many pages draw it.
+    const int firstPage = n;
+    const int firstPart = n + int(m_pages.size());
+    for (int i = 0; i < m_parts.size(); ++i) {
+        const QByteArray data = Deflated(m_parts.at(i) + "Q\n");
         if (data.isEmpty())
             return {};
-        const int page = n++;
-        const int stream = n++;
-        kids += QByteArray::number(page) + " 0 R\n";
-        out.add(page, "<<\n/Type /Page\n/Parent 3 0 R\n/Contents " + QByteArray::number(stream) +
-                          " 0 R\n" + resources + "/MediaBox [0 0 " + l.mediaBox +
-                          "]\n>>\nendobj\n");
-        out.add(stream, "<<\n/Length " + QByteArray::number(data.size()) +
-                            "\n/Filter /FlateDecode\n>>\nstream\n" + data +
-                            "\nendstream\nendobj\n");
+        out.add(firstPart + i, "<<\n/Length " + QByteArray::number(data.size()) +
+                                   "\n/Filter /FlateDecode\n>>\nstream\n" + data +
+                                   "\nendstream\nendobj\n");
+    }
+    QByteArray kids;
+    for (int p = 0; p < m_pages.size(); ++p) {
+        QByteArray contents;
+        for (const int part : m_pages.at(p))
+            contents += QByteArray::number(firstPart + part) + " 0 R ";
+        kids += QByteArray::number(firstPage + p) + " 0 R\n";
+        out.add(firstPage + p, "<<\n/Type /Page\n/Parent 3 0 R\n/Contents [" + contents + "]\n" +
+                                   resources + "/MediaBox [0 0 " + l.mediaBox + "]\n>>\nendobj\n");
     }
     out.add(3, "<<\n/Type /Pages\n/Kids \n[\n" + kids + "]\n/Count " +
                    QByteArray::number(m_pages.size()) + "\n>>\nendobj\n");

@@ -27,6 +27,14 @@ public:
     static QFont Font(double size, bool bold, int dotsPerInch);
 
     void newPage();
+    // A new page that shows first what the first part of page `like`
+    // (counted from 0) shows, without writing it again, and then what is
+    // drawn from now on.
+    void newPageLike(int like);
+    // What is drawn from now on goes into a part of the page of its own, which
+    // a page begun with newPageLike may show again.
+    void newPart();
+    int pageCount() const { return int(m_pages.size()); }
     // A rectangle's outline, `pen` millimetres wide.
     void frame(const QRectF& box, double pen);
     void line(const QPointF& from, const QPointF& to, double pen);
@@ -45,7 +53,8 @@ public:
 private:
     void setPen(double pen);
 
-    QList<QByteArray> m_pages;
+    QList<QByteArray> m_parts;
+    QList<QList<int>> m_pages; // each page's parts, in the order drawn
     double m_pen = -1;
     double m_spacing = 0;
 };

@@ -10,6 +10,7 @@
 #include <QPagedPaintDevice>
 #include <QPainter>
 #include <QPdfWriter>
+#include <QRegularExpression>
 #include <unordered_map>
 
 #include "ErrorLog.h"
@@ -689,23 +690,36 @@ void Signature(Sheet& s, const ReportLayout& l, const ReportJob& job)
            Qt::AlignLeft, 2.5, false, 2);
 }
 
-void Footer(Sheet& s, const ReportLayout& l, const ReportJob& job)
+// What of a page is drawn: all of it, all but the copy's label ("ORIGINAL
+// MUNICIPALIDAD"), or that label alone.
+enum class PagePart { Whole, Body, CopyLabel };
+
+void CopyLabel(Sheet& s, const ReportLayout& l, const ReportJob& job)
 {
     const QString copy = ExpandTemplate(l.copy, job);
     if (!copy.isEmpty())
         s.text(kLeft, 282, kWidth, 6, copy, Qt::AlignHCenter, 3.2, true);
+}
+
+void Footer(Sheet& s, const ReportLayout& l, const ReportJob& job)
+{
     s.text(kLeft, 288, kWidth, 4,
            QStringLiteral("Formulario ") + l.name + QStringLiteral(" - Guidv ") +
                ExpandTemplate(l.guidv, job),
            Qt::AlignRight, 2.0);
 }
 
-void DrawJobPage(SheetCanvas& canvas, const ReportJob& job, int page, QStringList* unfit)
+void DrawJobPage(SheetCanvas& canvas, const ReportJob& job, int page, QStringList* unfit,
+                 PagePart part = PagePart::Whole)
 {
     const ReportLayout* l = FindReportLayout(job.layout);
     if (!l)
         return;
     Sheet s(canvas, unfit);
+    if (part != PagePart::Body)
+        CopyLabel(s, *l, job);
+    if (part == PagePart::CopyLabel)
+        return;
     double y = Header(s, *l, job);
     y = Identification(s, *l, job, y);
     if (l->kind == LayoutKind::Annex) {
@@ -718,6 +732,26 @@ void DrawJobPage(SheetCanvas& canvas, const ReportJob& job, int page, QStringLis
     }
     Signature(s, *l, job);
     Footer(s, *l, job);
+}
+
+// Whether `job` prints what `first` prints but for the copy's label: the
+// copies of a declaration differ in nothing else.
+bool SameButTheLabel(const ReportJob& first, const ReportJob& job)
+{
+    if (job.layout != first.layout || job.realLines != first.realLines ||
+        job.parameters.size() != first.parameters.size() || job.columns != first.columns ||
+        job.record != first.record || job.rows != first.rows)
+        return false;
+    static const QRegularExpression named(QStringLiteral("\\{(\\w+)\\}"));
+    QStringList label;
+    for (auto it = named.globalMatch(FindReportLayout(job.layout)->copy); it.hasNext();)
+        label << it.next().captured(1);
+    for (qsizetype i = 0; i < job.parameters.size(); ++i) {
+        const QString& mine = job.parameters.at(i);
+        if (mine != first.parameters.at(i) && !label.contains(mine.section(u';', 0, 0)))
+            return false;
+    }
+    return true;
 }
 
 } // namespace
@@ -794,14 +828,32 @@ QByteArray ReportRenderer::StraightPdf(const QList<ReportJob>& jobs, QStringList
     PdfSheet pdf;
     PdfCanvas canvas(pdf);
     QStringList unfit;
-    for (const ReportJob& job : jobs) {
+    // The first printing's pages are written in two parts, the label apart,
+    // so that its copies write their labels only and show the rest again.
+    const ReportJob& first = jobs.first();
+    QList<QStringList> bodyUnfit;
+    for (int p = 0; p < PageCount(first); ++p) {
+        pdf.newPage();
+        bodyUnfit << QStringList();
+        DrawJobPage(canvas, first, p, &bodyUnfit.last(), PagePart::Body);
+        unfit += bodyUnfit.last();
+        pdf.newPart();
+        DrawJobPage(canvas, first, p, &unfit, PagePart::CopyLabel);
+    }
+    for (const ReportJob& job : jobs.mid(1)) {
+        const bool copy = SameButTheLabel(first, job);
         for (int p = 0; p < PageCount(job); ++p) {
-            pdf.newPage();
-            DrawJobPage(canvas, job, p, &unfit);
-            if (canvas.refused)
-                return {};
+            if (copy) {
+                pdf.newPageLike(p);
+                unfit += bodyUnfit.at(p);
+            } else {
+                pdf.newPage();
+            }
+            DrawJobPage(canvas, job, p, &unfit, copy ? PagePart::CopyLabel : PagePart::Whole);
         }
     }
+    if (canvas.refused)
+        return {};
     missed += unfit;
     return pdf.finish(QStringLiteral("Formulario ") + jobs.first().layout);
 }

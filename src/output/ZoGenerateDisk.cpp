@@ -512,7 +512,12 @@ QString ArchiveFailureText()
 
 bool ZoGenerateDisk::CreateHeader(const QString& temporaryPath)
 {
-    QFile::remove(temporaryPath);
+    // The last declaration's text is emptied in place, not removed: right
+    // after freeing many files a file system is slow to make new ones, and a
+    // period's generation would make one a declaration. One that cannot be
+    // written is removed, and made anew.
+    if (!QFileInfo(temporaryPath).isWritable())
+        QFile::remove(temporaryPath);
     if (!WriteLines(temporaryPath, {}, true))
         return false;
     m_kind = isFalseWord(m_Rectificativa) ? QStringLiteral("O") : QStringLiteral("R");
