@@ -175,6 +175,13 @@ private slots:
         QTest::newRow("three lines") << lines << -1 << 2;
         QTest::newRow("the long name removed") << lines << 0 << 1;
         QTest::newRow("no lines: the titles") << QVector<QStringList>{} << -1 << 2;
+        // more lines than are measured: the widest text far down still counts
+        QVector<QStringList> many;
+        for (int i = 0; i < 40; ++i)
+            many << QStringList{QString("%1").arg(i, 4, 10, QChar('0')), "RECA", "ANA", "1,00"};
+        many[33] = {"0033", "NCRA - Nota de Crédito A", "ANA", "99.999.999,99"};
+        many[35] = {"0035", "WWWWWW", "ANA", "1,00"};
+        QTest::newRow("many lines") << many << -1 << 1;
     }
 
     void gridShowsRowsFittedAndStretched()

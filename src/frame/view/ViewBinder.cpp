@@ -21,6 +21,8 @@
 #include <QTableWidget>
 #include <QTimer>
 #include <QTreeWidget>
+#include <algorithm>
+#include <vector>
 
 #include "TreeIcons.h"
 
@@ -558,6 +560,40 @@ void ViewBinder::pushGridSelection(Field* field, QTableWidget* table)
         table->selectRow(field->currentRow());
 }
 
+namespace {
+
+// The width a column's texts ask for, as the table's own measure of a column
+// gives it, but from its longest texts alone: the widest is among them, and a
+// list of thousands of rows is not laid out row by row to find it. The
+// lengths are those of the field's rows when the table shows them all.
+int widthOfLongest(const QVector<QStringList>& rows, const QTableWidget* table, int column)
+{
+    constexpr int kMeasured = 16;
+    std::vector<std::pair<qsizetype, int>> longest; // length, row
+    longest.reserve(kMeasured + 1);
+    const bool fromRows = rows.size() == table->rowCount();
+    for (int r = 0; r < table->rowCount(); ++r) {
+        const QTableWidgetItem* item = fromRows ? nullptr : table->item(r, column);
+        const qsizetype length =
+            fromRows ? rows.at(r).value(column).size() : item ? item->text().size() : 0;
+        if (int(longest.size()) == kMeasured && length <= longest.back().first)
+            continue;
+        const auto at = std::find_if(longest.begin(), longest.end(),
+                                     [length](const auto& kept) { return kept.first < length; });
+        longest.insert(at, {length, r});
+        if (int(longest.size()) > kMeasured)
+            longest.pop_back();
+    }
+    const QAbstractItemView* view = table; // where the measure of a cell is public
+    int width = 0;
+    for (const auto& [length, row] : longest)
+        width = qMax(width, view->sizeHintForIndex(table->model()->index(row, column)).width());
+    // A ruled table gives each column a dot more for its line.
+    return table->showGrid() ? width + 1 : width;
+}
+
+} // namespace
+
 void ViewBinder::fitColumns(Field* field, QTableWidget* table)
 {
     // Every column is as wide as what it shows, but the widest column of text
@@ -567,11 +603,11 @@ void ViewBinder::fitColumns(Field* field, QTableWidget* table)
     // rather than measured again at every layout of the header.
     QHeaderView* header = table->horizontalHeader();
     const int columns = table->columnCount();
-    const QAbstractItemView* view = table; // where the measure of a column is public
     QVector<int> widths(columns);
     for (int c = 0; c < columns; ++c)
         widths[c] = qBound(header->minimumSectionSize(),
-                           qMax(view->sizeHintForColumn(c), header->sectionSizeHint(c)),
+                           qMax(widthOfLongest(field->rows(), table, c),
+                                header->sectionSizeHint(c)),
                            header->maximumSectionSize());
     int widest = -1;
     int widestWidth = 0;
