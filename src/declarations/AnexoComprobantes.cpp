@@ -22,11 +22,11 @@ AnexoComprobantes::AnexoComprobantes(DefinicionFormulario definicion, Socio soci
 {
 }
 
-void AnexoComprobantes::sumarLinea(const Recordset& rs)
+void AnexoComprobantes::sumarLinea(const LineaDetalle& linea)
 {
     // A credit note takes away what the other receipts add.
-    const double importe = TextToDouble(rs.Text(QStringLiteral("ImportePercibido")));
-    if (rs.Text(QStringLiteral("TipoComprobante")).left(2) == QLatin1String("NC"))
+    const double importe = TextToDouble(linea.texto(QStringLiteral("ImportePercibido")));
+    if (linea.texto(QStringLiteral("TipoComprobante")).left(2) == QLatin1String("NC"))
         m_total -= importe;
     else
         m_total += importe;

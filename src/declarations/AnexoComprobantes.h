@@ -26,7 +26,7 @@ protected:
     AnexoComprobantes(DefinicionFormulario definicion, Socio socio);
 
     void iniciarSumas() override { m_total = 0; }
-    void sumarLinea(const Recordset& rs) override;
+    void sumarLinea(const LineaDetalle& linea) override;
     void cargarMontos(int tipo) override;
     bool validaFechaAlAgregar() const override;
     bool CamposRequeridos(bool generar) override;

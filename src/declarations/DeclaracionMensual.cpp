@@ -75,10 +75,10 @@ void DeclaracionMensual::iniciarSumas()
     m_sumaImpuesto = 0;
 }
 
-void DeclaracionMensual::sumarLinea(const Recordset& rs)
+void DeclaracionMensual::sumarLinea(const LineaDetalle& linea)
 {
-    m_sumaBase += TextToDouble(rs.Text(QStringLiteral("BaseImponible")));
-    m_sumaImpuesto += TextToDouble(rs.Text(QStringLiteral("Impuesto")));
+    m_sumaBase += TextToDouble(linea.texto(QStringLiteral("BaseImponible")));
+    m_sumaImpuesto += TextToDouble(linea.texto(QStringLiteral("Impuesto")));
 }
 
 void DeclaracionMensual::cargarMontos(int tipo)

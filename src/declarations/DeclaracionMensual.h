@@ -33,7 +33,7 @@ protected:
     void Limpio() override;
     void Vuelvo() override;
     void iniciarSumas() override;
-    void sumarLinea(const Recordset& rs) override;
+    void sumarLinea(const LineaDetalle& linea) override;
     void cargarMontos(int tipo) override;
     bool antesDeFecha() override;
     bool CamposRequeridos(bool generar) override;

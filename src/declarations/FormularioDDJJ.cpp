@@ -485,27 +485,52 @@ void FormularioDDJJ::leerDetalle()
     iniciarSumas();
     if (m_def.tablaDetalle.isEmpty())
         return;
-    const RecordsetPtr rs = gAccess().FillRecordSet(
-        QStringLiteral("SELECT * FROM ") + m_def.tablaDetalle + QStringLiteral(" WHERE ") +
-        filtroVersion() + QStringLiteral(" ORDER BY CodigoDetalle ASC"));
-    QVector<QStringList> filas;
-    if (rs) {
-        QVector<int> indices;
-        for (const QString& c : m_def.columnasGrilla)
-            indices << rs->indexOf(c);
-        filas.reserve(rs->RecordCount());
-        for (; !rs->EOF_(); rs->MoveNext()) {
-            QStringList celdas;
-            for (int i : indices)
-                celdas << rs->Text(i);
-            // Amounts show in one format, typed or imported; the rows keep
-            // what they hold.
-            for (int c : m_def.columnasDerecha)
-                if (c < celdas.size())
-                    celdas[c] = FormatAmount(celdas.at(c));
-            filas << celdas;
-            sumarLinea(*rs);
+    const QString desde = QStringLiteral(" FROM ") + m_def.tablaDetalle + QStringLiteral(" WHERE ") +
+                          filtroVersion();
+    // The table's columns by name, from a read of no rows; then the lines as
+    // texts straight from the database, thousands of them not first held as
+    // values of every kind.
+    const RecordsetPtr columnas =
+        gAccess().FillRecordSet(QStringLiteral("SELECT *") + desde + QStringLiteral(" AND 1 = 0"));
+    if (!columnas) {
+        field(kGrid).setRows({});
+        HabilitoGrilla();
+        return;
+    }
+    struct Linea final : LineaDetalle {
+        const Recordset* columnas = nullptr;
+        const TextRow* fila = nullptr;
+        QString texto(const QString& columna) const override
+        {
+            const int i = columnas->indexOf(columna);
+            return i < 0 ? QString() : fila->text(i);
         }
+    } linea;
+    linea.columnas = columnas.get();
+    QVector<int> indices;
+    for (const QString& c : m_def.columnasGrilla)
+        indices << columnas->indexOf(c);
+    QVector<QStringList> filas;
+    const bool leidas = gAccess().ReadTexts(QStringLiteral("SELECT *") + desde +
+                            QStringLiteral(" ORDER BY CodigoDetalle ASC"),
+                        [&](const TextRow& fila) {
+                            QStringList celdas;
+                            celdas.reserve(indices.size());
+                            for (int i : indices)
+                                celdas << (i < 0 ? QString() : fila.text(i));
+                            // Amounts show in one format, typed or imported;
+                            // the rows keep what they hold.
+                            for (int c : m_def.columnasDerecha)
+                                if (c < celdas.size())
+                                    celdas[c] = FormatAmount(celdas.at(c));
+                            filas << celdas;
+                            linea.fila = &fila;
+                            sumarLinea(linea);
+                        });
+    if (!leidas) {
+        // Lines read only in part are not shown, nor added up, as if whole.
+        filas.clear();
+        iniciarSumas();
     }
     field(kGrid).setRows(std::move(filas));
     HabilitoGrilla();

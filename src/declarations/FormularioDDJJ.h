@@ -11,6 +11,15 @@
 
 class Recordset;
 
+// One detail line as it is read: each column's text by the column's name
+// ("" for a column the table lacks).
+class LineaDetalle
+{
+public:
+    virtual ~LineaDetalle() = default;
+    virtual QString texto(const QString& columna) const = 0;
+};
+
 // The life that every declaration form shares: its modes from the parameter
 // string, the key of the version it edits (Codigo, FechaRectificativa, ctrl),
 // the load, the lines through the detail dialog, the order of the checks of
@@ -72,7 +81,7 @@ protected:
     virtual void Vuelvo() {}
     // The sums of the lines, reset before and fed row by row while loading.
     virtual void iniciarSumas() {}
-    virtual void sumarLinea(const Recordset& rs) {}
+    virtual void sumarLinea(const LineaDetalle& linea) {}
     // The body's amounts once the lines are read (see cargaDatos).
     virtual void cargarMontos(int tipo) {}
     // Checks of "Aceptar" before the rectification date is checked.
