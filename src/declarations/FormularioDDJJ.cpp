@@ -487,46 +487,40 @@ void FormularioDDJJ::leerDetalle()
         return;
     const QString desde = QStringLiteral(" FROM ") + m_def.tablaDetalle + QStringLiteral(" WHERE ") +
                           filtroVersion();
-    // The table's columns by name, from a read of no rows; then the lines as
-    // texts straight from the database, thousands of them not first held as
-    // values of every kind.
-    const RecordsetPtr columnas =
-        gAccess().FillRecordSet(QStringLiteral("SELECT *") + desde + QStringLiteral(" AND 1 = 0"));
-    if (!columnas) {
-        field(kGrid).setRows({});
-        HabilitoGrilla();
-        return;
-    }
+    // The lines as texts straight from the database: thousands of them are
+    // not first held as values of every kind.
     struct Linea final : LineaDetalle {
-        const Recordset* columnas = nullptr;
+        QStringList columnas;
         const TextRow* fila = nullptr;
         QString texto(const QString& columna) const override
         {
-            const int i = columnas->indexOf(columna);
+            const int i = ColumnIndex(columnas, columna);
             return i < 0 ? QString() : fila->text(i);
         }
     } linea;
-    linea.columnas = columnas.get();
     QVector<int> indices;
-    for (const QString& c : m_def.columnasGrilla)
-        indices << columnas->indexOf(c);
     QVector<QStringList> filas;
-    const bool leidas = gAccess().ReadTexts(QStringLiteral("SELECT *") + desde +
-                            QStringLiteral(" ORDER BY CodigoDetalle ASC"),
-                        [&](const TextRow& fila) {
-                            QStringList celdas;
-                            celdas.reserve(indices.size());
-                            for (int i : indices)
-                                celdas << (i < 0 ? QString() : fila.text(i));
-                            // Amounts show in one format, typed or imported;
-                            // the rows keep what they hold.
-                            for (int c : m_def.columnasDerecha)
-                                if (c < celdas.size())
-                                    celdas[c] = FormatAmount(celdas.at(c));
-                            filas << celdas;
-                            linea.fila = &fila;
-                            sumarLinea(linea);
-                        });
+    const bool leidas = gAccess().ReadTexts(
+        QStringLiteral("SELECT *") + desde + QStringLiteral(" ORDER BY CodigoDetalle ASC"),
+        [&](const TextRow& fila) {
+            if (linea.columnas.isEmpty()) {
+                linea.columnas = fila.columns();
+                for (const QString& c : m_def.columnasGrilla)
+                    indices << ColumnIndex(linea.columnas, c);
+            }
+            QStringList celdas;
+            celdas.reserve(indices.size());
+            for (int i : indices)
+                celdas << (i < 0 ? QString() : fila.text(i));
+            // Amounts show in one format, typed or imported; the rows keep
+            // what they hold.
+            for (int c : m_def.columnasDerecha)
+                if (c < celdas.size())
+                    celdas[c] = FormatAmount(celdas.at(c));
+            filas << celdas;
+            linea.fila = &fila;
+            sumarLinea(linea);
+        });
     if (!leidas) {
         // Lines read only in part are not shown, nor added up, as if whole.
         filas.clear();

@@ -36,6 +36,8 @@ public:
     // The value when the engine holds a whole number there (not a text that
     // reads as one); nullopt otherwise.
     virtual std::optional<qint64> integer(int column) const = 0;
+    // The result's column names, in their order (in the engine's spelling).
+    virtual QStringList columns() const = 0;
 };
 using TextRowReader = std::function<void(const TextRow&)>;
 

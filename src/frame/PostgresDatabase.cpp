@@ -85,6 +85,13 @@ QVariant valueOf(const PGresult* res, int row, int column)
     }
 }
 
+// Whether the server carried a statement out, with rows or without.
+bool succeeded(const PGresult* res)
+{
+    const ExecStatusType status = PQresultStatus(res);
+    return status == PGRES_COMMAND_OK || status == PGRES_TUPLES_OK || status == PGRES_EMPTY_QUERY;
+}
+
 bool isWholeNumber(Oid type)
 {
     return type == kInt2 || type == kInt4 || type == kInt8 || type == kOid;
@@ -116,6 +123,14 @@ public:
         if (isNull(column) || !isWholeNumber(PQftype(m_result, column)))
             return std::nullopt;
         return QByteArray(PQgetvalue(m_result, m_row, column)).toLongLong();
+    }
+
+    QStringList columns() const override
+    {
+        QStringList names;
+        for (int c = 0; c < PQnfields(m_result); ++c)
+            names << QString::fromUtf8(PQfname(m_result, c));
+        return names;
     }
 
 private:
@@ -195,9 +210,7 @@ public:
             return false;
         PGresult* res = PQexecParams(m_conn, sql.toUtf8().constData(), 0, nullptr, nullptr,
                                      nullptr, nullptr, 0);
-        const ExecStatusType status = PQresultStatus(res);
-        const bool ok = status == PGRES_TUPLES_OK || status == PGRES_COMMAND_OK ||
-                        status == PGRES_EMPTY_QUERY;
+        const bool ok = succeeded(res);
         if (!ok)
             noteFailure(res);
         for (int r = 0; ok && r < PQntuples(res); ++r)
@@ -210,9 +223,7 @@ public:
     // connection's error.
     bool take(PGresult* res, const QString& sql, QueryResult* result)
     {
-        const ExecStatusType status = PQresultStatus(res);
-        const bool ok =
-            status == PGRES_COMMAND_OK || status == PGRES_TUPLES_OK || status == PGRES_EMPTY_QUERY;
+        const bool ok = succeeded(res);
         if (!ok) {
             noteFailure(res);
         } else if (result) {

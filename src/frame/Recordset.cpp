@@ -7,16 +7,21 @@ Recordset::Recordset(QStringList columns, QVector<QVector<QVariant>> rows)
 {
 }
 
-int Recordset::indexOf(const QString& name) const
+int ColumnIndex(const QStringList& columns, const QString& name)
 {
-    for (int i = 0; i < m_columns.size(); ++i)
-        if (m_columns.at(i).compare(name, Qt::CaseInsensitive) == 0)
+    for (int i = 0; i < columns.size(); ++i)
+        if (columns.at(i).compare(name, Qt::CaseInsensitive) == 0)
             return i;
     // a qualified name (pf.Periodo) answers to its bare column name
     const int dot = int(name.lastIndexOf(u'.'));
     if (dot >= 0)
-        return indexOf(name.mid(dot + 1));
+        return ColumnIndex(columns, name.mid(dot + 1));
     return -1;
+}
+
+int Recordset::indexOf(const QString& name) const
+{
+    return ColumnIndex(m_columns, name);
 }
 
 QVariant Recordset::Field(int index, bool* ok) const

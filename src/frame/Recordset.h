@@ -6,6 +6,10 @@
 #include <QVector>
 #include <memory>
 
+// Where the column `name` stands among `columns`, whatever its case; -1 when
+// it is not there.
+int ColumnIndex(const QStringList& columns, const QString& name);
+
 // A client-side cursor over the rows a read returned: it can be counted and
 // walked after the statement is done. A Null column reads as a null QVariant,
 // distinct from the empty text.

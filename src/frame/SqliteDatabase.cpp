@@ -530,6 +530,14 @@ public:
         return sqlite3_column_int64(m_statement, column);
     }
 
+    QStringList columns() const override
+    {
+        QStringList names;
+        for (int i = 0; i < sqlite3_column_count(m_statement); ++i)
+            names << QString::fromUtf8(sqlite3_column_name(m_statement, i));
+        return names;
+    }
+
 private:
     sqlite3_value* value(int column) const { return sqlite3_column_value(m_statement, column); }
     static QUtf8StringView utf8(sqlite3_value* v)

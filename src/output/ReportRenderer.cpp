@@ -196,10 +196,12 @@ public:
     explicit PdfCanvas(PdfSheet& pdf) : m_pdf(pdf) {}
     QPaintDevice* device() const override
     {
-        // Measured as on Qt's PDF writer, so that the same words take the
-        // same boxes on both.
+        // Measured as on Qt's PDF writer set up for the forms, so that the
+        // same words take the same boxes on both.
         thread_local QBuffer nowhere;
         thread_local QPdfWriter writer(&nowhere);
+        thread_local const bool setUp = (ReportRenderer::SetUpPdf(writer, {}), true);
+        Q_UNUSED(setUp);
         return &writer;
     }
     void frame(const QRectF& box, double pen) override { m_pdf.frame(box, pen); }

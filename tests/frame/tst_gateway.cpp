@@ -228,6 +228,9 @@ private slots:
                 expected << cell(rs->IsNull(c), rs->Text(c));
         QStringList read, previous(rs->FieldCount());
         QVERIFY(db.ReadTexts(sql, [&](const TextRow& row) {
+            // the same columns, found by name whatever the engine's spelling
+            for (const QString& name : rs->FieldNames())
+                QCOMPARE(ColumnIndex(row.columns(), name), rs->indexOf(name));
             for (int c = 0; c < rs->FieldCount(); ++c) {
                 const QString text = row.text(c);
                 QCOMPARE(row.sharedText(c, previous[c]), text);
